@@ -1,0 +1,149 @@
+#include "cli/checkcommand.h"
+
+#include "model/urls.h"
+#include "sources/network.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+
+#include <cstdio>
+
+namespace lanternic::cli {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<QUrl> webUrl(const QString &text)
+{
+    auto url = parseUrl(text);
+    if (!url || url->host().isEmpty() || (url->scheme() != "http"_L1 && url->scheme() != "https"_L1))
+        return std::nullopt;
+    return url;
+}
+
+} // namespace
+
+QString helpText()
+{
+    return uR"(Usage:
+  lanternic-check read  [options] FILE   Read a status document from FILE (- for standard input)
+  lanternic-check fetch [options] URL    Fetch URL and read whatever status document it serves
+
+Prints the result as one JSON object and exits with 0 (operational), 1 (degraded),
+2 (down) or 3 (unknown, or a usage error).
+
+Options:
+  --id ID                        The source's id (default "source")
+  --name NAME                    The source's display name (default "Source")
+  --home URL                     The source's home page (default: the fetched URL, or
+                                 https://status.invalid when reading a file)
+  --treat-as-operational WORD    Count this Statuspage component status as operational
+                                 (repeatable)
+  --include-group NAME           Keep only components of this Statuspage group (repeatable)
+  --updog-provider NAME          The Updog provider to look up
+  --updog-service NAME           The Updog provider's service to look up
+  --pretty                       Indent the JSON output
+  --help                         Show this help
+)"_s;
+}
+
+std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QCommandLineOption id(u"id"_s, QString(), u"ID"_s, u"source"_s);
+    const QCommandLineOption name(u"name"_s, QString(), u"NAME"_s, u"Source"_s);
+    const QCommandLineOption home(u"home"_s, QString(), u"URL"_s);
+    const QCommandLineOption treat(u"treat-as-operational"_s, QString(), u"WORD"_s);
+    const QCommandLineOption group(u"include-group"_s, QString(), u"NAME"_s);
+    const QCommandLineOption provider(u"updog-provider"_s, QString(), u"NAME"_s);
+    const QCommandLineOption service(u"updog-service"_s, QString(), u"NAME"_s);
+    const QCommandLineOption pretty(u"pretty"_s);
+    const QCommandLineOption help(QStringList{u"help"_s, u"h"_s});
+    parser.addOptions({id, name, home, treat, group, provider, service, pretty, help});
+    if (!parser.parse(arguments))
+        return UsageError{parser.errorText()};
+
+    Invocation invocation;
+    if (parser.isSet(help))
+        return invocation;
+
+    const QStringList positional = parser.positionalArguments();
+    if (positional.isEmpty())
+        return UsageError{u"a command is required: read or fetch (see --help)"_s};
+    const QString &command = positional.first();
+    if (command == "read"_L1)
+        invocation.mode = Mode::read;
+    else if (command == "fetch"_L1)
+        invocation.mode = Mode::fetch;
+    else
+        return UsageError{u"unknown command \"%1\" (see --help)"_s.arg(command)};
+    if (positional.size() != 2)
+        return UsageError{u"%1 takes exactly one %2"_s.arg(
+            command, invocation.mode == Mode::read ? u"FILE"_s : u"URL"_s)};
+    invocation.target = positional.at(1);
+
+    JSONSource &source = invocation.source;
+    source.id = parser.value(id);
+    source.name = parser.value(name);
+    if (invocation.mode == Mode::fetch) {
+        const auto url = webUrl(invocation.target);
+        if (!url)
+            return UsageError{u"not an http or https URL: %1"_s.arg(invocation.target)};
+        source.url = *url;
+        source.homeURL = *url;
+    } else {
+        source.homeURL = QUrl(u"https://status.invalid"_s);
+    }
+    if (parser.isSet(home)) {
+        const auto url = parseUrl(parser.value(home));
+        if (!url)
+            return UsageError{u"not a URL: %1"_s.arg(parser.value(home))};
+        source.homeURL = *url;
+    }
+    const QStringList words = parser.values(treat);
+    source.treatAsOperational = QSet<QString>(words.begin(), words.end());
+    if (parser.isSet(group)) {
+        const QStringList groups = parser.values(group);
+        source.includeGroups = QSet<QString>(groups.begin(), groups.end());
+    }
+    if (parser.isSet(provider))
+        source.updogProvider = parser.value(provider);
+    if (parser.isSet(service))
+        source.updogService = parser.value(service);
+    invocation.pretty = parser.isSet(pretty);
+    return invocation;
+}
+
+int exitCodeFor(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return 0;
+    case Health::degraded:
+        return 1;
+    case Health::down:
+        return 2;
+    case Health::unknown:
+        break;
+    }
+    return 3;
+}
+
+std::variant<QByteArray, UsageError> readInput(const QString &path)
+{
+    QFile file;
+    const bool opened = path == "-"_L1 ? file.open(stdin, QIODevice::ReadOnly)
+                                       : (file.setFileName(path), file.open(QIODevice::ReadOnly));
+    if (!opened)
+        return UsageError{u"cannot read %1: %2"_s.arg(path, file.errorString())};
+    QByteArray data = file.read(network::maximumBodySize + 1);
+    if (file.error() != QFileDevice::NoError)
+        return UsageError{u"cannot read %1: %2"_s.arg(path, file.errorString())};
+    if (data.size() > network::maximumBodySize)
+        return UsageError{u"%1 is larger than 16 MiB"_s.arg(path)};
+    return data;
+}
+
+} // namespace lanternic::cli

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "model/health.h"
+#include "sources/jsonsource.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace lanternic::cli {
+
+enum class Mode { help, read, fetch };
+
+// What the command line asked for.
+struct Invocation {
+    Mode mode = Mode::help;
+    QString target; // the file (or "-") to read, or the URL to fetch
+    JSONSource source;
+    bool pretty = false;
+};
+
+struct UsageError {
+    QString message;
+};
+
+std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments);
+
+QString helpText();
+
+// Monitoring-plugin convention: 0 OK, 1 warning, 2 critical, 3 unknown (and usage errors).
+int exitCodeFor(Health health);
+inline constexpr int usageExitCode = 3;
+
+// Reads a whole file ("-" for standard input) of at most the network body limit.
+std::variant<QByteArray, UsageError> readInput(const QString &path);
+
+} // namespace lanternic::cli

@@ -1,0 +1,62 @@
+#include "cli/checkcommand.h"
+#include "cli/resultjson.h"
+#include "sources/network.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+
+#include <cstdio>
+
+using namespace lanternic;
+
+namespace {
+
+int usageError(const QString &message)
+{
+    std::fprintf(stderr, "lanternic-check: %s\n", qUtf8Printable(message));
+    return cli::usageExitCode;
+}
+
+int report(const SourceResult &result, bool pretty)
+{
+    const QJsonDocument document(resultToJson(result));
+    std::fputs(document.toJson(pretty ? QJsonDocument::Indented : QJsonDocument::Compact)
+                   .trimmed()
+                   .append('\n')
+                   .constData(),
+               stdout);
+    return cli::exitCodeFor(result.health);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const auto parsed = cli::parseArguments(QCoreApplication::arguments());
+    if (auto *error = std::get_if<cli::UsageError>(&parsed))
+        return usageError(error->message);
+    const auto &invocation = std::get<cli::Invocation>(parsed);
+
+    switch (invocation.mode) {
+    case cli::Mode::help:
+        std::fputs(qUtf8Printable(cli::helpText()), stdout);
+        return 0;
+    case cli::Mode::read: {
+        const auto input = cli::readInput(invocation.target);
+        if (auto *error = std::get_if<cli::UsageError>(&input))
+            return usageError(error->message);
+        return report(invocation.source.read(std::get<QByteArray>(input)), invocation.pretty);
+    }
+    case cli::Mode::fetch: {
+        QNetworkAccessManager session;
+        network::configureSession(session);
+        invocation.source.check(session, &app, [&](SourceResult result) {
+            QCoreApplication::exit(report(result, invocation.pretty));
+        });
+        return QCoreApplication::exec();
+    }
+    }
+    return cli::usageExitCode;
+}

@@ -1,0 +1,71 @@
+#include "model/health.h"
+
+namespace lanternic {
+
+std::optional<Health> healthFromRawValue(QStringView text)
+{
+    for (Health health : allHealths) {
+        if (text == rawValue(health))
+            return health;
+    }
+    return std::nullopt;
+}
+
+QString rawValue(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return QStringLiteral("operational");
+    case Health::degraded:
+        return QStringLiteral("degraded");
+    case Health::down:
+        return QStringLiteral("down");
+    case Health::unknown:
+        break;
+    }
+    return QStringLiteral("unknown");
+}
+
+QString label(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return QStringLiteral("Operational");
+    case Health::degraded:
+        return QStringLiteral("Degraded");
+    case Health::down:
+        return QStringLiteral("Down");
+    case Health::unknown:
+        break;
+    }
+    return QStringLiteral("Unknown");
+}
+
+int severity(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return 0;
+    case Health::unknown:
+        return 1;
+    case Health::degraded:
+        return 2;
+    case Health::down:
+        break;
+    }
+    return 3;
+}
+
+std::optional<Health> worstHealth(const QList<Health> &healths)
+{
+    if (healths.isEmpty())
+        return std::nullopt;
+    Health worst = healths.first();
+    for (Health health : healths) {
+        if (severity(health) > severity(worst))
+            worst = health;
+    }
+    return worst;
+}
+
+} // namespace lanternic

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+#include <array>
+#include <optional>
+
+namespace lanternic {
+
+// How well a service or one of its components is doing.
+enum class Health { operational, degraded, down, unknown };
+
+inline constexpr std::array<Health, 4> allHealths{Health::operational, Health::degraded,
+                                                  Health::down, Health::unknown};
+
+// Only the exact raw value is accepted: stored and feed vocabulary is case-sensitive.
+std::optional<Health> healthFromRawValue(QStringView text);
+QString rawValue(Health health);
+QString label(Health health);
+
+// operational < unknown < degraded < down: not knowing is better than reported trouble.
+int severity(Health health);
+
+// The most severe of the list; on a tie the first one met stands. Empty lists have no worst.
+std::optional<Health> worstHealth(const QList<Health> &healths);
+
+} // namespace lanternic

@@ -1,0 +1,38 @@
+#include "model/sourceresult.h"
+
+namespace lanternic {
+
+QList<ComponentStatus> SourceResult::affectedComponents() const
+{
+    QList<ComponentStatus> affected;
+    for (const ComponentStatus &component : components) {
+        if (component.health != Health::operational)
+            affected.append(component);
+    }
+    return affected;
+}
+
+std::pair<Health, QString> SourceResult::summarize(const QList<ComponentStatus> &components,
+                                                   const QString &allClearText)
+{
+    const ComponentStatus *first = nullptr;
+    qsizetype count = 0;
+    Health worst = Health::operational;
+    for (const ComponentStatus &component : components) {
+        if (component.health == Health::operational)
+            continue;
+        if (count++ == 0) {
+            first = &component;
+            worst = component.health;
+        } else if (severity(component.health) > severity(worst)) {
+            worst = component.health;
+        }
+    }
+    if (count == 0)
+        return {Health::operational, allClearText};
+    if (count == 1)
+        return {worst, first->name + QStringLiteral(" \u2014 ") + label(worst).toLower()};
+    return {worst, QString::number(count) + QStringLiteral(" components affected")};
+}
+
+} // namespace lanternic

@@ -1,0 +1,18 @@
+#include "model/urls.h"
+
+namespace lanternic {
+
+std::optional<QUrl> parseUrl(const QString &text)
+{
+    QUrl url(text, QUrl::StrictMode);
+    if (!url.isValid())
+        return std::nullopt;
+    return url;
+}
+
+QString percentEncodeQuery(const QString &text)
+{
+    return QString::fromLatin1(text.toUtf8().toPercentEncoding("!$&'()*+,/:;=?@"));
+}
+
+} // namespace lanternic

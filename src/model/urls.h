@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+namespace lanternic {
+
+// A URL only when the text parses strictly; empty text is no URL.
+std::optional<QUrl> parseUrl(const QString &text);
+
+// Escapes every byte of the UTF-8 form except letters, digits and !$&'()*+,-./:;=?@_~,
+// the characters a URL query may hold as they are.
+QString percentEncodeQuery(const QString &text);
+
+} // namespace lanternic

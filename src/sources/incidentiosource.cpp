@@ -1,0 +1,260 @@
+#include "sources/incidentiosource.h"
+
+#include "model/urls.h"
+#include "sources/jsondecoder.h"
+#include "sources/statuspagesource.h"
+
+#include <QHash>
+
+namespace lanternic::IncidentIOSource {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Every field of the widget document is optional, so each decoder reads what is there.
+class WidgetDecoder {
+public:
+    bool ok() const { return d.ok(); }
+
+    Component component(const QJsonValue &value, QLatin1StringView arrayField)
+    {
+        const QJsonObject object = d.element(value, arrayField);
+        return {d.optionalString(object, "componentId"_L1), d.optionalString(object, "id"_L1),
+                d.optionalString(object, "name"_L1), d.optionalBool(object, "hidden"_L1)};
+    }
+
+    std::optional<QList<Component>> components(const QJsonObject &object)
+    {
+        return list<Component>(object, "components"_L1, &WidgetDecoder::component);
+    }
+
+    Item item(const QJsonValue &value, QLatin1StringView arrayField)
+    {
+        const QJsonObject object = d.element(value, arrayField);
+        Item item;
+        if (auto group = d.optionalObject(object, "group"_L1))
+            item.group = Group{d.optionalString(*group, "name"_L1), components(*group)};
+        if (auto component = d.optionalObject(object, "component"_L1))
+            item.component = this->component(*component, "component"_L1);
+        return item;
+    }
+
+    AffectedRef affectedRef(const QJsonValue &value, QLatin1StringView arrayField)
+    {
+        const QJsonObject object = d.element(value, arrayField);
+        return {d.optionalString(object, "componentId"_L1), d.optionalString(object, "id"_L1),
+                d.optionalString(object, "name"_L1), d.optionalString(object, "status"_L1),
+                d.optionalString(object, "currentStatus"_L1)};
+    }
+
+    std::optional<QList<AffectedRef>> affectedRefs(const QJsonObject &object)
+    {
+        return list<AffectedRef>(object, "affectedComponents"_L1, &WidgetDecoder::affectedRef);
+    }
+
+    Incident incident(const QJsonValue &value, QLatin1StringView arrayField)
+    {
+        const QJsonObject object = d.element(value, arrayField);
+        return {d.optionalString(object, "name"_L1), affectedRefs(object)};
+    }
+
+    Summary summary(const QJsonObject &object)
+    {
+        Summary summary;
+        summary.publicUrl = d.optionalString(object, "publicUrl"_L1);
+        if (auto structure = d.optionalObject(object, "structure"_L1))
+            summary.structure = Structure{list<Item>(*structure, "items"_L1, &WidgetDecoder::item)};
+        summary.affectedComponents = affectedRefs(object);
+        summary.ongoingIncidents =
+            list<Incident>(object, "ongoingIncidents"_L1, &WidgetDecoder::incident);
+        return summary;
+    }
+
+    JsonDecoder d{KeyStyle::fromSnakeCase};
+
+private:
+    template<typename T>
+    std::optional<QList<T>> list(const QJsonObject &object, QLatin1StringView field,
+                                 T (WidgetDecoder::*readElement)(const QJsonValue &,
+                                                                 QLatin1StringView))
+    {
+        auto array = d.optionalArray(object, field);
+        if (!array)
+            return std::nullopt;
+        QList<T> elements;
+        elements.reserve(array->size());
+        for (const QJsonValue &value : *array)
+            elements.append((this->*readElement)(value, field));
+        return elements;
+    }
+};
+
+std::optional<Summary> decodeSummary(const QJsonDocument &document)
+{
+    WidgetDecoder decoder;
+    const QJsonObject root = decoder.d.root(document);
+    if (auto summaryObject = decoder.d.optionalObject(root, "summary"_L1)) {
+        Summary summary = decoder.summary(*summaryObject);
+        if (decoder.ok())
+            return summary;
+    }
+    // The document may also be the summary itself, without the wrapper.
+    WidgetDecoder topLevel;
+    Summary summary = topLevel.summary(topLevel.d.root(document));
+    if (!topLevel.ok())
+        return std::nullopt;
+    return summary;
+}
+
+std::optional<QString> keyOf(const std::optional<QString> &componentId,
+                             const std::optional<QString> &id)
+{
+    return componentId ? componentId : id;
+}
+
+struct KeyedStatus {
+    QString key;
+    QString status;
+};
+
+// A reference counts only with both a key and a status; the current status wins.
+std::optional<KeyedStatus> keyedStatus(const AffectedRef &reference)
+{
+    const auto key = keyOf(reference.componentId, reference.id);
+    const auto status = reference.currentStatus ? reference.currentStatus : reference.status;
+    if (!key || !status)
+        return std::nullopt;
+    return KeyedStatus{*key, *status};
+}
+
+int statusSeverity(const QString &status)
+{
+    if (status == "major_outage"_L1 || status == "full_outage"_L1)
+        return 2;
+    if (status == "operational"_L1)
+        return 0;
+    return 1;
+}
+
+} // namespace
+
+std::optional<QUrl> widgetURL(const QString &host, const std::optional<QString> &subpage)
+{
+    QString text = "https://"_L1 + host + "/proxy/"_L1 + host;
+    if (subpage && !subpage->isEmpty())
+        text += "?subpage_slug="_L1 + percentEncodeQuery(*subpage);
+    return parseUrl(text);
+}
+
+bool looksLikeIncidentWidget(const QJsonDocument &document)
+{
+    if (!document.isObject())
+        return false;
+    const QJsonObject root = document.object();
+    const QJsonValue summary = root.value("summary"_L1);
+    if (summary.isObject()) {
+        const QJsonObject inner = summary.toObject();
+        return inner.contains("structure"_L1) || inner.contains("ongoing_incidents"_L1)
+               || inner.contains("affected_components"_L1) || inner.contains("components"_L1);
+    }
+    return root.contains("ongoing_incidents"_L1) || root.contains("subpages"_L1);
+}
+
+bool looksLikeIncidentWidget(const QByteArray &data)
+{
+    return looksLikeIncidentWidget(parseJson(data));
+}
+
+std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
+                                  const QJsonDocument &document)
+{
+    if (!looksLikeIncidentWidget(document))
+        return std::nullopt;
+    const std::optional<Summary> summary = decodeSummary(document);
+    if (!summary)
+        return std::nullopt;
+
+    QList<AffectedRef> references = summary->affectedComponents.value_or(QList<AffectedRef>());
+    const QList<Incident> incidents = summary->ongoingIncidents.value_or(QList<Incident>());
+    for (const Incident &incident : incidents)
+        references += incident.affectedComponents.value_or(QList<AffectedRef>());
+
+    QHash<QString, QString> worstStatus;
+    for (const AffectedRef &reference : references) {
+        const auto keyed = keyedStatus(reference);
+        if (!keyed)
+            continue;
+        auto recorded = worstStatus.find(keyed->key);
+        if (recorded == worstStatus.end())
+            worstStatus.insert(keyed->key, keyed->status);
+        else if (statusSeverity(keyed->status) > statusSeverity(*recorded))
+            *recorded = keyed->status;
+    }
+
+    const QString prefix = id + "::"_L1;
+    SourceResult result;
+    result.id = id;
+    result.name = name;
+
+    const QList<Item> items =
+        summary->structure ? summary->structure->items.value_or(QList<Item>()) : QList<Item>();
+    for (const Item &item : items) {
+        QList<Component> contributed;
+        if (item.group && item.group->components)
+            contributed = *item.group->components;
+        else if (item.component)
+            contributed = {*item.component};
+        for (const Component &component : contributed) {
+            if (component.hidden.value_or(false))
+                continue;
+            const auto key = keyOf(component.componentId, component.id);
+            if (!key)
+                continue;
+            const QString status = worstStatus.value(*key, u"operational"_s);
+            result.components.append(
+                {prefix + *key, component.name.value_or(*key), StatuspageSource::componentHealth(status), status});
+        }
+    }
+
+    if (result.components.isEmpty()) {
+        for (const AffectedRef &reference : references) {
+            const auto keyed = keyedStatus(reference);
+            if (!keyed || keyed->status == "operational"_L1)
+                continue;
+            result.components.append({prefix + keyed->key, reference.name.value_or(keyed->key),
+                                      StatuspageSource::componentHealth(keyed->status),
+                                      keyed->status});
+        }
+    }
+
+    result.url = home;
+    if (summary->publicUrl) {
+        if (auto url = parseUrl(*summary->publicUrl))
+            result.url = *url;
+    }
+
+    std::tie(result.health, result.detail) =
+        SourceResult::summarize(result.components, u"All Systems Operational"_s);
+
+    for (const Incident &incident : incidents) {
+        if (!incident.affectedComponents.value_or(QList<AffectedRef>()).isEmpty())
+            continue;
+        if (result.health == Health::operational || result.health == Health::unknown) {
+            result.health = Health::degraded;
+            result.detail = incident.name.value_or(u"Active incident"_s);
+        }
+        break;
+    }
+
+    result.checkedAt = QDateTime::currentDateTimeUtc();
+    return result;
+}
+
+std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
+                                  const QByteArray &data)
+{
+    return parse(id, name, home, parseJson(data));
+}
+
+} // namespace lanternic::IncidentIOSource

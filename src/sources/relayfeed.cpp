@@ -1,0 +1,82 @@
+#include "model/urls.h"
+#include "sources/jsondecoder.h"
+#include "sources/jsonsource.h"
+#include "sources/statuspagesource.h"
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<JSONSource::Native> decodeNative(const QJsonDocument &document)
+{
+    JsonDecoder d(KeyStyle::exact);
+    const QJsonObject root = d.root(document);
+    JSONSource::Native feed;
+    feed.schema = d.string(root, "schema"_L1);
+    feed.name = d.optionalString(root, "name"_L1);
+    feed.health = d.optionalString(root, "health"_L1);
+    feed.detail = d.optionalString(root, "detail"_L1);
+    feed.url = d.optionalString(root, "url"_L1);
+    if (auto components = d.optionalArray(root, "components"_L1)) {
+        feed.components.emplace();
+        for (const QJsonValue &value : *components) {
+            const QJsonObject object = d.element(value, "components"_L1);
+            feed.components->append({d.string(object, "id"_L1), d.string(object, "name"_L1),
+                                     d.string(object, "status"_L1),
+                                     d.optionalString(object, "label"_L1)});
+        }
+    }
+    if (!d.ok())
+        return std::nullopt;
+    return feed;
+}
+
+} // namespace
+
+std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const QString &name,
+                                                      const QUrl &home,
+                                                      const QJsonDocument &document)
+{
+    // The schema is required, so most foreign documents stop at the first lookup.
+    if (document.object().value("schema"_L1) != u"lanternic.v1"_s)
+        return std::nullopt;
+    const std::optional<Native> feed = decodeNative(document);
+    if (!feed)
+        return std::nullopt;
+
+    SourceResult result;
+    result.id = id;
+    result.name = feed->name.value_or(name);
+    for (const Component &component : feed->components.value_or(QList<Component>())) {
+        const Health health = healthFromRawValue(component.status)
+                                  .value_or(StatuspageSource::componentHealth(component.status));
+        result.components.append({id + "::"_L1 + component.id, component.name, health,
+                                  component.label.value_or(component.status)});
+    }
+    if (result.components.isEmpty()) {
+        result.health = healthFromRawValue(feed->health.value_or(QString())).value_or(Health::unknown);
+        result.detail = feed->detail.value_or(label(result.health));
+    } else {
+        std::tie(result.health, result.detail) =
+            SourceResult::summarize(result.components, u"Operational"_s);
+        if (feed->detail)
+            result.detail = *feed->detail;
+    }
+    result.url = home;
+    if (feed->url) {
+        if (auto url = parseUrl(*feed->url))
+            result.url = *url;
+    }
+    result.checkedAt = QDateTime::currentDateTimeUtc();
+    return result;
+}
+
+std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const QString &name,
+                                                      const QUrl &home, const QByteArray &data)
+{
+    return parse(id, name, home, parseJson(data));
+}
+
+} // namespace lanternic

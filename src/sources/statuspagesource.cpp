@@ -1,0 +1,120 @@
+#include "sources/statuspagesource.h"
+
+#include "model/urls.h"
+#include "sources/jsondecoder.h"
+
+#include <QHash>
+
+namespace lanternic::StatuspageSource {
+
+using namespace Qt::StringLiterals;
+
+std::variant<Summary, DecodingFailure> decode(const QJsonDocument &document)
+{
+    JsonDecoder d(KeyStyle::fromSnakeCase);
+    Summary summary;
+    const QJsonObject root = d.root(document);
+    const QJsonObject status = d.object(root, "status"_L1);
+    summary.status.indicator = d.string(status, "indicator"_L1);
+    summary.status.description = d.optionalString(status, "description"_L1);
+    if (auto components = d.optionalArray(root, "components"_L1)) {
+        summary.components.emplace();
+        summary.components->reserve(components->size());
+        for (const QJsonValue &value : *components) {
+            const QJsonObject object = d.element(value, "components"_L1);
+            Summary::Component component;
+            component.id = d.string(object, "id"_L1);
+            component.name = d.string(object, "name"_L1);
+            component.status = d.string(object, "status"_L1);
+            component.group = d.optionalBool(object, "group"_L1);
+            component.groupId = d.optionalString(object, "groupId"_L1);
+            if (!d.ok())
+                break;
+            summary.components->append(std::move(component));
+        }
+    }
+    if (auto page = d.optionalObject(root, "page"_L1))
+        summary.page = Summary::Page{d.optionalString(*page, "url"_L1)};
+    if (!d.ok())
+        return DecodingFailure{d.failure()};
+    return summary;
+}
+
+Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational)
+{
+    if (treatAsOperational.contains(status) || status == "operational"_L1)
+        return Health::operational;
+    if (status == "major_outage"_L1 || status == "full_outage"_L1)
+        return Health::down;
+    return Health::degraded;
+}
+
+Health indicatorHealth(const QString &indicator)
+{
+    if (indicator == "none"_L1)
+        return Health::operational;
+    if (indicator == "minor"_L1 || indicator == "maintenance"_L1)
+        return Health::degraded;
+    if (indicator == "major"_L1 || indicator == "critical"_L1)
+        return Health::down;
+    return Health::unknown;
+}
+
+Reading parse(const QString &id, const QString &name, const QUrl &home,
+              const QSet<QString> &treatAsOperational,
+              const std::optional<QSet<QString>> &includeGroups, const QJsonDocument &document)
+{
+    auto decoded = decode(document);
+    if (auto *failure = std::get_if<DecodingFailure>(&decoded))
+        return *failure;
+    const Summary &summary = std::get<Summary>(decoded);
+
+    SourceResult result;
+    result.id = id;
+    result.name = name;
+    result.url = home;
+    if (summary.page && summary.page->url) {
+        if (auto url = parseUrl(*summary.page->url))
+            result.url = *url;
+    }
+
+    const QList<Summary::Component> all = summary.components.value_or(QList<Summary::Component>());
+    QHash<QString, QString> groupNames;
+    for (const Summary::Component &component : all) {
+        if (component.group.value_or(false))
+            groupNames.insert(component.id, component.name);
+    }
+    for (const Summary::Component &component : all) {
+        if (component.group.value_or(false))
+            continue;
+        if (includeGroups) {
+            if (!component.groupId)
+                continue;
+            auto group = groupNames.constFind(*component.groupId);
+            if (group == groupNames.constEnd() || !includeGroups->contains(*group))
+                continue;
+        }
+        result.components.append({id + "::"_L1 + component.id, component.name,
+                                  componentHealth(component.status, treatAsOperational),
+                                  component.status});
+    }
+
+    if (all.isEmpty()) {
+        result.health = indicatorHealth(summary.status.indicator);
+        result.detail = summary.status.description.value_or(summary.status.indicator);
+    } else {
+        std::tie(result.health, result.detail) =
+            SourceResult::summarize(result.components, u"All Systems Operational"_s);
+    }
+    result.checkedAt = QDateTime::currentDateTimeUtc();
+    return result;
+}
+
+Reading parse(const QString &id, const QString &name, const QUrl &home,
+              const QSet<QString> &treatAsOperational,
+              const std::optional<QSet<QString>> &includeGroups, const QByteArray &data)
+{
+    return parse(id, name, home, treatAsOperational, includeGroups, parseJson(data));
+}
+
+} // namespace lanternic::StatuspageSource
