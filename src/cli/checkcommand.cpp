@@ -5,7 +5,6 @@
 
 #include <QCommandLineParser>
 #include <QFile>
-
 #include <cstdio>
 
 namespace lanternic::cli {
@@ -17,7 +16,8 @@ namespace {
 std::optional<QUrl> webUrl(const QString &text)
 {
     auto url = parseUrl(text);
-    if (!url || url->host().isEmpty() || (url->scheme() != "http"_L1 && url->scheme() != "https"_L1))
+    if (!url || url->host().isEmpty() ||
+        (url->scheme() != "http"_L1 && url->scheme() != "https"_L1))
         return std::nullopt;
     return url;
 }

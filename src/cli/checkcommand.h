@@ -5,7 +5,6 @@
 
 #include <QString>
 #include <QStringList>
-
 #include <variant>
 
 namespace lanternic::cli {

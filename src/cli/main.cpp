@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
-
 #include <cstdio>
 
 using namespace lanternic;

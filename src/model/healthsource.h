@@ -3,7 +3,6 @@
 #include "model/sourceresult.h"
 
 #include <QString>
-
 #include <concepts>
 #include <functional>
 
@@ -18,9 +17,14 @@ using CheckCompletion = std::function<void(SourceResult)>;
 // result (failures are results too), unless context is destroyed first, which cancels it.
 template<typename T>
 concept HealthSource = requires(const T &source, QNetworkAccessManager &session, QObject *context,
-                                CheckCompletion done) {
-    { source.id } -> std::convertible_to<QString>;
-    { source.name } -> std::convertible_to<QString>;
+                                CheckCompletion done)
+{
+    {
+        source.id
+        } -> std::convertible_to<QString>;
+    {
+        source.name
+        } -> std::convertible_to<QString>;
     source.check(session, context, done);
 };
 

@@ -155,8 +155,8 @@ bool looksLikeIncidentWidget(const QJsonDocument &document)
     const QJsonValue summary = root.value("summary"_L1);
     if (summary.isObject()) {
         const QJsonObject inner = summary.toObject();
-        return inner.contains("structure"_L1) || inner.contains("ongoing_incidents"_L1)
-               || inner.contains("affected_components"_L1) || inner.contains("components"_L1);
+        return inner.contains("structure"_L1) || inner.contains("ongoing_incidents"_L1) ||
+               inner.contains("affected_components"_L1) || inner.contains("components"_L1);
     }
     return root.contains("ongoing_incidents"_L1) || root.contains("subpages"_L1);
 }
@@ -212,8 +212,8 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
             if (!key)
                 continue;
             const QString status = worstStatus.value(*key, u"operational"_s);
-            result.components.append(
-                {prefix + *key, component.name.value_or(*key), StatuspageSource::componentHealth(status), status});
+            result.components.append({prefix + *key, component.name.value_or(*key),
+                                      StatuspageSource::componentHealth(status), status});
         }
     }
 

@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 #include <QString>
 #include <QUrl>
-
 #include <optional>
 
 namespace lanternic {

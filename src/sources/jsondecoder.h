@@ -6,7 +6,6 @@
 #include <QJsonValue>
 #include <QLatin1StringView>
 #include <QString>
-
 #include <optional>
 
 namespace lanternic {

@@ -10,23 +10,21 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-void JSONSource::check(QNetworkAccessManager &session, QObject *context,
-                       CheckCompletion done) const
+void JSONSource::check(QNetworkAccessManager &session, QObject *context, CheckCompletion done) const
 {
-    network::get(session, url, context,
-                 [source = *this, done = std::move(done)](network::Response response) {
-                     if (response.transferFailure) {
-                         done(source.failure(u"Could not reach status page"_s,
-                                             *response.transferFailure));
-                     } else if (response.httpStatus
-                                && (*response.httpStatus < 200 || *response.httpStatus > 299)) {
-                         done(source.failure(u"Could not reach status page"_s,
-                                             u"Bad server response (HTTP %1)"_s.arg(
-                                                 *response.httpStatus)));
-                     } else {
-                         done(source.read(response.body));
-                     }
-                 });
+    network::get(
+        session, url, context,
+        [source = *this, done = std::move(done)](network::Response response) {
+            if (response.transferFailure) {
+                done(source.failure(u"Could not reach status page"_s, *response.transferFailure));
+            } else if (response.httpStatus &&
+                       (*response.httpStatus < 200 || *response.httpStatus > 299)) {
+                done(source.failure(u"Could not reach status page"_s,
+                                    u"Bad server response (HTTP %1)"_s.arg(*response.httpStatus)));
+            } else {
+                done(source.read(response.body));
+            }
+        });
 }
 
 SourceResult JSONSource::read(const QByteArray &body) const
@@ -39,12 +37,13 @@ SourceResult JSONSource::read(const QByteArray &body) const
         return *result;
     if (auto result = UpdogSource::parse(id, name, homeURL, updogProvider, updogService, document))
         return *result;
-    auto reading = StatuspageSource::parse(id, name, homeURL, treatAsOperational, includeGroups,
-                                           document);
+    auto reading =
+        StatuspageSource::parse(id, name, homeURL, treatAsOperational, includeGroups, document);
     if (auto *result = std::get_if<SourceResult>(&reading))
         return std::move(*result);
-    return failure(u"Unrecognized status format"_s,
-                   u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
+    return failure(
+        u"Unrecognized status format"_s,
+        u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
 }
 
 SourceResult JSONSource::failure(const QString &detail, const QString &error) const

@@ -8,7 +8,6 @@
 #include <QSet>
 #include <QString>
 #include <QUrl>
-
 #include <optional>
 
 class QNetworkAccessManager;

@@ -4,7 +4,6 @@
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-
 #include <memory>
 
 namespace lanternic::network {
@@ -46,27 +45,26 @@ void get(QNetworkAccessManager &session, const QUrl &url, QObject *context,
             reply->abort();
         }
     });
-    QObject::connect(reply, &QNetworkReply::finished, reply,
-                     [reply, transfer, done = std::move(done)] {
-                         reply->deleteLater();
-                         Response response;
-                         const QVariant status =
-                             reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-                         if (status.isValid())
-                             response.httpStatus = status.toInt();
-                         if (transfer->tooLarge) {
-                             response.transferFailure = u"The response is larger than 16 MiB"_s;
-                         } else if (reply->error() == QNetworkReply::OperationCanceledError) {
-                             // Nothing else cancels a request we still wait for.
-                             response.transferFailure = u"The request timed out"_s;
-                         } else if (reply->error() != QNetworkReply::NoError
-                                    && !(response.httpStatus && *response.httpStatus >= 300)) {
-                             response.transferFailure = reply->errorString();
-                         } else {
-                             response.body = std::move(transfer->body) + reply->readAll();
-                         }
-                         done(std::move(response));
-                     });
+    QObject::connect(
+        reply, &QNetworkReply::finished, reply, [reply, transfer, done = std::move(done)] {
+            reply->deleteLater();
+            Response response;
+            const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+            if (status.isValid())
+                response.httpStatus = status.toInt();
+            if (transfer->tooLarge) {
+                response.transferFailure = u"The response is larger than 16 MiB"_s;
+            } else if (reply->error() == QNetworkReply::OperationCanceledError) {
+                // Nothing else cancels a request we still wait for.
+                response.transferFailure = u"The request timed out"_s;
+            } else if (reply->error() != QNetworkReply::NoError &&
+                       !(response.httpStatus && *response.httpStatus >= 300)) {
+                response.transferFailure = reply->errorString();
+            } else {
+                response.body = std::move(transfer->body) + reply->readAll();
+            }
+            done(std::move(response));
+        });
 }
 
 } // namespace lanternic::network

@@ -56,7 +56,8 @@ std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const Q
                                   component.label.value_or(component.status)});
     }
     if (result.components.isEmpty()) {
-        result.health = healthFromRawValue(feed->health.value_or(QString())).value_or(Health::unknown);
+        result.health =
+            healthFromRawValue(feed->health.value_or(QString())).value_or(Health::unknown);
         result.detail = feed->detail.value_or(label(result.health));
     } else {
         std::tie(result.health, result.detail) =

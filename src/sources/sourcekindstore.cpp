@@ -65,8 +65,8 @@ void SourceKindStore::probe(const QString &host, QNetworkAccessManager &session,
     network::get(session, *url, context, [done = std::move(done)](network::Response response) {
         if (response.transferFailure || !response.httpStatus)
             done(std::nullopt);
-        else if (*response.httpStatus == 200
-                 && IncidentIOSource::looksLikeIncidentWidget(response.body))
+        else if (*response.httpStatus == 200 &&
+                 IncidentIOSource::looksLikeIncidentWidget(response.body))
             done(SourceKind::incidentio);
         else
             done(SourceKind::atlassian);

@@ -7,7 +7,6 @@
 #include <QSet>
 #include <QString>
 #include <QUrl>
-
 #include <optional>
 #include <variant>
 

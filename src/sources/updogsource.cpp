@@ -120,8 +120,8 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
     QList<Provider> matches;
     if (provider) {
         for (const Provider &candidate : *providers) {
-            if (candidate.providerName == provider
-                && (!service || candidate.providerService == service))
+            if (candidate.providerName == provider &&
+                (!service || candidate.providerService == service))
                 matches.append(candidate);
         }
     }
@@ -134,8 +134,8 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
     } else if (matches.isEmpty()) {
         result.health = Health::unknown;
         result.detail = u"Not monitored by Updog"_s;
-        result.error = "Updog does not monitor "_L1 + *provider
-                       + (service ? u'/' + *service : QString());
+        result.error =
+            "Updog does not monitor "_L1 + *provider + (service ? u'/' + *service : QString());
     } else if (matches.first().hasOngoingOutage()) {
         const auto region = matches.first().ongoingRegion();
         result.health = Health::degraded;

@@ -1,0 +1,224 @@
+#include "support/fixtures.h"
+#include "support/loopbackserver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Run {
+    int exitCode;
+    QByteArray out;
+    QByteArray err;
+
+    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
+};
+
+} // namespace
+
+class TestCli : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+
+    // Runs the tool while this process's event loop keeps serving loopback requests.
+    Run run(const QStringList &arguments, const QByteArray &input = {})
+    {
+        QProcess process;
+        process.start(QStringLiteral(LANTERNIC_CHECK_BINARY), arguments);
+        process.write(input);
+        process.closeWriteChannel();
+        QSignalSpy finished(&process, &QProcess::finished);
+        if (!finished.wait(30'000)) {
+            process.kill();
+            qFatal("lanternic-check %s did not finish", qPrintable(arguments.join(u' ')));
+        }
+        // A crash shows as exit code -1, which no test expects.
+        const bool crashed = process.exitStatus() != QProcess::NormalExit;
+        return {crashed ? -1 : process.exitCode(), process.readAllStandardOutput(),
+                process.readAllStandardError()};
+    }
+
+    QString writeFile(const QString &name, const QByteArray &data)
+    {
+        QFile file(dir.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(data);
+        return file.fileName();
+    }
+
+private Q_SLOTS:
+    void printsOneLineWithExactlyTheResultKeys()
+    {
+        const Run r = run({u"read"_s, QStringLiteral(LANTERNIC_FIXTURES_DIR "/relay-feed.json")});
+        QCOMPARE(r.exitCode, 1);
+        QCOMPARE(r.out.count('\n'), 1);
+        const QJsonObject result = r.json();
+        QStringList keys = result.keys();
+        QCOMPARE(keys, (QStringList{u"checkedAt"_s, u"components"_s, u"detail"_s, u"error"_s,
+                                    u"health"_s, u"id"_s, u"name"_s, u"url"_s}));
+        QCOMPARE(result[u"id"_s], u"source"_s);
+        QCOMPARE(result[u"name"_s], u"Build farm"_s);
+        QVERIFY(result[u"error"_s].isNull());
+        QVERIFY(QDateTime::fromString(result[u"checkedAt"_s].toString(), Qt::ISODate).isValid());
+        QVERIFY(result[u"checkedAt"_s].toString().endsWith(u'Z'));
+        const QJsonObject component = result[u"components"_s].toArray().first().toObject();
+        QCOMPARE(component.keys(), (QStringList{u"health"_s, u"id"_s, u"name"_s, u"status"_s}));
+        QCOMPARE(component[u"id"_s], u"source::ci"_s);
+    }
+
+    void prettyIsIndented()
+    {
+        const Run r = run({u"read"_s, u"--pretty"_s, u"-"_s}, R"({"schema":"lanternic.v1"})");
+        QVERIFY(r.out.count('\n') > 5);
+        QCOMPARE(r.json()[u"url"_s], u"https://status.invalid"_s);
+    }
+
+    void exitCodeFollowsHealth_data()
+    {
+        QTest::addColumn<QByteArray>("health");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("operational") << QByteArray("operational") << 0;
+        QTest::newRow("degraded") << QByteArray("degraded") << 1;
+        QTest::newRow("down") << QByteArray("down") << 2;
+        QTest::newRow("unknown") << QByteArray("unknown") << 3;
+    }
+
+    void exitCodeFollowsHealth()
+    {
+        QFETCH(QByteArray, health);
+        const Run r =
+            run({u"read"_s, u"-"_s}, "{\"schema\":\"lanternic.v1\",\"health\":\"" + health + "\"}");
+        QTEST(r.exitCode, "exitCode");
+        QVERIFY(r.err.isEmpty());
+    }
+
+    void sourceOptionsShapeTheReading()
+    {
+        const QByteArray summary =
+            R"({"status":{"indicator":"none"},"components":[)"
+            R"({"id":"g","name":"Sites","status":"operational","group":true},)"
+            R"({"id":"a","name":"A","status":"under_maintenance","group_id":"g"},)"
+            R"({"id":"b","name":"B","status":"major_outage"}]})";
+        const Run r =
+            run({u"read"_s, u"--id"_s, u"cloudflare"_s, u"--name"_s, u"Cloudflare"_s, u"--home"_s,
+                 u"https://www.cloudflarestatus.com"_s, u"--treat-as-operational"_s,
+                 u"under_maintenance"_s, u"--include-group"_s, u"Sites"_s, u"-"_s},
+                summary);
+        QCOMPARE(r.exitCode, 0);
+        const QJsonObject result = r.json();
+        QCOMPARE(result[u"name"_s], u"Cloudflare"_s);
+        QCOMPARE(result[u"url"_s], u"https://www.cloudflarestatus.com"_s);
+        QCOMPARE(result[u"components"_s].toArray().size(), 1);
+        QCOMPARE(result[u"components"_s][0][u"id"_s], u"cloudflare::a"_s);
+    }
+
+    void updogOptions()
+    {
+        const QString feed = QStringLiteral(LANTERNIC_FIXTURES_DIR "/updog-outages.json");
+        Run r = run({u"read"_s, u"--updog-provider"_s, u"amazonaws"_s, u"--updog-service"_s,
+                     u"ec2"_s, feed});
+        QCOMPARE(r.json()[u"detail"_s], u"Outage detected \u2014 us-east-1"_s);
+        r = run({u"read"_s, u"--updog-provider"_s, u"nobody"_s, feed});
+        QCOMPARE(r.exitCode, 3);
+        QCOMPARE(r.json()[u"error"_s], u"Updog does not monitor nobody"_s);
+    }
+
+    void usageErrors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("unknown option") << QStringList{u"read"_s, u"--bogus"_s, u"-"_s};
+        QTest::newRow("no command") << QStringList{};
+        QTest::newRow("unknown command") << QStringList{u"show"_s, u"x"_s};
+        QTest::newRow("missing file") << QStringList{u"read"_s, u"/nonexistent/file.json"_s};
+        QTest::newRow("a directory") << QStringList{u"read"_s, u"/"_s};
+        QTest::newRow("two files") << QStringList{u"read"_s, u"a"_s, u"b"_s};
+        QTest::newRow("not a web URL") << QStringList{u"fetch"_s, u"file:///etc/passwd"_s};
+        QTest::newRow("option without value") << QStringList{u"read"_s, u"-"_s, u"--id"_s};
+    }
+
+    void usageErrors()
+    {
+        QFETCH(QStringList, arguments);
+        const Run r = run(arguments);
+        QCOMPARE(r.exitCode, 3);
+        QVERIFY(r.out.isEmpty());
+        QCOMPARE(r.err.count('\n'), 1);
+        QVERIFY(r.err.startsWith("lanternic-check: "));
+    }
+
+    void help()
+    {
+        const Run r = run({u"--help"_s});
+        QCOMPARE(r.exitCode, 0);
+        QVERIFY(r.out.contains("lanternic-check read"));
+        QVERIFY(r.out.contains("--updog-service"));
+    }
+
+    void hostileInput_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QByteArray noise(1 << 16, Qt::Uninitialized);
+        QRandomGenerator random(20261122);
+        for (char &c : noise)
+            c = char(random.bounded(256));
+        QTest::newRow("random bytes") << noise;
+        QTest::newRow("invalid UTF-8")
+            << QByteArray("{\"schema\":\"lanternic.v1\",\"name\":\"\xc3\x28\"}");
+        QTest::newRow("deep arrays") << QByteArray(200000, '[') + QByteArray(200000, ']');
+        QByteArray objects;
+        for (int i = 0; i < 50000; ++i)
+            objects += "{\"a\":";
+        QTest::newRow("deep objects, unterminated") << objects;
+        QTest::newRow("enormous numbers") << QByteArray(
+            R"({"schema":"lanternic.v1","health":1e999999,"n":)" + QByteArray(100000, '9') + "}");
+        QTest::newRow("NUL bytes") << QByteArray("{\"schema\":\"lanternic.v1\"\0}", 27);
+    }
+
+    void hostileInput()
+    {
+        QFETCH(QByteArray, input);
+        const Run r = run({u"read"_s, writeFile(u"hostile.json"_s, input)});
+        QCOMPARE(r.exitCode, 3);
+        QCOMPARE(r.json()[u"detail"_s], u"Unrecognized status format"_s);
+    }
+
+    void hundredMegabyteFileIsRefused()
+    {
+        const QString path = dir.filePath(u"big.json"_s);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize(100 * 1024 * 1024));
+        file.close();
+        const Run r = run({u"read"_s, path});
+        QCOMPARE(r.exitCode, 3);
+        QVERIFY(r.err.contains("larger than 16 MiB"));
+    }
+
+    void fetchChecksTheUrl()
+    {
+        LoopbackServer server;
+        server.route("/status.json", {200, fixture(u"statuspage-summary.json"_s), {}});
+        const QString url = server.url("/status.json").toString();
+        Run r = run({u"fetch"_s, u"--name"_s, u"GitHub"_s, url});
+        QCOMPARE(r.exitCode, 1);
+        QCOMPARE(r.json()[u"detail"_s], u"Git Operations \u2014 degraded"_s);
+        QCOMPARE(r.json()[u"url"_s], u"https://www.githubstatus.com"_s);
+
+        r = run({u"fetch"_s, server.url("/nothing-here").toString()});
+        QCOMPARE(r.exitCode, 3);
+        QCOMPARE(r.json()[u"detail"_s], u"Could not reach status page"_s);
+        QCOMPARE(r.json()[u"url"_s], server.url("/nothing-here").toString());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "test_cli.moc"

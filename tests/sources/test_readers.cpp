@@ -1,0 +1,471 @@
+#include "sources/incidentiosource.h"
+#include "sources/jsonsource.h"
+#include "sources/statuspagesource.h"
+#include "sources/updogsource.h"
+#include "support/fixtures.h"
+
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(lanternic::JSONSource)
+
+namespace {
+
+JSONSource source()
+{
+    JSONSource source;
+    source.id = u"s"_s;
+    source.name = u"Source"_s;
+    source.url = QUrl(u"https://feed.example/x"_s);
+    source.homeURL = QUrl(u"https://home.example"_s);
+    return source;
+}
+
+JSONSource treating(const QStringList &words)
+{
+    JSONSource s = source();
+    s.treatAsOperational = QSet<QString>(words.begin(), words.end());
+    return s;
+}
+
+JSONSource including(const QStringList &groups)
+{
+    JSONSource s = source();
+    s.includeGroups = QSet<QString>(groups.begin(), groups.end());
+    return s;
+}
+
+JSONSource updog(const std::optional<QString> &provider,
+                 const std::optional<QString> &service = std::nullopt)
+{
+    JSONSource s = source();
+    s.updogProvider = provider;
+    s.updogService = service;
+    return s;
+}
+
+// "health | detail | key=health(status), ..." with the source id prefix dropped.
+QString outline(const SourceResult &result)
+{
+    QStringList components;
+    for (const ComponentStatus &c : result.components) {
+        components.append(
+            u"%1=%2(%3)"_s.arg(c.id.mid(result.id.size() + 2), rawValue(c.health), c.status));
+    }
+    return u"%1 | %2 | %3"_s.arg(rawValue(result.health), result.detail, components.join(u", "));
+}
+
+const QString unrecognized = u"unknown | Unrecognized status format | "_s;
+
+} // namespace
+
+int runDecoderTests(int argc, char **argv);
+
+class TestReaders : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void read_data()
+    {
+        QTest::addColumn<JSONSource>("source");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("expected");
+
+        // Statuspage summaries.
+        QTest::newRow("status only")
+            << source()
+            << QByteArray(
+                   R"({"status":{"indicator":"none","description":"All Systems Operational"}})")
+            << u"operational | All Systems Operational | "_s;
+        QTest::newRow("indicator without description")
+            << source() << QByteArray(R"({"status":{"indicator":"minor"},"components":[]})")
+            << u"degraded | minor | "_s;
+        QTest::newRow("null description counts as absent")
+            << source() << QByteArray(R"({"status":{"indicator":"major","description":null}})")
+            << u"down | major | "_s;
+        QTest::newRow("unknown indicator")
+            << source() << QByteArray(R"({"status":{"indicator":"odd","description":"Hm"}})")
+            << u"unknown | Hm | "_s;
+        QTest::newRow("components decide alone")
+            << source() << QByteArray(R"({"status":{"indicator":"critical"},"components":[
+                   {"id":"a","name":"A","status":"operational"}]})")
+            << u"operational | All Systems Operational | a=operational(operational)"_s;
+        QTest::newRow("one major outage")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"operational"},
+                   {"id":"b","name":"API","status":"major_outage"}]})")
+            << u"down | API \u2014 down | a=operational(operational), b=down(major_outage)"_s;
+        QTest::newRow("two affected")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"partial_outage"},
+                   {"id":"b","name":"B","status":"full_outage"}]})")
+            << u"down | 2 components affected | a=degraded(partial_outage), b=down(full_outage)"_s;
+        QTest::newRow("maintenance is degraded")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"under_maintenance"}]})")
+            << u"degraded | A \u2014 degraded | a=degraded(under_maintenance)"_s;
+        QTest::newRow("maintenance treated as operational")
+            << treating({u"under_maintenance"_s})
+            << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"under_maintenance"}]})")
+            << u"operational | All Systems Operational | a=operational(under_maintenance)"_s;
+        QTest::newRow("unlisted status is degraded")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"investigating"}]})")
+            << u"degraded | A \u2014 degraded | a=degraded(investigating)"_s;
+        const QByteArray grouped = R"({"status":{"indicator":"major"},"components":[
+            {"id":"g1","name":"Sites","status":"major_outage","group":true},
+            {"id":"a","name":"A","status":"partial_outage","group_id":"g1","group":false},
+            {"id":"b","name":"B","status":"operational","groupId":"g1"},
+            {"id":"c","name":"C","status":"major_outage"},
+            {"id":"g2","name":"Other","status":"operational","group":true},
+            {"id":"d","name":"D","status":"major_outage","group_id":"g2"},
+            {"id":"e","name":"E","status":"major_outage","group_id":"missing"}]})";
+        QTest::newRow("groups dropped, everything else kept")
+            << source() << grouped
+            << u"down | 4 components affected | a=degraded(partial_outage), b=operational(operational), c=down(major_outage), d=down(major_outage), e=down(major_outage)"_s;
+        QTest::newRow("include one group, snake and camel keys")
+            << including({u"Sites"_s}) << grouped
+            << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational)"_s;
+        QTest::newRow("group names are case-sensitive")
+            << including({u"sites"_s}) << grouped << u"operational | All Systems Operational | "_s;
+        QTest::newRow("empty include set keeps nothing")
+            << including({}) << grouped << u"operational | All Systems Operational | "_s;
+        QTest::newRow("component without status")
+            << source()
+            << QByteArray(R"({"status":{"indicator":"none"},"components":[{"id":"a","name":"A"}]})")
+            << unrecognized;
+        QTest::newRow("group flag must be a boolean")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"operational","group":1}]})")
+            << unrecognized;
+        QTest::newRow("status must be an object")
+            << source() << QByteArray(R"({"status":"none"})") << unrecognized;
+        QTest::newRow("component must be an object")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[null]})")
+            << unrecognized;
+
+        // incident.io widget documents.
+        QTest::newRow("widget, empty structure")
+            << source() << QByteArray(R"({"summary":{"structure":{"items":[]}}})")
+            << u"operational | All Systems Operational | "_s;
+        QTest::newRow("widget, inner object decides the shape")
+            << source() << QByteArray(R"({"summary":{"foo":1},"ongoing_incidents":[]})")
+            << unrecognized;
+        QTest::newRow("widget, subpages only") << source() << QByteArray(R"({"subpages":[]})")
+                                               << u"operational | All Systems Operational | "_s;
+        QTest::newRow("widget, incident without components")
+            << source() << QByteArray(R"({"ongoing_incidents":[{"name":"Login failures"}]})")
+            << u"degraded | Login failures | "_s;
+        QTest::newRow("widget, unnamed incident")
+            << source() << QByteArray(R"({"ongoing_incidents":[{"affected_components":[]}]})")
+            << u"degraded | Active incident | "_s;
+        QTest::newRow("widget, structure with hidden component")
+            << source() << QByteArray(R"({"summary":{"structure":{"items":[
+                   {"group":{"name":"G","components":[
+                       {"component_id":"c1","name":"One"},
+                       {"component_id":"c2","name":"Two"},
+                       {"component_id":"c3","name":"Three","hidden":true}]}}]},
+                   "affected_components":[{"component_id":"c2","status":"partial_outage"}]}})")
+            << u"degraded | Two \u2014 degraded | c1=operational(operational), c2=degraded(partial_outage)"_s;
+        QTest::newRow("widget, camel keys and single components")
+            << source() << QByteArray(R"({"summary":{"structure":{"items":[
+                   {"component":{"id":"c1"}},{"component":{"componentId":"c2","name":"Two"}}]},
+                   "affectedComponents":[{"componentId":"c1","currentStatus":"full_outage"}]}})")
+            << u"down | c1 \u2014 down | c1=down(full_outage), c2=operational(operational)"_s;
+        const QByteArray twoRefs = R"({"summary":{"structure":{"items":[{"component":{"id":"c"}}]},
+            "affected_components":[{"id":"c","status":"%1"},{"id":"c","status":"%2"}]}})";
+        QTest::newRow("widget, worse reference wins")
+            << source()
+            << QString::fromUtf8(twoRefs).arg(u"degraded_performance"_s, u"full_outage"_s).toUtf8()
+            << u"down | c \u2014 down | c=down(full_outage)"_s;
+        QTest::newRow("widget, first of equals stays")
+            << source()
+            << QString::fromUtf8(twoRefs).arg(u"full_outage"_s, u"major_outage"_s).toUtf8()
+            << u"down | c \u2014 down | c=down(full_outage)"_s;
+        QTest::newRow("widget, current status wins")
+            << source()
+            << QByteArray(R"({"summary":{"structure":{"items":[{"component":{"id":"c"}}]},
+                   "affected_components":[{"id":"c","current_status":"operational","status":"major_outage"}]}})")
+            << u"operational | All Systems Operational | c=operational(operational)"_s;
+        QTest::newRow("widget, fallback to references")
+            << source() << QByteArray(R"({"summary":{"affected_components":[
+                   {"id":"a","name":"A","status":"operational"},
+                   {"id":"b","status":"major_outage"},
+                   {"name":"keyless","status":"major_outage"}]}})")
+            << u"down | b \u2014 down | b=down(major_outage)"_s;
+        QTest::newRow("widget, incident references join in")
+            << source()
+            << QByteArray(
+                   R"({"summary":{"structure":{"items":[{"component":{"id":"c","name":"C"}}]},
+                   "ongoing_incidents":[{"name":"I","affected_components":[{"id":"c","status":"degraded_performance"}]}]}})")
+            << u"degraded | C \u2014 degraded | c=degraded(degraded_performance)"_s;
+        QTest::newRow("widget, incident leaves worse trouble alone")
+            << source()
+            << QByteArray(R"({"summary":{"affected_components":[{"id":"c","status":"major_outage"}],
+                   "ongoing_incidents":[{"name":"Quiet"}]}})")
+            << u"down | c \u2014 down | c=down(major_outage)"_s;
+        QTest::newRow("widget, badly typed summary read from the top level")
+            << source() << QByteArray(R"({"summary":{"structure":{"items":[]},"public_url":5}})")
+            << u"operational | All Systems Operational | "_s;
+        QTest::newRow("widget, badly typed everywhere")
+            << source() << QByteArray(R"({"ongoing_incidents":"none"})") << unrecognized;
+
+        // The Updog outage feed.
+        const QByteArray feed = R"({"data":{"attributes":{"provider_data":[
+            {"provider_name":"amazonaws","provider_service":"ec2","display_name":"EC2",
+             "outages":[{"status":"resolved"}]},
+            {"provider_name":"amazonaws","provider_service":"s3",
+             "outages":[{"status":"ongoing"},{"status":"ongoing","impacted_region":"later"}]},
+            {"providerName":"amazonaws","providerService":"lambda","displayName":"Lambda"},
+            {"provider_name":"gcp","outages":[{"status":"ongoing","impacted_region":"eu-west-1"}]}]}}})";
+        QTest::newRow("updog, nothing configured")
+            << updog(std::nullopt) << QByteArray(R"({"data":{"attributes":{"provider_data":[]}}})")
+            << u"operational | No outages detected | "_s;
+        QTest::newRow("updog, not monitored")
+            << updog(u"amazonaws"_s)
+            << QByteArray(R"({"data":{"attributes":{"provider_data":[]}}})")
+            << u"unknown | Not monitored by Updog | "_s;
+        QTest::newRow("updog, several matches")
+            << updog(u"amazonaws"_s) << feed
+            << u"degraded | s3 \u2014 degraded | amazonaws/ec2=operational(operational), amazonaws/s3=degraded(ongoing outage), amazonaws/lambda=operational(operational)"_s;
+        QTest::newRow("updog, resolved outage")
+            << updog(u"amazonaws"_s, u"ec2"_s) << feed << u"operational | No outages detected | "_s;
+        QTest::newRow("updog, ongoing outage, first region only")
+            << updog(u"amazonaws"_s, u"s3"_s) << feed << u"degraded | Outage detected | "_s;
+        QTest::newRow("updog, ongoing outage with region")
+            << updog(u"gcp"_s) << feed << u"degraded | Outage detected \u2014 eu-west-1 | "_s;
+        QTest::newRow("updog, provider is case-sensitive")
+            << updog(u"AmazonAWS"_s) << feed << u"unknown | Not monitored by Updog | "_s;
+        QTest::newRow("updog, everything without a provider")
+            << updog(std::nullopt, u"ec2"_s) << feed
+            << u"degraded | 2 components affected | amazonaws/ec2=operational(operational), amazonaws/s3=degraded(ongoing outage), amazonaws/lambda=operational(operational), gcp/=degraded(ongoing outage)"_s;
+        QTest::newRow("updog, shape needs provider_data")
+            << updog(u"amazonaws"_s) << QByteArray(R"({"data":{"attributes":{}}})") << unrecognized;
+        QTest::newRow("updog, camel spelling fails the shape test")
+            << updog(u"amazonaws"_s) << QByteArray(R"({"data":{"attributes":{"providerData":[]}}})")
+            << unrecognized;
+
+        // The relay feed.
+        QTest::newRow("relay, schema only")
+            << source() << QByteArray(R"({"schema":"lanternic.v1"})") << u"unknown | Unknown | "_s;
+        QTest::newRow("relay, health and detail")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","health":"down","detail":"Primary database failover"})")
+            << u"down | Primary database failover | "_s;
+        QTest::newRow("relay, health without detail")
+            << source() << QByteArray(R"({"schema":"lanternic.v1","health":"degraded"})")
+            << u"degraded | Degraded | "_s;
+        QTest::newRow("relay, unknown health word")
+            << source() << QByteArray(R"({"schema":"lanternic.v1","health":"Down"})")
+            << u"unknown | Unknown | "_s;
+        QTest::newRow("relay, components override health")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","health":"down","components":[{"id":"a","name":"A","status":"operational"}]})")
+            << u"operational | Operational | a=operational(operational)"_s;
+        QTest::newRow("relay, detail overrides the summary")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","detail":"All good","components":[{"id":"a","name":"A","status":"down"}]})")
+            << u"down | All good | a=down(down)"_s;
+        QTest::newRow("relay, label replaces status text")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","components":[{"id":"ci","name":"CI runners","status":"degraded","label":"Queue 40 min"}]})")
+            << u"degraded | CI runners \u2014 degraded | ci=degraded(Queue 40 min)"_s;
+        QTest::newRow("relay, status words")
+            << source() << QByteArray(R"({"schema":"lanternic.v1","components":[
+                   {"id":"a","name":"A","status":"partial_outage"},
+                   {"id":"b","name":"B","status":"major_outage"},
+                   {"id":"c","name":"C","status":"Down"}]})")
+            << u"down | 3 components affected | a=degraded(partial_outage), b=down(major_outage), c=degraded(Down)"_s;
+        QTest::newRow("relay, other schema")
+            << source() << QByteArray(R"({"schema":"lanternic.v2","health":"down"})")
+            << unrecognized;
+        QTest::newRow("relay, schema is case-sensitive")
+            << source() << QByteArray(R"({"schema":"Lanternic.v1","health":"down"})")
+            << unrecognized;
+        QTest::newRow("relay, keys are exact")
+            << source() << QByteArray(R"({"Schema":"lanternic.v1","health":"down"})")
+            << unrecognized;
+        QTest::newRow("relay, component without status")
+            << source()
+            << QByteArray(R"({"schema":"lanternic.v1","components":[{"id":"a","name":"A"}]})")
+            << unrecognized;
+
+        // Detection order and bodies nobody accepts.
+        QTest::newRow("relay before Statuspage")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","health":"down","status":{"indicator":"none"}})")
+            << u"down | Down | "_s;
+        QTest::newRow("incident.io before Statuspage")
+            << source() << QByteArray(R"({"ongoing_incidents":[],"status":{"indicator":"major"}})")
+            << u"operational | All Systems Operational | "_s;
+        QTest::newRow("Updog before Statuspage")
+            << updog(std::nullopt)
+            << QByteArray(
+                   R"({"data":{"attributes":{"provider_data":[]}},"status":{"indicator":"major"}})")
+            << u"operational | No outages detected | "_s;
+        QTest::newRow("empty body") << source() << QByteArray() << unrecognized;
+        QTest::newRow("html") << source() << QByteArray("<!doctype html><title>Status</title>")
+                              << unrecognized;
+        QTest::newRow("top-level array")
+            << source() << QByteArray(R"([{"status":{"indicator":"none"}}])") << unrecognized;
+        QTest::newRow("invalid UTF-8")
+            << source() << QByteArray("{\"status\":{\"indicator\":\"\xff\xfe\"}}") << unrecognized;
+        QTest::newRow("deep nesting")
+            << source() << QByteArray(100000, '[') + QByteArray(100000, ']') << unrecognized;
+        QTest::newRow("huge number")
+            << source()
+            << QByteArray(
+                   R"({"status":{"indicator":"none"},"x":1e999999,"y":-123456789012345678901234567890})")
+            << unrecognized;
+    }
+
+    void read()
+    {
+        QFETCH(JSONSource, source);
+        QFETCH(QByteArray, body);
+        QTEST(outline(source.read(body)), "expected");
+    }
+
+    void failureResultCarriesTheSourceAndTheFixedTexts()
+    {
+        const SourceResult result = source().read("<html>");
+        QCOMPARE(result.id, u"s"_s);
+        QCOMPARE(result.name, u"Source"_s);
+        QCOMPARE(result.url, QUrl(u"https://home.example"_s));
+        QCOMPARE(result.error,
+                 u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
+        QVERIFY(result.checkedAt.isValid());
+    }
+
+    void homeUrls_data()
+    {
+        // Plain literals: the meta-object compiler misreads "//" inside raw strings.
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("url");
+        QTest::newRow("summary page url")
+            << QByteArray("{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"https://"
+                          "www.githubstatus.com\"}}")
+            << u"https://www.githubstatus.com"_s;
+        QTest::newRow("summary page url that does not parse")
+            << QByteArray(
+                   "{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"http://exa mple\"}}")
+            << u"https://home.example"_s;
+        QTest::newRow("summary without page")
+            << QByteArray("{\"status\":{\"indicator\":\"none\"},\"page\":{}}")
+            << u"https://home.example"_s;
+        QTest::newRow("widget public url")
+            << QByteArray(
+                   "{\"summary\":{\"public_url\":\"https://status.openai.com\",\"structure\":{}}}")
+            << u"https://status.openai.com"_s;
+        QTest::newRow("relay url")
+            << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"https://x.example/s\"}")
+            << u"https://x.example/s"_s;
+        QTest::newRow("relay empty url") << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"\"}")
+                                         << u"https://home.example"_s;
+        QTest::newRow("updog never names one")
+            << QByteArray("{\"data\":{\"attributes\":{\"provider_data\":[]}}}")
+            << u"https://home.example"_s;
+    }
+
+    void homeUrls()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, url);
+        QCOMPARE(source().read(body).url, QUrl(url));
+    }
+
+    void resultNames()
+    {
+        const QByteArray relay = R"({"schema":"lanternic.v1","name":"Build farm"})";
+        QCOMPARE(source().read(relay).name, u"Build farm"_s);
+        const QByteArray summary = R"({"status":{"indicator":"none"},"page":{"name":"Theirs"}})";
+        QCOMPARE(source().read(summary).name, u"Source"_s);
+    }
+
+    void updogNamesWhatItDoesNotMonitor()
+    {
+        const QByteArray empty = R"({"data":{"attributes":{"provider_data":[]}}})";
+        QCOMPARE(updog(u"amazonaws"_s).read(empty).error, u"Updog does not monitor amazonaws"_s);
+        QCOMPARE(updog(u"amazonaws"_s, u"ec2"_s).read(empty).error,
+                 u"Updog does not monitor amazonaws/ec2"_s);
+        QCOMPARE(updog(std::nullopt).read(empty).error, std::nullopt);
+    }
+
+    void readersDeclineForeignBodies()
+    {
+        const QByteArray summary = R"({"status":{"indicator":"none"}})";
+        const QUrl home(u"https://home.example"_s);
+        QCOMPARE(JSONSource::Native::parse(u"s"_s, u"S"_s, home, summary), std::nullopt);
+        QCOMPARE(IncidentIOSource::parse(u"s"_s, u"S"_s, home, summary), std::nullopt);
+        QCOMPARE(UpdogSource::parse(u"s"_s, u"S"_s, home, std::nullopt, std::nullopt, summary),
+                 std::nullopt);
+        const auto reading =
+            StatuspageSource::parse(u"s"_s, u"S"_s, home, {}, std::nullopt, QByteArray("{}"));
+        QVERIFY(std::holds_alternative<DecodingFailure>(reading));
+        QVERIFY(!std::get<DecodingFailure>(reading).description.isEmpty());
+    }
+
+    void widgetURL_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<std::optional<QString>>("subpage");
+        QTest::addColumn<QString>("url");
+        QTest::newRow("no subpage") << u"status.example.com"_s << std::optional<QString>()
+                                    << u"https://status.example.com/proxy/status.example.com"_s;
+        QTest::newRow("empty subpage") << u"status.example.com"_s << std::optional<QString>(u""_s)
+                                       << u"https://status.example.com/proxy/status.example.com"_s;
+        QTest::newRow("subpage")
+            << u"status.example.com"_s << std::optional<QString>(u"api"_s)
+            << u"https://status.example.com/proxy/status.example.com?subpage_slug=api"_s;
+        QTest::newRow("subpage escaped")
+            << u"status.example.com"_s << std::optional<QString>(u"a b/é#"_s)
+            << u"https://status.example.com/proxy/status.example.com?subpage_slug=a%20b/%C3%A9%23"_s;
+    }
+
+    void widgetURL()
+    {
+        QFETCH(QString, host);
+        QFETCH(std::optional<QString>, subpage);
+        const auto url = IncidentIOSource::widgetURL(host, subpage);
+        QVERIFY(url);
+        QTEST(url->toString(QUrl::FullyEncoded), "url");
+    }
+
+    void recordedDocuments_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("statuspage")
+            << u"statuspage-summary.json"_s << u"degraded | Git Operations \u2014 degraded"_s;
+        QTest::newRow("incident.io") << u"incidentio-widget.json"_s
+                                     << u"degraded | Elevated error rates for image generation"_s;
+        QTest::newRow("updog") << u"updog-outages.json"_s << u"degraded | EC2 \u2014 degraded"_s;
+        QTest::newRow("relay") << u"relay-feed.json"_s
+                               << u"degraded | CI runners \u2014 degraded"_s;
+    }
+
+    void recordedDocuments()
+    {
+        QFETCH(QString, file);
+        JSONSource s = updog(u"amazonaws"_s);
+        const QString outlined = outline(s.read(fixture(file)));
+        QTEST(outlined.section(u" | "_s, 0, 1), "expected");
+    }
+};
+
+int main(int argc, char **argv)
+{
+    TestReaders readers;
+    const int failures = QTest::qExec(&readers, argc, argv);
+    return failures + runDecoderTests(argc, argv);
+}
+
+#include "test_readers.moc"
