@@ -1,0 +1,112 @@
+// Reading a large Statuspage summary: through the whole detection chain versus the
+// Statuspage reader alone. The chain parses the body once, so the two should be close.
+
+#include "sources/jsonsource.h"
+#include "sources/statuspagesource.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <benchmark/benchmark.h>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// About 300 components in 30 groups, shaped like a real page's summary (about 200 KB).
+QByteArray largeSummary()
+{
+    QJsonArray components;
+    for (int g = 0; g < 30; ++g) {
+        const QString groupId = u"grp%1"_s.arg(g, 8, 10, QLatin1Char('0'));
+        QJsonObject group{{u"id"_s, groupId},
+                          {u"name"_s, u"Region group %1"_s.arg(g)},
+                          {u"status"_s, u"operational"_s},
+                          {u"group"_s, true},
+                          {u"group_id"_s, QJsonValue()},
+                          {u"components"_s, QJsonArray{u"a"_s, u"b"_s, u"c"_s}}};
+        components.append(group);
+        for (int i = 0; i < 9; ++i) {
+            const int n = g * 9 + i;
+            components.append(QJsonObject{
+                {u"id"_s, u"cmp%1"_s.arg(n, 9, 10, QLatin1Char('0'))},
+                {u"name"_s, u"Service component number %1"_s.arg(n)},
+                {u"status"_s, n % 37 == 0 ? u"partial_outage"_s : u"operational"_s},
+                {u"created_at"_s, u"2019-11-13T18:02:19.432Z"_s},
+                {u"updated_at"_s, u"2026-11-21T03:45:51.101Z"_s},
+                {u"position"_s, i},
+                {u"description"_s,
+                 u"Requests, webhooks and background processing for this part of the service, "
+                 "served from several regions around the world"_s},
+                {u"showcase"_s, false},
+                {u"start_date"_s, QJsonValue()},
+                {u"group_id"_s, groupId},
+                {u"page_id"_s, u"kctbh9vrtdwd"_s},
+                {u"group"_s, false},
+                {u"only_show_if_degraded"_s, false}});
+        }
+    }
+    const QJsonObject summary{
+        {u"page"_s, QJsonObject{{u"id"_s, u"kctbh9vrtdwd"_s},
+                                {u"name"_s, u"Example"_s},
+                                {u"url"_s, u"https://status.example.com"_s}}},
+        {u"components"_s, components},
+        {u"incidents"_s, QJsonArray()},
+        {u"scheduled_maintenances"_s, QJsonArray()},
+        {u"status"_s, QJsonObject{{u"indicator"_s, u"minor"_s},
+                                  {u"description"_s, u"Partially Degraded Service"_s}}}};
+    return QJsonDocument(summary).toJson(QJsonDocument::Indented);
+}
+
+JSONSource source()
+{
+    JSONSource source;
+    source.id = u"example"_s;
+    source.name = u"Example"_s;
+    source.homeURL = QUrl(u"https://status.example.com"_s);
+    return source;
+}
+
+void checkReading(benchmark::State &state, const SourceResult &result)
+{
+    if (result.components.size() != 270 || result.health != Health::degraded)
+        state.SkipWithError("the summary was not read as expected");
+}
+
+void DetectionChain(benchmark::State &state)
+{
+    const QByteArray body = largeSummary();
+    const JSONSource s = source();
+    for (auto _ : state) {
+        SourceResult result = s.read(body);
+        benchmark::DoNotOptimize(result);
+    }
+    checkReading(state, s.read(body));
+    state.SetBytesProcessed(state.iterations() * body.size());
+    state.counters["bodyBytes"] = double(body.size());
+}
+
+void StatuspageReaderAlone(benchmark::State &state)
+{
+    const QByteArray body = largeSummary();
+    const JSONSource s = source();
+    auto read = [&] {
+        return StatuspageSource::parse(s.id, s.name, s.homeURL, s.treatAsOperational,
+                                       s.includeGroups, body);
+    };
+    for (auto _ : state) {
+        auto reading = read();
+        benchmark::DoNotOptimize(reading);
+    }
+    checkReading(state, std::get<SourceResult>(read()));
+    state.SetBytesProcessed(state.iterations() * body.size());
+}
+
+} // namespace
+
+BENCHMARK(DetectionChain)->Unit(benchmark::kMicrosecond);
+BENCHMARK(StatuspageReaderAlone)->Unit(benchmark::kMicrosecond);
+
+BENCHMARK_MAIN();
