@@ -7,7 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
 #include <benchmark/benchmark.h>
 
 using namespace lanternic;
