@@ -1,5 +1,6 @@
 #include "sources/sourcekindstore.h"
 
+#include "model/settingskeys.h"
 #include "model/urls.h"
 #include "sources/incidentiosource.h"
 #include "sources/network.h"
@@ -12,7 +13,7 @@ namespace lanternic {
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString storageKey = u"Lanternic.sourceKinds"_s;
+const QString &storageKey = SettingsKeys::sourceKinds;
 }
 
 QString rawValue(SourceKind kind)

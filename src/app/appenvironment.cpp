@@ -1,0 +1,21 @@
+#include "app/appenvironment.h"
+
+#include "config/sourceregistry.h"
+
+namespace lanternic {
+
+AppEnvironment::AppEnvironment(QSettings &defaults, QNetworkAccessManager &session)
+    : settings(defaults), silence(defaults), kinds(defaults)
+{
+    QList<std::pair<QString, QString>> current;
+    for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
+        current.append({source.id, source.url.host()});
+    silence.rekey(current);
+
+    store = std::make_unique<LanternicStore>(settings, silence, kinds, defaults, session);
+    // Queued, like a task that starts after construction, so callers can connect first.
+    QMetaObject::invokeMethod(
+        store.get(), [store = store.get()] { store->refresh(); }, Qt::QueuedConnection);
+}
+
+} // namespace lanternic

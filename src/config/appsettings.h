@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class QSettings;
+
+namespace lanternic {
+
+// The user's preferences that drive monitoring, written through to the settings on every set.
+class AppSettings : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString sourcesText READ sourcesText WRITE setSourcesText NOTIFY sourcesTextChanged)
+    Q_PROPERTY(int refreshIntervalMinutes READ refreshIntervalMinutes WRITE
+                   setRefreshIntervalMinutes NOTIFY refreshIntervalMinutesChanged)
+    Q_PROPERTY(bool showOperational READ showOperational WRITE setShowOperational NOTIFY
+                   showOperationalChanged)
+
+public:
+    explicit AppSettings(QSettings &defaults, QObject *parent = nullptr);
+
+    QString sourcesText() const { return m_sourcesText; }
+    int refreshIntervalMinutes() const { return m_refreshIntervalMinutes; }
+    bool showOperational() const { return m_showOperational; }
+
+    void setSourcesText(const QString &text);
+    void setRefreshIntervalMinutes(int minutes);
+    void setShowOperational(bool show);
+
+    // The older one-line form "a=x, b=y" as one entry per line; other text unchanged.
+    static QString migratedSourcesText(const QString &stored);
+
+Q_SIGNALS:
+    void sourcesTextChanged();
+    void refreshIntervalMinutesChanged();
+    void showOperationalChanged();
+
+private:
+    QSettings &m_defaults;
+    QString m_sourcesText;
+    int m_refreshIntervalMinutes;
+    bool m_showOperational;
+};
+
+// Blanks are the tab and the space separators (Unicode category Zs).
+bool isBlank(QChar c);
+QStringView trimmedOfBlanks(QStringView text);
+
+} // namespace lanternic

@@ -1,0 +1,277 @@
+#include "config/sourceregistry.h"
+
+#include "config/appsettings.h"
+#include "model/urls.h"
+#include "sources/incidentiosource.h"
+
+#include <QSet>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct KnownService {
+    QString key;
+    QString host;
+    QSet<QString> treatAsOperational;
+    std::optional<QSet<QString>> includeGroups;
+};
+
+const QList<KnownService> &knownServices()
+{
+    static const QList<KnownService> services{
+        {u"github"_s, u"www.githubstatus.com"_s, {}, std::nullopt},
+        {u"cloudflare"_s,
+         u"www.cloudflarestatus.com"_s,
+         {u"under_maintenance"_s},
+         QSet<QString>{u"Cloudflare Sites and Services"_s}},
+        {u"datadog"_s, u"status.datadoghq.com"_s, {}, std::nullopt},
+        {u"openai"_s, u"status.openai.com"_s, {}, std::nullopt},
+        {u"claude"_s, u"status.claude.com"_s, {}, std::nullopt},
+    };
+    return services;
+}
+
+const QList<SourceEntry> &defaultEntries()
+{
+    static const QList<SourceEntry> entries{
+        {u"AWS (via Updog)"_s, "https://"_L1 + SourceRegistry::updogHost + "/status/amazonaws"_L1},
+        {u"Claude"_s, u"status.claude.com"_s},
+        {u"Cloudflare"_s, u"www.cloudflarestatus.com"_s},
+        {u"Datadog EU"_s, u"status.datadoghq.eu"_s},
+        {u"GitHub"_s, u"www.githubstatus.com"_s},
+        {u"Linear"_s, u"linearstatus.com"_s},
+        {u"OpenAI"_s, u"status.openai.com"_s},
+    };
+    return entries;
+}
+
+const KnownService *knownService(const QString &host)
+{
+    for (const KnownService &service : knownServices()) {
+        if (service.host == host)
+            return &service;
+    }
+    return nullptr;
+}
+
+bool isLineBreak(QChar c)
+{
+    switch (c.unicode()) {
+    case 0x0A:
+    case 0x0B:
+    case 0x0C:
+    case 0x0D:
+    case 0x85:
+    case 0x2028:
+    case 0x2029:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString hostWithPort(const QUrl &url)
+{
+    return url.port() < 0 ? url.host() : url.host() + u':' + QString::number(url.port());
+}
+
+std::optional<QUrl> urlWithHost(const QString &text)
+{
+    auto url = parseUrl(text);
+    if (!url || url->host().isEmpty())
+        return std::nullopt;
+    return url;
+}
+
+QString urlKey(const QUrl &url, bool withPath)
+{
+    if (url.host().isEmpty())
+        return url.toString();
+    QString key = hostWithPort(url);
+    if (withPath) {
+        QString path = url.path();
+        if (path.endsWith(u'/'))
+            path.chop(1);
+        key += path;
+    }
+    return key;
+}
+
+Target::Updog updogTarget(const QUrl &url)
+{
+    const QStringList pieces = url.path().split(u'/', Qt::SkipEmptyParts);
+    Target::Updog target{std::nullopt, std::nullopt, url};
+    if (pieces.size() < 2 || pieces.first() != "status"_L1)
+        return target;
+    target.provider = pieces[1];
+    if (pieces.size() >= 4 && pieces[2] == "services"_L1)
+        target.service = pieces[3];
+    return target;
+}
+
+std::optional<JSONSource> buildSource(const SourceEntry &entry,
+                                      const QHash<QString, SourceKind> &kinds, QSet<QString> &taken)
+{
+    const std::optional<Target> target = Target::classify(entry.value);
+    if (!target)
+        return std::nullopt;
+
+    JSONSource source;
+    source.name = entry.label;
+    QString lookupHost;
+    QString key;
+    if (const auto *endpoint = std::get_if<Target::Endpoint>(&target->value)) {
+        source.url = endpoint->url;
+        source.homeURL = endpoint->url;
+        lookupHost = endpoint->url.host();
+        key = urlKey(source.homeURL, true);
+    } else if (const auto *base = std::get_if<Target::Base>(&target->value)) {
+        std::optional<QUrl> url;
+        if (kinds.value(base->host.toLower()) == SourceKind::incidentio)
+            url = IncidentIOSource::widgetURL(base->host, base->subpath);
+        else if (base->asIs)
+            url = base->asIs;
+        else
+            url = parseUrl("https://"_L1 + base->host +
+                           (base->subpath ? u'/' + *base->subpath : QString()) +
+                           "/api/v2/summary.json"_L1);
+        if (!url)
+            return std::nullopt;
+        source.url = *url;
+        source.homeURL = base->home;
+        lookupHost = base->host;
+        key = urlKey(source.homeURL, base->subpath.has_value());
+    } else {
+        const auto &updog = std::get<Target::Updog>(target->value);
+        source.url =
+            QUrl("https://"_L1 + SourceRegistry::updogHost + "/data/third-party-outages.json"_L1);
+        source.homeURL = updog.home;
+        source.updogProvider = updog.provider;
+        source.updogService = updog.service;
+        key = urlKey(source.homeURL, updog.provider.has_value());
+    }
+
+    if (!std::holds_alternative<Target::Updog>(target->value)) {
+        if (const KnownService *known = knownService(lookupHost)) {
+            key = known->key;
+            source.treatAsOperational = known->treatAsOperational;
+            source.includeGroups = known->includeGroups;
+        }
+    }
+
+    source.id = key;
+    for (int n = 2; taken.contains(source.id); ++n)
+        source.id = key + u'-' + QString::number(n);
+    taken.insert(source.id);
+    return source;
+}
+
+QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
+                               const QHash<QString, SourceKind> &kinds)
+{
+    QSet<QString> taken;
+    QList<JSONSource> sources;
+    for (const SourceEntry &entry : entries) {
+        if (auto source = buildSource(entry, kinds, taken))
+            sources.append(std::move(*source));
+    }
+    return sources;
+}
+
+} // namespace
+
+std::optional<Target> Target::classify(const QString &value)
+{
+    const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
+    const QString working = explicitScheme ? value : "https://"_L1 + value;
+
+    const auto url = urlWithHost(working);
+    if (url) {
+        const QString host = url->host().toLower();
+        if (host == SourceRegistry::updogHost || host.endsWith(u'.' + SourceRegistry::updogHost))
+            return Target{updogTarget(*url)};
+    }
+    if (!url)
+        return std::nullopt;
+
+    const QString afterScheme = explicitScheme ? value.mid(value.indexOf("//"_L1) + 2) : value;
+    const qsizetype slash = afterScheme.indexOf(u'/');
+    const QString tail = slash < 0 ? QString() : afterScheme.mid(slash).toLower();
+    if (tail.contains(u'?') || tail.contains("/api/"_L1) || tail.endsWith(".json"_L1) ||
+        tail.endsWith(".xml"_L1))
+        return Target{Endpoint{*url}};
+
+    Base base;
+    base.host = hostWithPort(*url);
+    QStringView path = url->path();
+    while (path.startsWith(u'/'))
+        path = path.sliced(1);
+    while (path.endsWith(u'/'))
+        path.chop(1);
+    if (!path.isEmpty())
+        base.subpath = path.toString();
+    base.home = *url;
+    if (explicitScheme && base.subpath)
+        base.asIs = *url;
+    return Target{base};
+}
+
+namespace SourceRegistry {
+
+QList<SourceEntry> entries(const QString &text)
+{
+    QList<SourceEntry> entries;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && !isLineBreak(text[i]))
+            continue;
+        const QStringView line = trimmedOfBlanks(QStringView(text).sliced(start, i - start));
+        start = i + 1;
+        const qsizetype equals = line.indexOf(u'=');
+        if (equals < 0)
+            continue;
+        const QStringView label = trimmedOfBlanks(line.first(equals));
+        const QStringView value = trimmedOfBlanks(line.sliced(equals + 1));
+        if (!label.isEmpty() && !value.isEmpty())
+            entries.append({label.toString(), value.toString()});
+    }
+    return entries;
+}
+
+QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds)
+{
+    QList<JSONSource> built = buildSources(entries(text), kinds);
+    if (built.isEmpty())
+        built = buildSources(defaultEntries(), kinds);
+    return built;
+}
+
+QStringList baseHosts(const QString &text)
+{
+    QStringList hosts;
+    for (const SourceEntry &entry : entries(text)) {
+        const auto target = Target::classify(entry.value);
+        if (!target)
+            continue;
+        if (const auto *base = std::get_if<Target::Base>(&target->value)) {
+            if (!hosts.contains(base->host))
+                hosts.append(base->host);
+        }
+    }
+    return hosts;
+}
+
+QString defaultText()
+{
+    QStringList lines;
+    for (const SourceEntry &entry : defaultEntries())
+        lines.append(entry.label + u'=' + entry.value);
+    return lines.join(u'\n');
+}
+
+} // namespace SourceRegistry
+
+} // namespace lanternic

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "sources/jsonsource.h"
+#include "sources/sourcekindstore.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QUrl>
+#include <optional>
+#include <variant>
+
+namespace lanternic {
+
+// One configured value after classification.
+struct Target {
+    // A feed URL, fetched exactly as written.
+    struct Endpoint {
+        QUrl url;
+    };
+    // A status-page host, with the port when one was written, and an optional sub-page.
+    struct Base {
+        QString host;
+        std::optional<QString> subpath;
+        QUrl home;
+        std::optional<QUrl> asIs; // kept only when a scheme and a sub-page were written
+    };
+    // A provider page on the Updog outage service.
+    struct Updog {
+        std::optional<QString> provider;
+        std::optional<QString> service;
+        QUrl home;
+    };
+
+    std::variant<Endpoint, Base, Updog> value;
+
+    static std::optional<Target> classify(const QString &value);
+};
+
+struct SourceEntry {
+    QString label;
+    QString value;
+};
+
+// Turns the sources text into the sources to poll. Stateless.
+namespace SourceRegistry {
+
+inline const QString updogHost = QStringLiteral("updog.ai");
+
+// Never empty: text without a usable line gives the default sources.
+QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds);
+QList<SourceEntry> entries(const QString &text);
+// The hosts of the bare-host lines, first appearance first.
+QStringList baseHosts(const QString &text);
+QString defaultText();
+
+} // namespace SourceRegistry
+
+} // namespace lanternic

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+namespace lanternic {
+
+// Every key Lanternic keeps in the user's settings, with the defaults of the plain values.
+namespace SettingsKeys {
+
+inline const QString sources = QStringLiteral("Lanternic.sources");
+inline const QString refreshIntervalMinutes = QStringLiteral("Lanternic.refreshIntervalMinutes");
+inline const QString showOperational = QStringLiteral("Lanternic.showOperational");
+inline const QString sourceKinds = QStringLiteral("Lanternic.sourceKinds");
+inline const QString checkHistory = QStringLiteral("Lanternic.checkHistory");
+inline const QString silences = QStringLiteral("Lanternic.silences");
+
+inline constexpr int defaultRefreshIntervalMinutes = 2;
+inline constexpr bool defaultShowOperational = true;
+
+} // namespace SettingsKeys
+
+} // namespace lanternic

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "model/health.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <optional>
+
+class QSettings;
+
+namespace lanternic {
+
+// One sample of a source's health at the end of a check pass.
+struct HealthTick {
+    QDateTime date;
+    QString healthRaw; // kept as stored, even when it names no health
+
+    bool operator==(const HealthTick &) const = default;
+};
+
+// The newest samples per source id, oldest first, for the sparklines.
+struct CheckHistory {
+    static constexpr qsizetype maximumTicks = 40;
+
+    QHash<QString, QList<HealthTick>> byId;
+
+    bool operator==(const CheckHistory &) const = default;
+
+    void record(const QString &id, Health health, const QDateTime &at);
+
+    // Anything unreadable under "Lanternic.checkHistory" gives an empty history.
+    static CheckHistory load(QSettings &defaults);
+    void save(QSettings &defaults) const;
+
+    QByteArray encode() const;
+    static std::optional<CheckHistory> decode(const QByteArray &data);
+};
+
+} // namespace lanternic

@@ -1,0 +1,139 @@
+#include "store/displaysummary.h"
+
+#include <QCollator>
+#include <algorithm>
+
+namespace lanternic::DisplaySummary {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QList<ComponentStatus> unsilencedAffected(const SourceResult &result, const SilenceStore &silence,
+                                          const QDateTime &now)
+{
+    QList<ComponentStatus> affected;
+    for (const ComponentStatus &component : result.components) {
+        if (component.health != Health::operational && !silence.isSilenced(component.id, now))
+            affected.append(component);
+    }
+    return affected;
+}
+
+Health effectiveHealth(const SourceResult &result, const QList<ComponentStatus> &unsilenced)
+{
+    if (unsilenced.isEmpty()) {
+        const bool anyAffected =
+            std::any_of(result.components.begin(), result.components.end(),
+                        [](const ComponentStatus &c) { return c.health != Health::operational; });
+        return anyAffected ? Health::operational : result.health;
+    }
+    QList<Health> healths;
+    for (const ComponentStatus &component : unsilenced)
+        healths.append(component.health);
+    return *worstHealth(healths);
+}
+
+// Stable, so equal names keep their configured order.
+template<typename T, typename Name> void sortByLocalizedName(QList<T> &items, Name name)
+{
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::stable_sort(items.begin(), items.end(), [&](const T &a, const T &b) {
+        return collator.compare(name(a), name(b)) < 0;
+    });
+}
+
+} // namespace
+
+Health effectiveHealth(const SourceResult &result, const SilenceStore &silence,
+                       const QDateTime &now)
+{
+    return effectiveHealth(result, unsilencedAffected(result, silence, now));
+}
+
+QList<DisplayProvider> providers(const QList<SourceResult> &results, const SilenceStore &silence,
+                                 const QDateTime &now)
+{
+    QList<DisplayProvider> rows;
+    for (const SourceResult &result : results) {
+        if (silence.isSilenced(result.id, now))
+            continue;
+        const QList<ComponentStatus> unsilenced = unsilencedAffected(result, silence, now);
+        const Health health = effectiveHealth(result, unsilenced);
+        QString detail;
+        if (result.error)
+            detail = result.detail;
+        else if (unsilenced.size() == 1)
+            detail = unsilenced.first().name + u" \u2014 "_s +
+                     label(unsilenced.first().health).toLower();
+        else if (unsilenced.size() > 1)
+            detail = QString::number(unsilenced.size()) + u" components affected"_s;
+        else
+            detail = health == Health::operational ? u"Operational"_s : result.detail;
+        rows.append({result, health, detail});
+    }
+    sortByLocalizedName(rows, [](const DisplayProvider &row) { return row.result.name; });
+    return rows;
+}
+
+Health overallHealth(const QList<SourceResult> &results, const QList<DisplayProvider> &rows)
+{
+    if (results.isEmpty())
+        return Health::unknown;
+    QList<Health> healths;
+    for (const DisplayProvider &row : rows)
+        healths.append(row.health);
+    return worstHealth(healths).value_or(Health::operational);
+}
+
+QString summaryText(const QList<SourceResult> &results, const QList<DisplayProvider> &rows)
+{
+    if (results.isEmpty())
+        return u"No sources configured"_s;
+    QStringList parts;
+    for (Health health : {Health::down, Health::degraded, Health::unknown}) {
+        const auto count = std::count_if(rows.begin(), rows.end(),
+                                         [&](const auto &row) { return row.health == health; });
+        if (count > 0)
+            parts.append(QString::number(count) + u' ' + rawValue(health));
+    }
+    return parts.isEmpty() ? u"All systems operational"_s : parts.join(u", "_s);
+}
+
+int issueCount(const QList<DisplayProvider> &rows, Health health, const SilenceStore &silence,
+               const QDateTime &now)
+{
+    if (health != Health::degraded && health != Health::down)
+        return 0;
+    int count = 0;
+    for (const DisplayProvider &row : rows) {
+        const QList<ComponentStatus> unsilenced = unsilencedAffected(row.result, silence, now);
+        const auto matching = std::count_if(unsilenced.begin(), unsilenced.end(),
+                                            [&](const auto &c) { return c.health == health; });
+        count += matching > 0 ? int(matching) : int(row.health == health);
+    }
+    return count;
+}
+
+QList<SilencedItem> silencedItems(const QList<SourceResult> &results, const SilenceStore &silence,
+                                  const QDateTime &now)
+{
+    QList<SilencedItem> items;
+    for (const SourceResult &result : results) {
+        if (silence.isSilenced(result.id, now)) {
+            items.append({result.id, result.name, silence.entries().value(result.id)});
+            continue;
+        }
+        for (const ComponentStatus &component : result.components) {
+            if (silence.isSilenced(component.id, now)) {
+                items.append({component.id, result.name + u" \u00b7 "_s + component.name,
+                              silence.entries().value(component.id)});
+            }
+        }
+    }
+    sortByLocalizedName(items, [](const SilencedItem &item) { return item.title; });
+    return items;
+}
+
+} // namespace lanternic::DisplaySummary

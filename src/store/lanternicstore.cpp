@@ -1,0 +1,204 @@
+#include "store/lanternicstore.h"
+
+#include "config/appsettings.h"
+#include "config/sourceregistry.h"
+#include "sources/sourcekindstore.h"
+#include "store/silencestore.h"
+#include "store/sleeptimer.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+// One check pass: probes the new hosts, then checks every source, all requests in flight at
+// once. It owns its replies, so deleting it (with the store) cancels what is still open.
+class CheckPass : public QObject {
+public:
+    CheckPass(LanternicStore &store, std::function<void()> done)
+        : QObject(&store), m_store(store), m_done(std::move(done))
+    {
+    }
+
+    void run()
+    {
+        QStringList hosts;
+        for (const QString &host : SourceRegistry::baseHosts(m_store.m_settings.sourcesText())) {
+            if (!m_store.m_kinds.cache().contains(host.toLower()))
+                hosts.append(host);
+        }
+        if (hosts.isEmpty()) {
+            checkSources();
+            return;
+        }
+        m_pending = hosts.size();
+        for (const QString &host : hosts) {
+            SourceKindStore::probe(host, m_store.m_session, this,
+                                   [this, host](std::optional<SourceKind> kind) {
+                                       m_probed.append({host, kind});
+                                       if (--m_pending == 0)
+                                           recordKindsAndCheck();
+                                   });
+        }
+    }
+
+private:
+    void recordKindsAndCheck()
+    {
+        // In the order the probes finished; a probe without an answer records nothing.
+        for (const auto &[host, kind] : m_probed) {
+            if (kind)
+                m_store.m_kinds.record(host, *kind);
+        }
+        checkSources();
+    }
+
+    void checkSources()
+    {
+        m_sources =
+            SourceRegistry::sources(m_store.m_settings.sourcesText(), m_store.m_kinds.cache());
+        m_pending = m_sources.size();
+        for (const JSONSource &source : m_sources) {
+            source.check(m_store.m_session, this, [this](SourceResult result) {
+                m_collected.append(std::move(result));
+                if (--m_pending == 0)
+                    finish();
+            });
+        }
+    }
+
+    void finish()
+    {
+        m_store.finishPass(m_sources, std::move(m_collected));
+        if (m_done)
+            m_done();
+        deleteLater();
+    }
+
+    LanternicStore &m_store;
+    std::function<void()> m_done;
+    qsizetype m_pending = 0;
+    QList<std::pair<QString, std::optional<SourceKind>>> m_probed;
+    QList<JSONSource> m_sources;
+    QList<SourceResult> m_collected;
+};
+
+LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
+                               QSettings &defaults, QNetworkAccessManager &session, QObject *parent)
+    : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
+      m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
+      m_history(CheckHistory::load(defaults)), m_pollTimer(new SleepTimer(this))
+{
+    const QDateTime now = m_clock();
+    for (const JSONSource &source :
+         SourceRegistry::sources(settings.sourcesText(), kinds.cache())) {
+        SourceResult placeholder;
+        placeholder.id = source.id;
+        placeholder.name = source.name;
+        placeholder.health = Health::unknown;
+        placeholder.detail = u"Checking\u2026"_s;
+        placeholder.url = source.homeURL;
+        placeholder.checkedAt = now;
+        m_results.append(placeholder);
+    }
+}
+
+LanternicStore::~LanternicStore() = default;
+
+void LanternicStore::refresh(std::function<void()> done)
+{
+    setRefreshing(true);
+    (new CheckPass(*this, std::move(done)))->run();
+}
+
+void LanternicStore::start()
+{
+    // A new generation makes the passes of an earlier loop end that loop when they finish.
+    const quint64 generation = ++m_pollGeneration;
+    m_pollTimer->stop();
+    disconnect(m_pollTimer, nullptr, this, nullptr);
+    auto pass = [this, generation] {
+        refresh([this, generation] {
+            if (generation == m_pollGeneration)
+                m_pollTimer->start(pollInterval());
+        });
+    };
+    connect(m_pollTimer, &SleepTimer::timeout, this, pass);
+    pass();
+}
+
+std::chrono::milliseconds LanternicStore::pollInterval() const
+{
+    return std::chrono::minutes(std::max(1, m_settings.refreshIntervalMinutes()));
+}
+
+void LanternicStore::finishPass(const QList<JSONSource> &sources, QList<SourceResult> collected)
+{
+    QHash<QString, qsizetype> position;
+    for (qsizetype i = 0; i < sources.size(); ++i)
+        position.insert(sources[i].id, i);
+    std::stable_sort(collected.begin(), collected.end(), [&](const auto &a, const auto &b) {
+        return position.value(a.id, sources.size()) < position.value(b.id, sources.size());
+    });
+
+    if (collected != m_results) {
+        m_results = std::move(collected);
+        Q_EMIT resultsChanged();
+    }
+    const QDateTime now = m_clock();
+    m_lastChecked = now;
+    Q_EMIT lastCheckedChanged();
+
+    QSet<QString> trouble;
+    for (const SourceResult &result : std::as_const(m_results)) {
+        m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
+        if (result.health != Health::operational)
+            trouble.insert(result.id);
+        for (const ComponentStatus &component : result.affectedComponents())
+            trouble.insert(component.id);
+    }
+    m_history.save(m_defaults);
+    Q_EMIT historyChanged();
+
+    m_silence.prune(trouble, now);
+    setRefreshing(false);
+    Q_EMIT passFinished();
+}
+
+void LanternicStore::setRefreshing(bool refreshing)
+{
+    if (refreshing == m_isRefreshing)
+        return;
+    m_isRefreshing = refreshing;
+    Q_EMIT isRefreshingChanged();
+}
+
+QList<DisplayProvider> LanternicStore::providers() const
+{
+    return DisplaySummary::providers(m_results, m_silence, m_clock());
+}
+
+Health LanternicStore::overallHealth() const
+{
+    return DisplaySummary::overallHealth(m_results, providers());
+}
+
+QString LanternicStore::summaryText() const
+{
+    return DisplaySummary::summaryText(m_results, providers());
+}
+
+int LanternicStore::issueCount(Health health) const
+{
+    return DisplaySummary::issueCount(providers(), health, m_silence, m_clock());
+}
+
+QList<SilencedItem> LanternicStore::silencedItems() const
+{
+    return DisplaySummary::silencedItems(m_results, m_silence, m_clock());
+}
+
+} // namespace lanternic

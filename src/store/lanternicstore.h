@@ -1,0 +1,96 @@
+#pragma once
+
+#include "model/sourceresult.h"
+#include "store/checkhistory.h"
+#include "store/displaysummary.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QObject>
+#include <chrono>
+#include <functional>
+#include <optional>
+
+class QNetworkAccessManager;
+class QSettings;
+
+namespace lanternic {
+
+class AppSettings;
+class SilenceStore;
+class SleepTimer;
+class SourceKindStore;
+struct JSONSource;
+
+// The monitoring store: the latest result per source, the check history and the poll loop.
+class LanternicStore : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingChanged)
+    Q_PROPERTY(QDateTime lastChecked READ lastCheckedOrNull NOTIFY lastCheckedChanged)
+
+public:
+    using Clock = std::function<QDateTime()>;
+
+    // defaults keeps the check history; session carries every fetch and probe.
+    LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
+                   QSettings &defaults, QNetworkAccessManager &session, QObject *parent = nullptr);
+    ~LanternicStore() override;
+
+    const QList<SourceResult> &results() const { return m_results; }
+    std::optional<QDateTime> lastChecked() const { return m_lastChecked; }
+    bool isRefreshing() const { return m_isRefreshing; }
+    const CheckHistory &history() const { return m_history; }
+
+    AppSettings &settings() const { return m_settings; }
+    SilenceStore &silence() const { return m_silence; }
+
+    // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
+    // and again.
+    void start();
+    // One check pass; done runs when it has finished. Passes may overlap.
+    void refresh(std::function<void()> done = {});
+
+    // Display values, derived afresh on every call.
+    QList<DisplayProvider> providers() const;
+    Health overallHealth() const;
+    QString summaryText() const;
+    int issueCount(Health health) const;
+    QList<SilencedItem> silencedItems() const;
+
+    // The wait between passes: the interval in minutes, at least one.
+    std::chrono::milliseconds pollInterval() const;
+
+    // Tests replace the clock that passes and display values read.
+    void setClock(Clock clock) { m_clock = std::move(clock); }
+    QDateTime now() const { return m_clock(); }
+
+Q_SIGNALS:
+    void resultsChanged();
+    void lastCheckedChanged();
+    void isRefreshingChanged();
+    void historyChanged();
+    void passFinished();
+
+private:
+    friend class CheckPass;
+    void finishPass(const QList<JSONSource> &sources, QList<SourceResult> collected);
+    void setRefreshing(bool refreshing);
+    QDateTime lastCheckedOrNull() const { return m_lastChecked.value_or(QDateTime()); }
+
+    AppSettings &m_settings;
+    SilenceStore &m_silence;
+    SourceKindStore &m_kinds;
+    QSettings &m_defaults;
+    QNetworkAccessManager &m_session;
+    Clock m_clock;
+
+    QList<SourceResult> m_results;
+    std::optional<QDateTime> m_lastChecked;
+    bool m_isRefreshing = false;
+    CheckHistory m_history;
+
+    SleepTimer *m_pollTimer = nullptr;
+    quint64 m_pollGeneration = 0;
+};
+
+} // namespace lanternic

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "model/sourceresult.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <array>
+#include <optional>
+
+class QSettings;
+
+namespace lanternic {
+
+// How long one silence lasts.
+struct SilenceUntil {
+    enum class Kind { date, resolved, forever };
+    Kind kind = Kind::forever;
+    QDateTime date; // only for Kind::date
+
+    static SilenceUntil until(const QDateTime &date) { return {Kind::date, date}; }
+    static SilenceUntil resolved() { return {Kind::resolved, {}}; }
+    static SilenceUntil forever() { return {Kind::forever, {}}; }
+
+    bool operator==(const SilenceUntil &other) const
+    {
+        return kind == other.kind && (kind != Kind::date || date == other.date);
+    }
+};
+
+// The choices the silence menu offers, in menu order.
+enum class SilenceDuration { twoHours, oneDay, twoDays, oneWeek, untilResolved, forever };
+
+inline constexpr std::array<SilenceDuration, 6> allSilenceDurations{
+    SilenceDuration::twoHours, SilenceDuration::oneDay,        SilenceDuration::twoDays,
+    SilenceDuration::oneWeek,  SilenceDuration::untilResolved, SilenceDuration::forever};
+
+QString label(SilenceDuration duration);
+// Fixed numbers of seconds, whatever the calendar says.
+SilenceUntil expiry(SilenceDuration duration, const QDateTime &now);
+
+// One line of the list of silenced things.
+struct SilencedItem {
+    QString id;
+    QString title;
+    SilenceUntil until;
+
+    bool operator==(const SilencedItem &) const = default;
+};
+
+// Silences per source or component id, saved to the settings after every change.
+class SilenceStore : public QObject {
+    Q_OBJECT
+
+public:
+    using Entries = QHash<QString, SilenceUntil>;
+
+    explicit SilenceStore(QSettings &defaults, QObject *parent = nullptr);
+
+    const Entries &entries() const { return m_entries; }
+
+    void silence(const QString &id, SilenceDuration duration, const QDateTime &now);
+    void unsilence(const QString &id);
+    bool isSilenced(const QString &id, const QDateTime &now) const;
+
+    // End-of-pass clean-up: dated silences that ran out, and "until resolved" silences
+    // whose id is no longer in trouble, go.
+    void prune(const QSet<QString> &troubleIds, const QDateTime &now);
+
+    // Moves entries kept under older forms of source ids ("host-2", "host-2::component")
+    // to the current ids. sources holds (source id, host of its feed URL) in list order.
+    void rekey(const QList<std::pair<QString, QString>> &sources);
+
+    void save();
+
+    // The stored document, and back; nothing for a document that does not decode.
+    static QByteArray encode(const Entries &entries);
+    static std::optional<Entries> decode(const QByteArray &data);
+
+Q_SIGNALS:
+    void entriesChanged();
+
+private:
+    void replaceEntries(Entries entries);
+
+    QSettings &m_defaults;
+    Entries m_entries;
+};
+
+} // namespace lanternic
