@@ -27,13 +27,24 @@ std::optional<QUrl> webUrl(const QString &text)
 QString helpText()
 {
     return uR"(Usage:
+  lanternic-check [--settings FILE] [--source LABEL=VALUE]... [--json]
+                                         Run one check pass over the configured sources
   lanternic-check read  [options] FILE   Read a status document from FILE (- for standard input)
   lanternic-check fetch [options] URL    Fetch URL and read whatever status document it serves
 
-Prints the result as one JSON object and exits with 0 (operational), 1 (degraded),
-2 (down) or 3 (unknown, or a usage error).
+A pass prints one line per source and the summary (or, with --json, one JSON object);
+read and fetch print the result as one JSON object. The exit status is 0 (operational),
+1 (degraded), 2 (down) or 3 (unknown, or a usage error).
 
-Options:
+Options of a pass:
+  --settings FILE                Use this settings file and keep what the pass learns in it,
+                                 as the app does (default: read your own settings, change
+                                 nothing)
+  --source LABEL=VALUE           Check this source instead of the configured ones
+                                 (repeatable)
+  --json                         Print the outcome as one JSON object
+
+Options of read and fetch:
   --id ID                        The source's id (default "source")
   --name NAME                    The source's display name (default "Source")
   --home URL                     The source's home page (default: the fetched URL, or
@@ -60,8 +71,12 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QCommandLineOption provider(u"updog-provider"_s, QString(), u"NAME"_s);
     const QCommandLineOption service(u"updog-service"_s, QString(), u"NAME"_s);
     const QCommandLineOption pretty(u"pretty"_s);
+    const QCommandLineOption settings(u"settings"_s, QString(), u"FILE"_s);
+    const QCommandLineOption sourceLine(u"source"_s, QString(), u"LABEL=VALUE"_s);
+    const QCommandLineOption json(u"json"_s);
     const QCommandLineOption help(QStringList{u"help"_s, u"h"_s});
-    parser.addOptions({id, name, home, treat, group, provider, service, pretty, help});
+    parser.addOptions({id, name, home, treat, group, provider, service, pretty, settings,
+                       sourceLine, json, help});
     if (!parser.parse(arguments))
         return UsageError{parser.errorText()};
 
@@ -70,8 +85,29 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         return invocation;
 
     const QStringList positional = parser.positionalArguments();
-    if (positional.isEmpty())
-        return UsageError{u"a command is required: read or fetch (see --help)"_s};
+    const QList<QCommandLineOption> readOptions{id,       name,     home,   treat,
+                                                group,    provider, service, pretty};
+    const QList<QCommandLineOption> passOptions{settings, sourceLine, json};
+    auto firstSet = [&](const QList<QCommandLineOption> &options) {
+        for (const QCommandLineOption &option : options) {
+            if (parser.isSet(option))
+                return std::optional<QString>(u"--"_s + option.names().first());
+        }
+        return std::optional<QString>();
+    };
+    if (positional.isEmpty()) {
+        if (auto option = firstSet(readOptions))
+            return UsageError{u"%1 goes with read or fetch (see --help)"_s.arg(*option)};
+        invocation.mode = Mode::pass;
+        if (parser.isSet(settings))
+            invocation.settingsFile = parser.value(settings);
+        if (parser.isSet(sourceLine))
+            invocation.sourcesText = parser.values(sourceLine).join(u'\n');
+        invocation.json = parser.isSet(json);
+        return invocation;
+    }
+    if (auto option = firstSet(passOptions))
+        return UsageError{u"%1 does not go with read or fetch (see --help)"_s.arg(*option)};
     const QString &command = positional.first();
     if (command == "read"_L1)
         invocation.mode = Mode::read;

@@ -9,7 +9,7 @@
 
 namespace lanternic::cli {
 
-enum class Mode { help, read, fetch };
+enum class Mode { help, read, fetch, pass };
 
 // What the command line asked for.
 struct Invocation {
@@ -17,6 +17,11 @@ struct Invocation {
     QString target; // the file (or "-") to read, or the URL to fetch
     JSONSource source;
     bool pretty = false;
+    // A whole pass: the settings file (else the user's own, left untouched), the sources
+    // text replacing the stored one for this run, and whether to print JSON.
+    std::optional<QString> settingsFile;
+    std::optional<QString> sourcesText;
+    bool json = false;
 };
 
 struct UsageError {

@@ -1,4 +1,5 @@
 #include "cli/checkcommand.h"
+#include "cli/passcommand.h"
 #include "cli/resultjson.h"
 #include "sources/network.h"
 
@@ -48,6 +49,8 @@ int main(int argc, char **argv)
             return usageError(error->message);
         return report(invocation.source.read(std::get<QByteArray>(input)), invocation.pretty);
     }
+    case cli::Mode::pass:
+        return cli::runPass(invocation);
     case cli::Mode::fetch: {
         QNetworkAccessManager session;
         network::configureSession(session);

@@ -73,9 +73,34 @@ bool isLineBreak(QChar c)
     }
 }
 
-QString hostWithPort(const QUrl &url)
+QString workingText(const QString &value)
 {
-    return url.port() < 0 ? url.host() : url.host() + u':' + QString::number(url.port());
+    const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
+    return explicitScheme ? value : "https://"_L1 + value;
+}
+
+// The host as the user wrote it: parsing lower-cases it, but ids and lookups keep the case.
+QString writtenHost(const QString &urlText)
+{
+    QStringView authority = QStringView(urlText).sliced(urlText.indexOf("//"_L1) + 2);
+    for (QChar end : {u'/', u'?', u'#'}) {
+        if (const qsizetype at = authority.indexOf(end); at >= 0)
+            authority.truncate(at);
+    }
+    if (const qsizetype at = authority.lastIndexOf(u'@'); at >= 0)
+        authority = authority.sliced(at + 1);
+    if (authority.startsWith(u'[')) {
+        const qsizetype close = authority.indexOf(u']');
+        return authority.sliced(1, close < 0 ? authority.size() - 1 : close - 1).toString();
+    }
+    if (const qsizetype colon = authority.indexOf(u':'); colon >= 0)
+        authority.truncate(colon);
+    return authority.toString();
+}
+
+QString withPort(const QString &host, const QUrl &url)
+{
+    return url.port() < 0 ? host : host + u':' + QString::number(url.port());
 }
 
 std::optional<QUrl> urlWithHost(const QString &text)
@@ -86,11 +111,11 @@ std::optional<QUrl> urlWithHost(const QString &text)
     return url;
 }
 
-QString urlKey(const QUrl &url, bool withPath)
+QString urlKey(const QUrl &url, const QString &host, bool withPath)
 {
     if (url.host().isEmpty())
         return url.toString();
-    QString key = hostWithPort(url);
+    QString key = withPort(host, url);
     if (withPath) {
         QString path = url.path();
         if (path.endsWith(u'/'))
@@ -121,13 +146,14 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
 
     JSONSource source;
     source.name = entry.label;
+    const QString host = writtenHost(workingText(entry.value));
     QString lookupHost;
     QString key;
     if (const auto *endpoint = std::get_if<Target::Endpoint>(&target->value)) {
         source.url = endpoint->url;
         source.homeURL = endpoint->url;
-        lookupHost = endpoint->url.host();
-        key = urlKey(source.homeURL, true);
+        lookupHost = host;
+        key = urlKey(source.homeURL, host, true);
     } else if (const auto *base = std::get_if<Target::Base>(&target->value)) {
         std::optional<QUrl> url;
         if (kinds.value(base->host.toLower()) == SourceKind::incidentio)
@@ -143,7 +169,7 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         source.url = *url;
         source.homeURL = base->home;
         lookupHost = base->host;
-        key = urlKey(source.homeURL, base->subpath.has_value());
+        key = urlKey(source.homeURL, host, base->subpath.has_value());
     } else {
         const auto &updog = std::get<Target::Updog>(target->value);
         source.url =
@@ -151,7 +177,7 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         source.homeURL = updog.home;
         source.updogProvider = updog.provider;
         source.updogService = updog.service;
-        key = urlKey(source.homeURL, updog.provider.has_value());
+        key = urlKey(source.homeURL, host, updog.provider.has_value());
     }
 
     if (!std::holds_alternative<Target::Updog>(target->value)) {
@@ -186,7 +212,7 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
 std::optional<Target> Target::classify(const QString &value)
 {
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
-    const QString working = explicitScheme ? value : "https://"_L1 + value;
+    const QString working = workingText(value);
 
     const auto url = urlWithHost(working);
     if (url) {
@@ -205,7 +231,7 @@ std::optional<Target> Target::classify(const QString &value)
         return Target{Endpoint{*url}};
 
     Base base;
-    base.host = hostWithPort(*url);
+    base.host = withPort(writtenHost(working), *url);
     QStringView path = url->path();
     while (path.startsWith(u'/'))
         path = path.sliced(1);

@@ -1,6 +1,7 @@
 #include "support/loopbackserver.h"
 
 #include <QTcpSocket>
+#include <QTimer>
 
 LoopbackServer::LoopbackServer(QObject *parent) : QObject(parent)
 {
@@ -52,6 +53,12 @@ void LoopbackServer::serve(QTcpSocket *socket)
         reply += name + ": " + value + "\r\n";
     reply += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
     reply += "Connection: close\r\n\r\n";
-    socket->write(reply + response.body);
-    socket->disconnectFromHost();
+    auto send = [socket, data = reply + response.body] {
+        socket->write(data);
+        socket->disconnectFromHost();
+    };
+    if (response.delayMs > 0)
+        QTimer::singleShot(response.delayMs, socket, send);
+    else
+        send();
 }

@@ -16,6 +16,7 @@ public:
         QByteArray body;
         QList<std::pair<QByteArray, QByteArray>> headers;
         bool silent = false; // accept the request but never answer
+        int delayMs = 0;
     };
 
     explicit LoopbackServer(QObject *parent = nullptr);

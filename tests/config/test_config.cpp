@@ -1,0 +1,282 @@
+#include "config/appsettings.h"
+#include "config/sourceregistry.h"
+
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(lanternic::SourceKind)
+
+class TestConfig : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<QSettings> defaults;
+
+    // Settings written by an earlier run, read back from the file as the app would.
+    void store(const QString &key, const QVariant &value)
+    {
+        defaults->setValue(key, value);
+        defaults->sync();
+        defaults = std::make_unique<QSettings>(defaults->fileName(), QSettings::IniFormat);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        static int run = 0;
+        defaults = std::make_unique<QSettings>(dir.filePath(u"settings-%1.ini"_s.arg(++run)),
+                                               QSettings::IniFormat);
+    }
+
+    void absentKeysGiveDefaults()
+    {
+        AppSettings settings(*defaults);
+        QCOMPARE(settings.sourcesText(), QString());
+        QCOMPARE(settings.refreshIntervalMinutes(), 2);
+        QCOMPARE(settings.showOperational(), true);
+        QVERIFY(defaults->allKeys().isEmpty());
+    }
+
+    void sourcesMigration_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("loaded");
+        QTest::newRow("comma form")
+            << u"GitHub=www.githubstatus.com, Linear = linearstatus.com,"_s
+            << u"GitHub=www.githubstatus.com\nLinear = linearstatus.com"_s;
+        QTest::newRow("blank pieces dropped")
+            << u" a=b ,\u00a0, \tc=d"_s << u"a=b\nc=d"_s;
+        QTest::newRow("commas with a line feed") << u"a=b, c=d\ne=f"_s << u"a=b, c=d\ne=f"_s;
+        QTest::newRow("no comma") << u"  a=b  "_s << u"  a=b  "_s;
+    }
+
+    void sourcesMigration()
+    {
+        QFETCH(QString, stored);
+        store(u"Lanternic.sources"_s, stored);
+        AppSettings settings(*defaults);
+        QTEST(settings.sourcesText(), "loaded");
+        QTEST(defaults->value(u"Lanternic.sources"_s).toString(), "loaded");
+    }
+
+    void storedValues_data()
+    {
+        QTest::addColumn<QVariant>("interval");
+        QTest::addColumn<QVariant>("show");
+        QTest::addColumn<int>("minutes");
+        QTest::addColumn<bool>("showOperational");
+        QTest::newRow("five, false") << QVariant(5) << QVariant(false) << 5 << false;
+        QTest::newRow("zero reads as two") << QVariant(0) << QVariant(true) << 2 << true;
+        QTest::newRow("negative kept") << QVariant(-3) << QVariant() << -3 << true;
+        QTest::newRow("junk") << QVariant(u"soon"_s) << QVariant(u"no"_s) << 2 << true;
+        QTest::newRow("number is no boolean") << QVariant(1) << QVariant(0) << 1 << true;
+    }
+
+    void storedValues()
+    {
+        QFETCH(QVariant, interval);
+        QFETCH(QVariant, show);
+        if (interval.isValid())
+            store(u"Lanternic.refreshIntervalMinutes"_s, interval);
+        if (show.isValid())
+            store(u"Lanternic.showOperational"_s, show);
+        AppSettings settings(*defaults);
+        QTEST(settings.refreshIntervalMinutes(), "minutes");
+        QTEST(settings.showOperational(), "showOperational");
+    }
+
+    void writesGoThroughButNotifyOnlyOnChange()
+    {
+        AppSettings settings(*defaults);
+        QSignalSpy changed(&settings, &AppSettings::refreshIntervalMinutesChanged);
+        settings.setRefreshIntervalMinutes(5);
+        QCOMPARE(changed.size(), 1);
+        defaults->remove(u"Lanternic.refreshIntervalMinutes"_s);
+        settings.setRefreshIntervalMinutes(5);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(defaults->value(u"Lanternic.refreshIntervalMinutes"_s).toInt(), 5);
+
+        QSignalSpy shown(&settings, &AppSettings::showOperationalChanged);
+        settings.setShowOperational(false);
+        settings.setShowOperational(false);
+        QCOMPARE(shown.size(), 1);
+        defaults->sync();
+        QCOMPARE(AppSettings(*defaults).showOperational(), false);
+    }
+
+    void entries()
+    {
+        const QString text = u"  GitHub = www.githubstatus.com \r\n\r\n# note\nno equals\n=x\n"
+                             u"y=\u2028a=b=c\u0085\tSpaced\u3000=\u00a0v "_s;
+        const QList<SourceEntry> entries = SourceRegistry::entries(text);
+        QCOMPARE(entries.size(), 3);
+        QCOMPARE(entries[0].label, u"GitHub"_s);
+        QCOMPARE(entries[0].value, u"www.githubstatus.com"_s);
+        QCOMPARE(entries[1].label, u"a"_s);
+        QCOMPARE(entries[1].value, u"b=c"_s);
+        QCOMPARE(entries[2].label, u"Spaced"_s);
+        QCOMPARE(entries[2].value, u"v"_s);
+    }
+
+    void sources_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QString>("home");
+        QTest::newRow("known host") << u"GitHub=www.githubstatus.com"_s << u"github"_s
+                                    << u"https://www.githubstatus.com/api/v2/summary.json"_s
+                                    << u"https://www.githubstatus.com"_s;
+        QTest::newRow("other host") << u"Linear=linearstatus.com"_s << u"linearstatus.com"_s
+                                    << u"https://linearstatus.com/api/v2/summary.json"_s
+                                    << u"https://linearstatus.com"_s;
+        QTest::newRow("host with sub-page")
+            << u"Team = status.example.com/team/"_s << u"status.example.com/team"_s
+            << u"https://status.example.com/team/api/v2/summary.json"_s
+            << u"https://status.example.com/team/"_s;
+        QTest::newRow("page URL with sub-page fetched as written")
+            << u"Team=https://status.example.com/team"_s << u"status.example.com/team"_s
+            << u"https://status.example.com/team"_s << u"https://status.example.com/team"_s;
+        QTest::newRow("page URL without sub-page")
+            << u"Ex=https://status.example.com/"_s << u"status.example.com"_s
+            << u"https://status.example.com/api/v2/summary.json"_s << u"https://status.example.com/"_s;
+        QTest::newRow("host with port") << u"Local=status.example.com:8443"_s
+                                        << u"status.example.com:8443"_s
+                                        << u"https://status.example.com:8443/api/v2/summary.json"_s
+                                        << u"https://status.example.com:8443"_s;
+        QTest::newRow("feed endpoint") << u"Feed=feeds.example.com/x/status.JSON"_s
+                                       << u"feeds.example.com/x/status.JSON"_s
+                                       << u"https://feeds.example.com/x/status.JSON"_s
+                                       << u"https://feeds.example.com/x/status.JSON"_s;
+        QTest::newRow("endpoint by query") << u"Q=http://127.0.0.1:8080/s?x=1"_s
+                                           << u"127.0.0.1:8080/s"_s
+                                           << u"http://127.0.0.1:8080/s?x=1"_s
+                                           << u"http://127.0.0.1:8080/s?x=1"_s;
+        QTest::newRow("known summary URL keeps the known id")
+            << u"GH=https://www.githubstatus.com/api/v2/summary.json"_s << u"github"_s
+            << u"https://www.githubstatus.com/api/v2/summary.json"_s
+            << u"https://www.githubstatus.com/api/v2/summary.json"_s;
+        QTest::newRow("known host in capitals is not known")
+            << u"GH=WWW.githubstatus.com"_s << u"WWW.githubstatus.com"_s
+            << u"https://www.githubstatus.com/api/v2/summary.json"_s
+            << u"https://www.githubstatus.com"_s;
+        QTest::newRow("updog provider page")
+            << u"AWS=https://updog.ai/status/amazonaws"_s << u"updog.ai/status/amazonaws"_s
+            << u"https://updog.ai/data/third-party-outages.json"_s
+            << u"https://updog.ai/status/amazonaws"_s;
+        QTest::newRow("updog page without provider")
+            << u"All=www.updog.ai/"_s << u"www.updog.ai"_s
+            << u"https://updog.ai/data/third-party-outages.json"_s << u"https://www.updog.ai/"_s;
+    }
+
+    void sources()
+    {
+        QFETCH(QString, line);
+        const QList<JSONSource> sources = SourceRegistry::sources(line, {});
+        QCOMPARE(sources.size(), 1);
+        QTEST(sources[0].id, "id");
+        QTEST(sources[0].url.toString(), "url");
+        QTEST(sources[0].homeURL.toString(), "home");
+    }
+
+    void updogPaths_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<std::optional<QString>>("provider");
+        QTest::addColumn<std::optional<QString>>("service");
+        const std::optional<QString> none;
+        QTest::newRow("provider") << u"/status/amazonaws"_s << std::optional(u"amazonaws"_s) << none;
+        QTest::newRow("service") << u"/status/amazonaws/services/ec2"_s
+                                 << std::optional(u"amazonaws"_s) << std::optional(u"ec2"_s);
+        QTest::newRow("not services") << u"/status/amazonaws/regions/eu"_s
+                                      << std::optional(u"amazonaws"_s) << none;
+        QTest::newRow("three pieces") << u"/status/amazonaws/x"_s << std::optional(u"amazonaws"_s)
+                                      << none;
+        QTest::newRow("other page") << u"/about/amazonaws"_s << none << none;
+        QTest::newRow("status only") << u"/status"_s << none << none;
+    }
+
+    void updogPaths()
+    {
+        QFETCH(QString, path);
+        const QList<JSONSource> sources = SourceRegistry::sources(u"U=updog.ai"_s + path, {});
+        QTEST(sources[0].updogProvider, "provider");
+        QTEST(sources[0].updogService, "service");
+    }
+
+    void knownServiceAdjustments()
+    {
+        const auto sources = SourceRegistry::sources(u"CF=www.cloudflarestatus.com"_s, {});
+        QCOMPARE(sources[0].id, u"cloudflare"_s);
+        QCOMPARE(sources[0].treatAsOperational, QSet<QString>{u"under_maintenance"_s});
+        QCOMPARE(sources[0].includeGroups, QSet<QString>{u"Cloudflare Sites and Services"_s});
+        QCOMPARE(sources[0].name, u"CF"_s);
+    }
+
+    void repeatsAreNumbered()
+    {
+        const auto sources = SourceRegistry::sources(
+            u"A=linearstatus.com\nB=linearstatus.com\nC=https://linearstatus.com"_s, {});
+        QCOMPARE(sources.size(), 3);
+        QCOMPARE(sources[0].id, u"linearstatus.com"_s);
+        QCOMPARE(sources[1].id, u"linearstatus.com-2"_s);
+        QCOMPARE(sources[2].id, u"linearstatus.com-3"_s);
+    }
+
+    void incidentHostsUseTheWidget()
+    {
+        const QHash<QString, SourceKind> kinds{{u"status.example.com"_s, SourceKind::incidentio}};
+        const auto sources =
+            SourceRegistry::sources(u"S=Status.Example.com/Api\nT=status.example.com"_s, kinds);
+        QCOMPARE(sources[0].url.toString(QUrl::FullyEncoded),
+                 u"https://status.example.com/proxy/Status.Example.com?subpage_slug=Api"_s);
+        QCOMPARE(sources[1].url.toString(),
+                 u"https://status.example.com/proxy/status.example.com"_s);
+    }
+
+    void defaultsStandInForUnusableText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("blank") << QString();
+        QTest::newRow("blank lines") << u"\n  \n\t"_s;
+        QTest::newRow("no equals") << u"www.githubstatus.com"_s;
+        QTest::newRow("no host") << u"X=https://"_s;
+    }
+
+    void defaultsStandInForUnusableText()
+    {
+        QFETCH(QString, text);
+        QStringList ids;
+        for (const JSONSource &source : SourceRegistry::sources(text, {}))
+            ids.append(source.id);
+        QCOMPARE(ids, (QStringList{u"updog.ai/status/amazonaws"_s, u"claude"_s, u"cloudflare"_s,
+                                   u"status.datadoghq.eu"_s, u"github"_s, u"linearstatus.com"_s,
+                                   u"openai"_s}));
+        QVERIFY(SourceRegistry::baseHosts(text).isEmpty());
+    }
+
+    void defaultTextReadsBackAsTheDefaults()
+    {
+        const QString text = SourceRegistry::defaultText();
+        QVERIFY(text.startsWith(u"AWS (via Updog)=https://updog.ai/status/amazonaws\nClaude="_s));
+        QVERIFY(!text.endsWith(u'\n'));
+        QCOMPARE(SourceRegistry::entries(text).size(), 7);
+    }
+
+    void baseHosts()
+    {
+        const QString text = u"A=Status.Example.com\nB=Status.Example.com/x\nC=feeds.example.com/"
+                             u"a.json\nD=updog.ai/status/x\nE=other.example:81\nF=status.example.com"_s;
+        QCOMPARE(SourceRegistry::baseHosts(text),
+                 (QStringList{u"Status.Example.com"_s, u"other.example:81"_s,
+                              u"status.example.com"_s}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestConfig)
+#include "test_config.moc"
