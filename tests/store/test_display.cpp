@@ -1,0 +1,163 @@
+#include "store/displaysummary.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QDateTime now = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate);
+
+ComponentStatus component(const QString &sourceId, const QString &key, Health health)
+{
+    return {sourceId + u"::"_s + key, key.toUpper(), health, rawValue(health)};
+}
+
+SourceResult result(const QString &id, Health health, QList<ComponentStatus> components = {},
+                    std::optional<QString> error = std::nullopt)
+{
+    SourceResult r;
+    r.id = id;
+    r.name = id;
+    r.health = health;
+    r.detail = u"reader detail"_s;
+    r.error = error;
+    r.components = std::move(components);
+    r.checkedAt = now;
+    return r;
+}
+
+} // namespace
+
+class TestDisplay : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<QSettings> defaults;
+    std::unique_ptr<SilenceStore> silence;
+
+    QString rows(const QList<SourceResult> &results)
+    {
+        QStringList out;
+        for (const DisplayProvider &row : DisplaySummary::providers(results, *silence, now))
+            out.append(row.result.id + u' ' + rawValue(row.health) + u' ' + row.detail);
+        return out.join(u" | "_s);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        static int run = 0;
+        defaults = std::make_unique<QSettings>(dir.filePath(u"s%1.ini"_s.arg(++run)),
+                                               QSettings::IniFormat);
+        silence = std::make_unique<SilenceStore>(*defaults);
+    }
+
+    void rowsLeaveSilencedComponentsOut()
+    {
+        silence->silence(u"b::old"_s, SilenceDuration::twoHours, now.addSecs(-7201));
+        silence->silence(u"c::x"_s, SilenceDuration::forever, now);
+        silence->silence(u"d"_s, SilenceDuration::untilResolved, now);
+        const QList<SourceResult> results{
+            result(u"a"_s, Health::down, {component(u"a"_s, u"api"_s, Health::degraded)}),
+            result(u"b"_s, Health::down,
+                   {component(u"b"_s, u"old"_s, Health::degraded),
+                    component(u"b"_s, u"new"_s, Health::down)}),
+            result(u"c"_s, Health::degraded, {component(u"c"_s, u"x"_s, Health::degraded)}),
+            result(u"d"_s, Health::down),
+            result(u"e"_s, Health::unknown, {}, u"refused"_s),
+            result(u"f"_s, Health::operational, {component(u"f"_s, u"y"_s, Health::operational)}),
+            result(u"g"_s, Health::degraded)};
+        QCOMPARE(rows(results),
+                 u"a degraded API \u2014 degraded | b down 2 components affected | "
+                 u"c operational Operational | e unknown reader detail | "
+                 u"f operational Operational | g degraded reader detail"_s);
+        QCOMPARE(DisplaySummary::effectiveHealth(results[2], *silence, now), Health::operational);
+        QCOMPARE(DisplaySummary::effectiveHealth(results[3], *silence, now), Health::down);
+    }
+
+    void rowsSortByNameIgnoringCase()
+    {
+        QList<SourceResult> results{result(u"beta"_s, Health::operational),
+                                    result(u"Alpha"_s, Health::operational),
+                                    result(u"gamma"_s, Health::operational),
+                                    result(u"alpha"_s, Health::down)};
+        QStringList names;
+        for (const auto &row : DisplaySummary::providers(results, *silence, now))
+            names.append(row.result.name);
+        QCOMPARE(names, (QStringList{u"Alpha"_s, u"alpha"_s, u"beta"_s, u"gamma"_s}));
+    }
+
+    void overallAndSummary_data()
+    {
+        QTest::addColumn<QList<SourceResult>>("results");
+        QTest::addColumn<QStringList>("silenced");
+        QTest::addColumn<Health>("overall");
+        QTest::addColumn<QString>("summary");
+        QTest::newRow("nothing configured") << QList<SourceResult>{} << QStringList{}
+                                            << Health::unknown << u"No sources configured"_s;
+        QTest::newRow("all fine") << QList{result(u"a"_s, Health::operational)} << QStringList{}
+                                  << Health::operational << u"All systems operational"_s;
+        QTest::newRow("all silenced") << QList{result(u"a"_s, Health::down)} << QStringList{u"a"_s}
+                                      << Health::operational << u"All systems operational"_s;
+        QTest::newRow("counts")
+            << QList{result(u"a"_s, Health::down), result(u"b"_s, Health::unknown),
+                     result(u"c"_s, Health::down), result(u"d"_s, Health::degraded)}
+            << QStringList{} << Health::down << u"2 down, 1 degraded, 1 unknown"_s;
+        QTest::newRow("unknown only") << QList{result(u"a"_s, Health::unknown)} << QStringList{}
+                                      << Health::unknown << u"1 unknown"_s;
+    }
+
+    void overallAndSummary()
+    {
+        QFETCH(QList<SourceResult>, results);
+        QFETCH(QStringList, silenced);
+        for (const QString &id : silenced)
+            silence->silence(id, SilenceDuration::forever, now);
+        const auto rows = DisplaySummary::providers(results, *silence, now);
+        QTEST(DisplaySummary::overallHealth(results, rows), "overall");
+        QTEST(DisplaySummary::summaryText(results, rows), "summary");
+    }
+
+    void badgeCounts()
+    {
+        silence->silence(u"a::d"_s, SilenceDuration::forever, now);
+        const QList<SourceResult> results{
+            result(u"a"_s, Health::down,
+                   {component(u"a"_s, u"a"_s, Health::down), component(u"a"_s, u"b"_s, Health::down),
+                    component(u"a"_s, u"c"_s, Health::down),
+                    component(u"a"_s, u"d"_s, Health::down),
+                    component(u"a"_s, u"e"_s, Health::degraded)}),
+            result(u"b"_s, Health::down), result(u"c"_s, Health::degraded)};
+        const auto rows = DisplaySummary::providers(results, *silence, now);
+        QCOMPARE(DisplaySummary::issueCount(rows, Health::down, *silence, now), 4);
+        QCOMPARE(DisplaySummary::issueCount(rows, Health::degraded, *silence, now), 2);
+        QCOMPARE(DisplaySummary::issueCount(rows, Health::unknown, *silence, now), 0);
+    }
+
+    void silencedItems()
+    {
+        silence->silence(u"beta"_s, SilenceDuration::forever, now);
+        silence->silence(u"beta::x"_s, SilenceDuration::forever, now);
+        silence->silence(u"Alpha"_s, SilenceDuration::untilResolved, now);
+        silence->silence(u"alpha::api"_s, SilenceDuration::oneDay, now);
+        silence->silence(u"alpha::old"_s, SilenceDuration::twoHours, now.addDays(-1));
+        silence->silence(u"removed"_s, SilenceDuration::forever, now);
+        SourceResult alpha = result(u"alpha"_s, Health::degraded,
+                                    {component(u"alpha"_s, u"api"_s, Health::degraded),
+                                     component(u"alpha"_s, u"old"_s, Health::degraded)});
+        const QList<SourceResult> results{
+            result(u"beta"_s, Health::down, {component(u"beta"_s, u"x"_s, Health::down)}),
+            alpha, result(u"Alpha"_s, Health::down)};
+        QStringList titles;
+        for (const SilencedItem &item : DisplaySummary::silencedItems(results, *silence, now))
+            titles.append(item.title);
+        QCOMPARE(titles, (QStringList{u"Alpha"_s, u"alpha \u00b7 API"_s, u"beta"_s}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDisplay)
+#include "test_display.moc"

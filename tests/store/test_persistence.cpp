@@ -1,0 +1,239 @@
+#include "store/checkhistory.h"
+#include "store/silencestore.h"
+#include "store/storedjson.h"
+
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QDateTime at(const char *iso)
+{
+    return QDateTime::fromString(QString::fromLatin1(iso), Qt::ISODate);
+}
+
+} // namespace
+
+class TestPersistence : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<QSettings> defaults;
+
+private Q_SLOTS:
+    void init()
+    {
+        static int run = 0;
+        defaults = std::make_unique<QSettings>(dir.filePath(u"s%1.ini"_s.arg(++run)),
+                                               QSettings::IniFormat);
+    }
+
+    void referenceDates()
+    {
+        QCOMPARE(referenceSeconds(at("2026-11-16T17:00:00Z")), 816541200.0);
+        QCOMPARE(fromReferenceSeconds(816541230.5), at("2026-11-16T17:00:30.500Z"));
+    }
+
+    void silenceDurations()
+    {
+        const QDateTime now = at("2026-11-16T17:00:00Z");
+        QCOMPARE(expiry(SilenceDuration::twoHours, now),
+                 SilenceUntil::until(at("2026-11-16T19:00:00Z")));
+        QCOMPARE(expiry(SilenceDuration::oneWeek, now), SilenceUntil::until(now.addSecs(604800)));
+        QCOMPARE(expiry(SilenceDuration::untilResolved, now), SilenceUntil::resolved());
+        QStringList labels;
+        for (SilenceDuration duration : allSilenceDurations)
+            labels.append(label(duration));
+        QCOMPARE(labels, (QStringList{u"For 2 hours"_s, u"For 1 day"_s, u"For 2 days"_s,
+                                      u"For 1 week"_s, u"Until resolved"_s, u"Forever"_s}));
+    }
+
+    void datedSilenceEndsAtItsInstant()
+    {
+        SilenceStore store(*defaults);
+        store.silence(u"github"_s, SilenceDuration::twoHours, at("2026-11-16T17:00:00Z"));
+        QVERIFY(store.isSilenced(u"github"_s, at("2026-11-16T18:59:59Z")));
+        QVERIFY(!store.isSilenced(u"github"_s, at("2026-11-16T19:00:00Z")));
+        store.prune({}, at("2026-11-16T18:59:59Z"));
+        QCOMPARE(store.entries().size(), 1);
+        store.prune({}, at("2026-11-16T19:00:00Z"));
+        QVERIFY(store.entries().isEmpty());
+    }
+
+    void silencesSaveOnEveryChange()
+    {
+        SilenceStore store(*defaults);
+        QSignalSpy changed(&store, &SilenceStore::entriesChanged);
+        const QDateTime now = at("2026-11-16T17:00:00Z");
+        store.silence(u"a"_s, SilenceDuration::untilResolved, now);
+        store.silence(u"a"_s, SilenceDuration::oneDay, now);
+        QCOMPARE(store.entries().value(u"a"_s), SilenceUntil::until(now.addSecs(86400)));
+        store.unsilence(u"a"_s);
+        QCOMPARE(changed.size(), 3);
+        QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), QByteArray("{}"));
+        defaults->remove(u"Lanternic.silences"_s);
+        store.unsilence(u"a"_s);
+        QCOMPARE(changed.size(), 3);
+        QVERIFY(defaults->contains(u"Lanternic.silences"_s));
+    }
+
+    void silencesStoredForm()
+    {
+        const SilenceStore::Entries entries{
+            {u"example"_s, SilenceUntil::until(at("2026-11-16T19:00:00Z"))},
+            {u"example::api"_s, SilenceUntil::resolved()},
+            {u"other"_s, SilenceUntil::forever()}};
+        const QByteArray stored = R"({"example":{"date":{"_0":816548400.0}},"example::api":{"resolved":{}},"other":{"forever":{}}})";
+        QCOMPARE(SilenceStore::encode(entries), stored);
+        QCOMPARE(SilenceStore::decode(stored), entries);
+    }
+
+    void silencesDecoding_data()
+    {
+        QTest::addColumn<QByteArray>("stored");
+        QTest::addColumn<int>("entries");
+        QTest::newRow("date") << QByteArray(R"({"x":{"date":{"_0":816548400.0}}})") << 1;
+        QTest::newRow("extra keys ignored")
+            << QByteArray(R"({"x":{"resolved":{},"note":1},"y":{"forever":{}}})") << 2;
+        QTest::newRow("two cases") << QByteArray(R"({"x":{"resolved":{},"forever":{}}})") << 0;
+        QTest::newRow("no case") << QByteArray(R"({"x":{"later":{}},"y":{"forever":{}}})") << 0;
+        QTest::newRow("date without payload") << QByteArray(R"({"x":{"date":{}}})") << 0;
+        QTest::newRow("date as text") << QByteArray(R"({"x":{"date":{"_0":"soon"}}})") << 0;
+        QTest::newRow("not an object") << QByteArray(R"({"x":"forever"})") << 0;
+        QTest::newRow("not JSON") << QByteArray("forever") << 0;
+    }
+
+    void silencesDecoding()
+    {
+        QFETCH(QByteArray, stored);
+        defaults->setValue(u"Lanternic.silences"_s, stored);
+        SilenceStore store(*defaults);
+        QTEST(int(store.entries().size()), "entries");
+        QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
+    }
+
+    void silencesOfAnotherTypeAreIgnored()
+    {
+        defaults->setValue(u"Lanternic.silences"_s, u"{\"x\":{\"forever\":{}}}"_s);
+        QVERIFY(SilenceStore(*defaults).entries().isEmpty());
+    }
+
+    void pruning()
+    {
+        SilenceStore store(*defaults);
+        const QDateTime now = at("2026-11-16T17:00:00Z");
+        for (const char *id : {"down", "down::api", "fine", "fine::api", "always"}) {
+            const QString key = QString::fromLatin1(id);
+            store.silence(key,
+                          key == "always"_L1 ? SilenceDuration::forever
+                                             : SilenceDuration::untilResolved,
+                          now);
+        }
+        store.prune({u"down"_s, u"down::api"_s}, now);
+        QStringList kept = store.entries().keys();
+        kept.sort();
+        QCOMPARE(kept, (QStringList{u"always"_s, u"down"_s, u"down::api"_s}));
+
+        defaults->remove(u"Lanternic.silences"_s);
+        store.prune({u"down"_s, u"down::api"_s}, now);
+        QVERIFY2(!defaults->contains(u"Lanternic.silences"_s), "nothing removed, nothing written");
+    }
+
+    void rekeying()
+    {
+        const QByteArray stored = R"({"H-0":{"forever":{}},"H-12::api":{"resolved":{}},)"
+                                  R"("H-x":{"forever":{}},"H-":{"forever":{}},"H":{"forever":{}},)"
+                                  R"("github::web":{"forever":{}},"Z-2":{"forever":{}}})";
+        defaults->setValue(u"Lanternic.silences"_s, stored);
+        SilenceStore store(*defaults);
+        store.rekey({{u"github"_s, u"H"_s}, {u"other"_s, u"H"_s}});
+        QStringList keys = store.entries().keys();
+        keys.sort();
+        QCOMPARE(keys, (QStringList{u"H"_s, u"H-"_s, u"H-x"_s, u"Z-2"_s, u"github"_s,
+                                    u"github::api"_s, u"github::web"_s}));
+        QCOMPARE(store.entries().value(u"github::api"_s), SilenceUntil::resolved());
+        QVERIFY(defaults->value(u"Lanternic.silences"_s).toByteArray() != stored);
+    }
+
+    void rekeyingThatChangesNothingWritesNothing()
+    {
+        const QByteArray stored = R"({"github":{"forever":{}}, "H-x":{"forever":{}}})";
+        defaults->setValue(u"Lanternic.silences"_s, stored);
+        SilenceStore store(*defaults);
+        store.rekey({{u"github"_s, u"H"_s}});
+        QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
+    }
+
+    void historyKeepsTheNewestForty()
+    {
+        CheckHistory history;
+        const QDateTime start = at("2026-11-16T17:00:00Z");
+        history.record(u"a"_s, Health::down, start);
+        QCOMPARE(history.byId.value(u"a"_s), (QList<HealthTick>{{start, u"down"_s}}));
+        for (int i = 1; i <= 40; ++i)
+            history.record(u"a"_s, Health::operational, start.addSecs(i));
+        const QList<HealthTick> ticks = history.byId.value(u"a"_s);
+        QCOMPARE(ticks.size(), 40);
+        QCOMPARE(ticks.first().date, start.addSecs(1));
+        QCOMPARE(ticks.last().date, start.addSecs(40));
+        history.record(u"a"_s, Health::degraded, start.addSecs(40));
+        QCOMPARE(history.byId.value(u"a"_s).last(), (HealthTick{start.addSecs(40), u"degraded"_s}));
+        QCOMPARE(history.byId.value(u"a"_s).at(38).date, start.addSecs(40));
+    }
+
+    void historyStoredForm()
+    {
+        CheckHistory history;
+        history.record(u"example"_s, Health::operational, at("2026-11-16T17:00:00Z"));
+        history.record(u"example"_s, Health::degraded, at("2026-11-16T17:00:30.500Z"));
+        const QByteArray stored = R"({"byId":{"example":[{"date":816541200.0,"healthRaw":"operational"},{"date":816541230.5,"healthRaw":"degraded"}]}})";
+        QCOMPARE(history.encode(), stored);
+        history.save(*defaults);
+        QCOMPARE(CheckHistory::load(*defaults), history);
+    }
+
+    void historyLoading_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<int>("ids");
+        QTest::newRow("unknown health kept")
+            << QVariant(QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"fine","x":2}],"b":[]}})"))
+            << 2;
+        QTest::newRow("missing healthRaw")
+            << QVariant(QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"down"}],"b":[{"date":2}]}})"))
+            << 0;
+        QTest::newRow("date as text")
+            << QVariant(QByteArray(R"({"byId":{"a":[{"date":"1","healthRaw":"down"}]}})")) << 0;
+        QTest::newRow("no byId") << QVariant(QByteArray(R"({"a":[]})")) << 0;
+        QTest::newRow("list is no array") << QVariant(QByteArray(R"({"byId":{"a":{}}})")) << 0;
+        QTest::newRow("text, not data") << QVariant(u"{\"byId\":{\"a\":[]}}"_s) << 0;
+    }
+
+    void historyLoading()
+    {
+        QFETCH(QVariant, stored);
+        defaults->setValue(u"Lanternic.checkHistory"_s, stored);
+        QTEST(int(CheckHistory::load(*defaults).byId.size()), "ids");
+    }
+
+    void oversizedStoredHistoryIsTrimmedOnTheNextRecord()
+    {
+        CheckHistory history;
+        for (int i = 0; i < 45; ++i)
+            history.byId[u"a"_s].append({at("2026-11-16T17:00:00Z").addSecs(i), u"down"_s});
+        history.save(*defaults);
+        CheckHistory loaded = CheckHistory::load(*defaults);
+        QCOMPARE(loaded.byId.value(u"a"_s).size(), 45);
+        loaded.record(u"a"_s, Health::operational, at("2026-11-17T00:00:00Z"));
+        QCOMPARE(loaded.byId.value(u"a"_s).size(), 40);
+        QCOMPARE(loaded.byId.value(u"a"_s).first().date, at("2026-11-16T17:00:06Z"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPersistence)
+#include "test_persistence.moc"
