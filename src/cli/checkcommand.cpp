@@ -85,8 +85,8 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         return invocation;
 
     const QStringList positional = parser.positionalArguments();
-    const QList<QCommandLineOption> readOptions{id,       name,     home,   treat,
-                                                group,    provider, service, pretty};
+    const QList<QCommandLineOption> readOptions{id,    name,     home,    treat,
+                                                group, provider, service, pretty};
     const QList<QCommandLineOption> passOptions{settings, sourceLine, json};
     auto firstSet = [&](const QList<QCommandLineOption> &options) {
         for (const QCommandLineOption &option : options) {

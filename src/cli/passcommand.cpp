@@ -11,7 +11,6 @@
 #include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
-
 #include <cstdio>
 
 namespace lanternic::cli {
@@ -107,8 +106,8 @@ QByteArray textReport(const LanternicStore &store)
         width = std::max(width, row.result.name.size());
     QString text;
     for (const DisplayProvider &row : rows) {
-        text += healthMark(row.health) + u' ' + row.result.name.leftJustified(width) + u"  "_s
-                + row.detail + u'\n';
+        text += healthMark(row.health) + u' ' + row.result.name.leftJustified(width) + u"  "_s +
+                row.detail + u'\n';
     }
     text += store.summaryText() + u'\n';
     const QList<SilencedItem> silenced = store.silencedItems();

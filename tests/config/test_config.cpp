@@ -46,11 +46,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("loaded");
-        QTest::newRow("comma form")
-            << u"GitHub=www.githubstatus.com, Linear = linearstatus.com,"_s
-            << u"GitHub=www.githubstatus.com\nLinear = linearstatus.com"_s;
-        QTest::newRow("blank pieces dropped")
-            << u" a=b ,\u00a0, \tc=d"_s << u"a=b\nc=d"_s;
+        QTest::newRow("comma form") << u"GitHub=www.githubstatus.com, Linear = linearstatus.com,"_s
+                                    << u"GitHub=www.githubstatus.com\nLinear = linearstatus.com"_s;
+        QTest::newRow("blank pieces dropped") << u" a=b ,\u00a0, \tc=d"_s << u"a=b\nc=d"_s;
         QTest::newRow("commas with a line feed") << u"a=b, c=d\ne=f"_s << u"a=b, c=d\ne=f"_s;
         QTest::newRow("no comma") << u"  a=b  "_s << u"  a=b  "_s;
     }
@@ -132,9 +130,9 @@ private Q_SLOTS:
         QTest::newRow("known host") << u"GitHub=www.githubstatus.com"_s << u"github"_s
                                     << u"https://www.githubstatus.com/api/v2/summary.json"_s
                                     << u"https://www.githubstatus.com"_s;
-        QTest::newRow("other host") << u"Linear=linearstatus.com"_s << u"linearstatus.com"_s
-                                    << u"https://linearstatus.com/api/v2/summary.json"_s
-                                    << u"https://linearstatus.com"_s;
+        QTest::newRow("other host")
+            << u"Linear=linearstatus.com"_s << u"linearstatus.com"_s
+            << u"https://linearstatus.com/api/v2/summary.json"_s << u"https://linearstatus.com"_s;
         QTest::newRow("host with sub-page")
             << u"Team = status.example.com/team/"_s << u"status.example.com/team"_s
             << u"https://status.example.com/team/api/v2/summary.json"_s
@@ -144,19 +142,19 @@ private Q_SLOTS:
             << u"https://status.example.com/team"_s << u"https://status.example.com/team"_s;
         QTest::newRow("page URL without sub-page")
             << u"Ex=https://status.example.com/"_s << u"status.example.com"_s
-            << u"https://status.example.com/api/v2/summary.json"_s << u"https://status.example.com/"_s;
-        QTest::newRow("host with port") << u"Local=status.example.com:8443"_s
-                                        << u"status.example.com:8443"_s
-                                        << u"https://status.example.com:8443/api/v2/summary.json"_s
-                                        << u"https://status.example.com:8443"_s;
-        QTest::newRow("feed endpoint") << u"Feed=feeds.example.com/x/status.JSON"_s
-                                       << u"feeds.example.com/x/status.JSON"_s
-                                       << u"https://feeds.example.com/x/status.JSON"_s
-                                       << u"https://feeds.example.com/x/status.JSON"_s;
-        QTest::newRow("endpoint by query") << u"Q=http://127.0.0.1:8080/s?x=1"_s
-                                           << u"127.0.0.1:8080/s"_s
-                                           << u"http://127.0.0.1:8080/s?x=1"_s
-                                           << u"http://127.0.0.1:8080/s?x=1"_s;
+            << u"https://status.example.com/api/v2/summary.json"_s
+            << u"https://status.example.com/"_s;
+        QTest::newRow("host with port")
+            << u"Local=status.example.com:8443"_s << u"status.example.com:8443"_s
+            << u"https://status.example.com:8443/api/v2/summary.json"_s
+            << u"https://status.example.com:8443"_s;
+        QTest::newRow("feed endpoint")
+            << u"Feed=feeds.example.com/x/status.JSON"_s << u"feeds.example.com/x/status.JSON"_s
+            << u"https://feeds.example.com/x/status.JSON"_s
+            << u"https://feeds.example.com/x/status.JSON"_s;
+        QTest::newRow("endpoint by query")
+            << u"Q=http://127.0.0.1:8080/s?x=1"_s << u"127.0.0.1:8080/s"_s
+            << u"http://127.0.0.1:8080/s?x=1"_s << u"http://127.0.0.1:8080/s?x=1"_s;
         QTest::newRow("known summary URL keeps the known id")
             << u"GH=https://www.githubstatus.com/api/v2/summary.json"_s << u"github"_s
             << u"https://www.githubstatus.com/api/v2/summary.json"_s
@@ -190,13 +188,14 @@ private Q_SLOTS:
         QTest::addColumn<std::optional<QString>>("provider");
         QTest::addColumn<std::optional<QString>>("service");
         const std::optional<QString> none;
-        QTest::newRow("provider") << u"/status/amazonaws"_s << std::optional(u"amazonaws"_s) << none;
+        QTest::newRow("provider") << u"/status/amazonaws"_s << std::optional(u"amazonaws"_s)
+                                  << none;
         QTest::newRow("service") << u"/status/amazonaws/services/ec2"_s
                                  << std::optional(u"amazonaws"_s) << std::optional(u"ec2"_s);
-        QTest::newRow("not services") << u"/status/amazonaws/regions/eu"_s
-                                      << std::optional(u"amazonaws"_s) << none;
-        QTest::newRow("three pieces") << u"/status/amazonaws/x"_s << std::optional(u"amazonaws"_s)
-                                      << none;
+        QTest::newRow("not services")
+            << u"/status/amazonaws/regions/eu"_s << std::optional(u"amazonaws"_s) << none;
+        QTest::newRow("three pieces")
+            << u"/status/amazonaws/x"_s << std::optional(u"amazonaws"_s) << none;
         QTest::newRow("other page") << u"/about/amazonaws"_s << none << none;
         QTest::newRow("status only") << u"/status"_s << none << none;
     }
@@ -270,11 +269,12 @@ private Q_SLOTS:
 
     void baseHosts()
     {
-        const QString text = u"A=Status.Example.com\nB=Status.Example.com/x\nC=feeds.example.com/"
-                             u"a.json\nD=updog.ai/status/x\nE=other.example:81\nF=status.example.com"_s;
-        QCOMPARE(SourceRegistry::baseHosts(text),
-                 (QStringList{u"Status.Example.com"_s, u"other.example:81"_s,
-                              u"status.example.com"_s}));
+        const QString text =
+            u"A=Status.Example.com\nB=Status.Example.com/x\nC=feeds.example.com/"
+            u"a.json\nD=updog.ai/status/x\nE=other.example:81\nF=status.example.com"_s;
+        QCOMPARE(
+            SourceRegistry::baseHosts(text),
+            (QStringList{u"Status.Example.com"_s, u"other.example:81"_s, u"status.example.com"_s}));
     }
 };
 

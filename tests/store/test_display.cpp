@@ -71,20 +71,18 @@ private Q_SLOTS:
             result(u"e"_s, Health::unknown, {}, u"refused"_s),
             result(u"f"_s, Health::operational, {component(u"f"_s, u"y"_s, Health::operational)}),
             result(u"g"_s, Health::degraded)};
-        QCOMPARE(rows(results),
-                 u"a degraded API \u2014 degraded | b down 2 components affected | "
-                 u"c operational Operational | e unknown reader detail | "
-                 u"f operational Operational | g degraded reader detail"_s);
+        QCOMPARE(rows(results), u"a degraded API \u2014 degraded | b down 2 components affected | "
+                                u"c operational Operational | e unknown reader detail | "
+                                u"f operational Operational | g degraded reader detail"_s);
         QCOMPARE(DisplaySummary::effectiveHealth(results[2], *silence, now), Health::operational);
         QCOMPARE(DisplaySummary::effectiveHealth(results[3], *silence, now), Health::down);
     }
 
     void rowsSortByNameIgnoringCase()
     {
-        QList<SourceResult> results{result(u"beta"_s, Health::operational),
-                                    result(u"Alpha"_s, Health::operational),
-                                    result(u"gamma"_s, Health::operational),
-                                    result(u"alpha"_s, Health::down)};
+        QList<SourceResult> results{
+            result(u"beta"_s, Health::operational), result(u"Alpha"_s, Health::operational),
+            result(u"gamma"_s, Health::operational), result(u"alpha"_s, Health::down)};
         QStringList names;
         for (const auto &row : DisplaySummary::providers(results, *silence, now))
             names.append(row.result.name);
@@ -103,10 +101,12 @@ private Q_SLOTS:
                                   << Health::operational << u"All systems operational"_s;
         QTest::newRow("all silenced") << QList{result(u"a"_s, Health::down)} << QStringList{u"a"_s}
                                       << Health::operational << u"All systems operational"_s;
-        QTest::newRow("counts")
-            << QList{result(u"a"_s, Health::down), result(u"b"_s, Health::unknown),
-                     result(u"c"_s, Health::down), result(u"d"_s, Health::degraded)}
-            << QStringList{} << Health::down << u"2 down, 1 degraded, 1 unknown"_s;
+        QTest::newRow("counts") << QList{result(u"a"_s, Health::down),
+                                         result(u"b"_s, Health::unknown),
+                                         result(u"c"_s, Health::down),
+                                         result(u"d"_s, Health::degraded)}
+                                << QStringList{} << Health::down
+                                << u"2 down, 1 degraded, 1 unknown"_s;
         QTest::newRow("unknown only") << QList{result(u"a"_s, Health::unknown)} << QStringList{}
                                       << Health::unknown << u"1 unknown"_s;
     }
@@ -126,11 +126,11 @@ private Q_SLOTS:
     {
         silence->silence(u"a::d"_s, SilenceDuration::forever, now);
         const QList<SourceResult> results{
-            result(u"a"_s, Health::down,
-                   {component(u"a"_s, u"a"_s, Health::down), component(u"a"_s, u"b"_s, Health::down),
-                    component(u"a"_s, u"c"_s, Health::down),
-                    component(u"a"_s, u"d"_s, Health::down),
-                    component(u"a"_s, u"e"_s, Health::degraded)}),
+            result(
+                u"a"_s, Health::down,
+                {component(u"a"_s, u"a"_s, Health::down), component(u"a"_s, u"b"_s, Health::down),
+                 component(u"a"_s, u"c"_s, Health::down), component(u"a"_s, u"d"_s, Health::down),
+                 component(u"a"_s, u"e"_s, Health::degraded)}),
             result(u"b"_s, Health::down), result(u"c"_s, Health::degraded)};
         const auto rows = DisplaySummary::providers(results, *silence, now);
         QCOMPARE(DisplaySummary::issueCount(rows, Health::down, *silence, now), 4);
@@ -150,8 +150,8 @@ private Q_SLOTS:
                                     {component(u"alpha"_s, u"api"_s, Health::degraded),
                                      component(u"alpha"_s, u"old"_s, Health::degraded)});
         const QList<SourceResult> results{
-            result(u"beta"_s, Health::down, {component(u"beta"_s, u"x"_s, Health::down)}),
-            alpha, result(u"Alpha"_s, Health::down)};
+            result(u"beta"_s, Health::down, {component(u"beta"_s, u"x"_s, Health::down)}), alpha,
+            result(u"Alpha"_s, Health::down)};
         QStringList titles;
         for (const SilencedItem &item : DisplaySummary::silencedItems(results, *silence, now))
             titles.append(item.title);

@@ -88,7 +88,8 @@ private Q_SLOTS:
             {u"example"_s, SilenceUntil::until(at("2026-11-16T19:00:00Z"))},
             {u"example::api"_s, SilenceUntil::resolved()},
             {u"other"_s, SilenceUntil::forever()}};
-        const QByteArray stored = R"({"example":{"date":{"_0":816548400.0}},"example::api":{"resolved":{}},"other":{"forever":{}}})";
+        const QByteArray stored =
+            R"({"example":{"date":{"_0":816548400.0}},"example::api":{"resolved":{}},"other":{"forever":{}}})";
         QCOMPARE(SilenceStore::encode(entries), stored);
         QCOMPARE(SilenceStore::decode(stored), entries);
     }
@@ -129,10 +130,9 @@ private Q_SLOTS:
         const QDateTime now = at("2026-11-16T17:00:00Z");
         for (const char *id : {"down", "down::api", "fine", "fine::api", "always"}) {
             const QString key = QString::fromLatin1(id);
-            store.silence(key,
-                          key == "always"_L1 ? SilenceDuration::forever
-                                             : SilenceDuration::untilResolved,
-                          now);
+            store.silence(
+                key, key == "always"_L1 ? SilenceDuration::forever : SilenceDuration::untilResolved,
+                now);
         }
         store.prune({u"down"_s, u"down::api"_s}, now);
         QStringList kept = store.entries().keys();
@@ -191,7 +191,8 @@ private Q_SLOTS:
         CheckHistory history;
         history.record(u"example"_s, Health::operational, at("2026-11-16T17:00:00Z"));
         history.record(u"example"_s, Health::degraded, at("2026-11-16T17:00:30.500Z"));
-        const QByteArray stored = R"({"byId":{"example":[{"date":816541200.0,"healthRaw":"operational"},{"date":816541230.5,"healthRaw":"degraded"}]}})";
+        const QByteArray stored =
+            R"({"byId":{"example":[{"date":816541200.0,"healthRaw":"operational"},{"date":816541230.5,"healthRaw":"degraded"}]}})";
         QCOMPARE(history.encode(), stored);
         history.save(*defaults);
         QCOMPARE(CheckHistory::load(*defaults), history);
@@ -202,10 +203,12 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<int>("ids");
         QTest::newRow("unknown health kept")
-            << QVariant(QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"fine","x":2}],"b":[]}})"))
+            << QVariant(
+                   QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"fine","x":2}],"b":[]}})"))
             << 2;
         QTest::newRow("missing healthRaw")
-            << QVariant(QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"down"}],"b":[{"date":2}]}})"))
+            << QVariant(
+                   QByteArray(R"({"byId":{"a":[{"date":1,"healthRaw":"down"}],"b":[{"date":2}]}})"))
             << 0;
         QTest::newRow("date as text")
             << QVariant(QByteArray(R"({"byId":{"a":[{"date":"1","healthRaw":"down"}]}})")) << 0;

@@ -1,0 +1,252 @@
+#include "app/appenvironment.h"
+#include "config/sourceregistry.h"
+#include "support/fixtures.h"
+#include "support/loopbackserver.h"
+#include "support/redirectingsession.h"
+
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray relay(const QByteArray &health, const QByteArray &components = "[]")
+{
+    return R"({"schema":"lanternic.v1","health":")" + health + R"(","components":)" + components +
+           "}";
+}
+
+} // namespace
+
+// Whole passes, as the app runs them, against a loopback server.
+class TestStore : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<QSettings> defaults;
+    std::unique_ptr<LoopbackServer> server;
+    std::unique_ptr<RedirectingSession> session;
+    std::unique_ptr<AppSettings> settings;
+    std::unique_ptr<SilenceStore> silence;
+    std::unique_ptr<SourceKindStore> kinds;
+    std::unique_ptr<LanternicStore> store;
+
+    QString line(const QString &label, const QByteArray &path)
+    {
+        return label + u'=' + server->url(path).toString();
+    }
+
+    void makeStore(const QString &sourcesText)
+    {
+        defaults->setValue(u"Lanternic.sources"_s, sourcesText);
+        settings = std::make_unique<AppSettings>(*defaults);
+        silence = std::make_unique<SilenceStore>(*defaults);
+        kinds = std::make_unique<SourceKindStore>(*defaults);
+        store = std::make_unique<LanternicStore>(*settings, *silence, *kinds, *defaults, *session);
+    }
+
+    void pass()
+    {
+        bool done = false;
+        store->refresh([&] { done = true; });
+        QVERIFY(QTest::qWaitFor([&] { return done; }, 20'000));
+    }
+
+    QStringList resultLines() const
+    {
+        QStringList lines;
+        for (const SourceResult &r : store->results())
+            lines.append(r.id + u' ' + rawValue(r.health));
+        return lines;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        static int run = 0;
+        defaults = std::make_unique<QSettings>(dir.filePath(u"s%1.ini"_s.arg(++run)),
+                                               QSettings::IniFormat);
+        server = std::make_unique<LoopbackServer>();
+        session = std::make_unique<RedirectingSession>(server->url("/"));
+    }
+
+    void cleanup()
+    {
+        store.reset();
+        kinds.reset();
+        silence.reset();
+        settings.reset();
+        session.reset();
+        server.reset();
+    }
+
+    void placeholdersBeforeTheFirstPass()
+    {
+        makeStore(QString());
+        QCOMPARE(store->results().size(), 7);
+        for (const SourceResult &r : store->results()) {
+            QCOMPARE(r.health, Health::unknown);
+            QCOMPARE(r.detail, u"Checking\u2026"_s);
+            QVERIFY(r.url.has_value());
+        }
+        QCOMPARE(store->results().first().name, u"AWS (via Updog)"_s);
+        QVERIFY(!store->lastChecked());
+        QVERIFY(!store->isRefreshing());
+    }
+
+    void resultsKeepConfiguredOrder()
+    {
+        server->route("/slow", {200, relay("down"), {}, false, 300});
+        server->route("/medium", {200, relay("degraded"), {}, false, 150});
+        server->route("/fast", {200, relay("operational"), {}, false, 0});
+        makeStore(line(u"Slow"_s, "/slow?") + u'\n' + line(u"Gone"_s, "/missing?") + u'\n' +
+                  line(u"Medium"_s, "/medium?") + u'\n' + line(u"Fast"_s, "/fast?"));
+        QSignalSpy refreshing(store.get(), &LanternicStore::isRefreshingChanged);
+        pass();
+        const QString base = u"127.0.0.1:%1"_s.arg(server->port());
+        QCOMPARE(resultLines(),
+                 (QStringList{base + u"/slow down"_s, base + u"/missing unknown"_s,
+                              base + u"/medium degraded"_s, base + u"/fast operational"_s}));
+        QCOMPARE(store->results()[1].detail, u"Could not reach status page"_s);
+        QCOMPARE(refreshing.size(), 2);
+        QVERIFY(store->lastChecked());
+        QCOMPARE(store->summaryText(), u"1 down, 1 degraded, 1 unknown"_s);
+    }
+
+    void newHostsAreProbedOnceBeforeSourcesAreBuilt()
+    {
+        server->route("/proxy/status.example.com", {200, fixture(u"incidentio-widget.json"_s), {}});
+        server->route("/proxy/Other.Example", {404, {}, {}});
+        server->route("/api/v2/summary.json", {200, fixture(u"statuspage-summary.json"_s), {}});
+        makeStore(u"A=status.example.com\nB=Other.Example\nC=gone.example:1"_s);
+        pass();
+        // The widget host is read through its widget, the other as a summary.
+        QCOMPARE(store->results()[0].detail, u"Elevated error rates for image generation"_s);
+        QCOMPARE(store->results()[1].detail, u"Git Operations \u2014 degraded"_s);
+        QCOMPARE(kinds->cache().value(u"status.example.com"_s), SourceKind::incidentio);
+        QCOMPARE(kinds->cache().value(u"other.example"_s), SourceKind::atlassian);
+        QVERIFY(kinds->cache().contains(u"gone.example:1"_s));
+
+        const qsizetype requests = server->requests().size();
+        pass();
+        const QList<QByteArray> second = server->requests().mid(requests);
+        QVERIFY2(std::none_of(second.begin(), second.end(),
+                              [](const QByteArray &r) { return r.startsWith("/proxy/Other"); }),
+                 "a cached host is not probed again");
+        QCOMPARE(SourceKindStore(*defaults).cache().size(), 3);
+    }
+
+    void unansweredProbesAreRetried()
+    {
+        makeStore(u"A=status.example.com"_s);
+        const QUrl target = server->url("/");
+        server.reset();
+        session = std::make_unique<RedirectingSession>(target);
+        store = std::make_unique<LanternicStore>(*settings, *silence, *kinds, *defaults, *session);
+        pass();
+        pass();
+        QCOMPARE(session->requestedHosts.count(u"status.example.com"_s), 4);
+        QVERIFY(kinds->cache().isEmpty());
+        QCOMPARE(store->results().first().error.has_value(), true);
+    }
+
+    void historyAndSilencesFollowPasses()
+    {
+        server->route(
+            "/a",
+            {200,
+             relay(
+                 "down",
+                 R"([{"id":"db","name":"DB","status":"down"},{"id":"web","name":"Web","status":"degraded"}])"),
+             {}});
+        server->route("/b", {200, relay("degraded"), {}});
+        makeStore(line(u"A"_s, "/a?") + u'\n' + line(u"B"_s, "/b?"));
+        const QString a = u"127.0.0.1:%1/a"_s.arg(server->port());
+        const QString b = u"127.0.0.1:%1/b"_s.arg(server->port());
+        QDateTime clock = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate);
+        store->setClock([&] { return clock; });
+
+        silence->silence(a + u"::db"_s, SilenceDuration::untilResolved, clock);
+        silence->silence(a + u"::web"_s, SilenceDuration::twoHours, clock);
+        silence->silence(b, SilenceDuration::untilResolved, clock);
+        silence->silence(u"elsewhere"_s, SilenceDuration::untilResolved, clock);
+        pass();
+        QCOMPARE(store->history().byId.value(a).last().healthRaw, u"operational"_s);
+        QCOMPARE(store->history().byId.value(b).last().healthRaw, u"degraded"_s);
+        QCOMPARE(store->providers().size(), 1);
+        QCOMPARE(store->overallHealth(), Health::operational);
+        QCOMPARE(store->silencedItems().size(), 3);
+        QVERIFY(!silence->entries().contains(u"elsewhere"_s));
+
+        // Two hours on, the dated silence no longer counts and goes at the end of the pass.
+        clock = clock.addSecs(7200);
+        QCOMPARE(store->overallHealth(), Health::degraded);
+        QCOMPARE(store->issueCount(Health::degraded), 1);
+        server->route(
+            "/a",
+            {200,
+             relay(
+                 "down",
+                 R"([{"id":"db","name":"DB","status":"operational"},{"id":"web","name":"Web","status":"degraded"}])"),
+             {}});
+        server->route("/b", {200, relay("operational"), {}});
+        pass();
+        QVERIFY(silence->entries().isEmpty());
+        QCOMPARE(store->history().byId.value(a).size(), 2);
+        QCOMPARE(store->history().byId.value(a).last().healthRaw, u"degraded"_s);
+
+        const CheckHistory stored = CheckHistory::load(*defaults);
+        QCOMPARE(stored, store->history());
+    }
+
+    void overlappingPassesBothFinish()
+    {
+        server->route("/feed", {200, relay("down"), {}, false, 300});
+        makeStore(line(u"F"_s, "/feed?"));
+        int finished = 0;
+        store->refresh([&] { ++finished; });
+        QTest::qWait(50);
+        server->route("/feed", {200, relay("operational"), {}, false, 0});
+        store->refresh([&] { ++finished; });
+        QTRY_COMPARE_WITH_TIMEOUT(finished, 2, 10'000);
+        QCOMPARE(store->results().first().health, Health::down);
+        QCOMPARE(store->history().byId.begin()->size(), 2);
+    }
+
+    void startingTwiceLeavesOneLoop()
+    {
+        server->route("/feed", {200, relay("operational"), {}});
+        makeStore(line(u"F"_s, "/feed?"));
+        QSignalSpy passes(store.get(), &LanternicStore::passFinished);
+        store->start();
+        store->start();
+        QTRY_COMPARE_WITH_TIMEOUT(passes.size(), 2, 10'000);
+        QTest::qWait(200);
+        QCOMPARE(passes.size(), 2);
+        QCOMPARE(store->pollInterval(), std::chrono::minutes(2));
+        settings->setRefreshIntervalMinutes(-3);
+        QCOMPARE(store->pollInterval(), std::chrono::minutes(1));
+    }
+
+    void environmentRekeysAndRunsTheLaunchPass()
+    {
+        server->route("/feed", {200, relay("operational"), {}});
+        const QString host = u"127.0.0.1"_s;
+        defaults->setValue(u"Lanternic.sources"_s, line(u"F"_s, "/feed?"));
+        defaults->setValue(u"Lanternic.silences"_s,
+                           QByteArray(R"({")" + host.toUtf8() + R"(-3::api":{"forever":{}}})"));
+        AppEnvironment environment(*defaults, *session);
+        const QString id = u"127.0.0.1:%1/feed"_s.arg(server->port());
+        QCOMPARE(environment.silence.entries().keys(), QStringList{id + u"::api"_s});
+        QSignalSpy finished(environment.store.get(), &LanternicStore::passFinished);
+        QVERIFY(finished.wait(10'000));
+        QCOMPARE(environment.store->results().first().health, Health::operational);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestStore)
+#include "test_store.moc"
