@@ -232,7 +232,8 @@ std::optional<Target> Target::classify(const QString &value)
 
     Base base;
     base.host = withPort(writtenHost(working), *url);
-    QStringView path = url->path();
+    const QString fullPath = url->path();
+    QStringView path = fullPath;
     while (path.startsWith(u'/'))
         path = path.sliced(1);
     while (path.endsWith(u'/'))
