@@ -7,6 +7,7 @@
 #include "store/sleeptimer.h"
 
 #include <QHash>
+#include <QQueue>
 #include <QSet>
 #include <algorithm>
 
@@ -14,10 +15,14 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-// One check pass: probes the new hosts, then checks every source, all requests in flight at
+// One check pass: probes the new hosts, then checks every source, many requests in flight at
 // once. It owns its replies, so deleting it (with the store) cancels what is still open.
 class CheckPass : public QObject {
 public:
+    // Enough to keep any realistic source list entirely in flight, while a huge one neither
+    // runs out of file descriptors nor makes every event-loop turn poll thousands of sockets.
+    static constexpr int maximumInFlight = 128;
+
     CheckPass(LanternicStore &store, std::function<void()> done)
         : QObject(&store), m_store(store), m_done(std::move(done))
     {
@@ -36,12 +41,15 @@ public:
         }
         m_pending = hosts.size();
         for (const QString &host : hosts) {
-            SourceKindStore::probe(host, m_store.m_session, this,
-                                   [this, host](std::optional<SourceKind> kind) {
-                                       m_probed.append({host, kind});
-                                       if (--m_pending == 0)
-                                           recordKindsAndCheck();
-                                   });
+            enqueue([this, host] {
+                SourceKindStore::probe(host, m_store.m_session, this,
+                                       [this, host](std::optional<SourceKind> kind) {
+                                           m_probed.append({host, kind});
+                                           jobFinished();
+                                           if (--m_pending == 0)
+                                               recordKindsAndCheck();
+                                       });
+            });
         }
     }
 
@@ -61,13 +69,34 @@ private:
         m_sources =
             SourceRegistry::sources(m_store.m_settings.sourcesText(), m_store.m_kinds.cache());
         m_pending = m_sources.size();
-        for (const JSONSource &source : m_sources) {
-            source.check(m_store.m_session, this, [this](SourceResult result) {
-                m_collected.append(std::move(result));
-                if (--m_pending == 0)
-                    finish();
+        for (const JSONSource &source : std::as_const(m_sources)) {
+            enqueue([this, &source] {
+                source.check(m_store.m_session, this, [this](SourceResult result) {
+                    m_collected.append(std::move(result));
+                    jobFinished();
+                    if (--m_pending == 0)
+                        finish();
+                });
             });
         }
+    }
+
+    // Starts a request now, or as soon as fewer than the maximum are in flight.
+    void enqueue(std::function<void()> start)
+    {
+        if (m_inFlight < maximumInFlight) {
+            ++m_inFlight;
+            start();
+        } else {
+            m_waiting.enqueue(std::move(start));
+        }
+    }
+
+    void jobFinished()
+    {
+        --m_inFlight;
+        if (!m_waiting.isEmpty())
+            enqueue(m_waiting.dequeue());
     }
 
     void finish()
@@ -81,6 +110,8 @@ private:
     LanternicStore &m_store;
     std::function<void()> m_done;
     qsizetype m_pending = 0;
+    int m_inFlight = 0;
+    QQueue<std::function<void()>> m_waiting;
     QList<std::pair<QString, std::optional<SourceKind>>> m_probed;
     QList<JSONSource> m_sources;
     QList<SourceResult> m_collected;

@@ -2,6 +2,7 @@
 #include "store/silencestore.h"
 #include "store/storedjson.h"
 
+#include <QJsonDocument>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -91,6 +92,17 @@ private Q_SLOTS:
         const QByteArray stored =
             R"({"example":{"date":{"_0":816548400.0}},"example::api":{"resolved":{}},"other":{"forever":{}}})";
         QCOMPARE(SilenceStore::encode(entries), stored);
+        QCOMPARE(SilenceStore::decode(stored), entries);
+    }
+
+    void storedKeysSurviveAnyText()
+    {
+        const SilenceStore::Entries entries{
+            {u"quote\" back\\slash\nline\ttab\u0001 caf\u00e9 \u2014 \U0001F600"_s,
+             SilenceUntil::forever()},
+            {u"plain"_s, SilenceUntil::until(fromReferenceSeconds(-12.25))}};
+        const QByteArray stored = SilenceStore::encode(entries);
+        QVERIFY(QJsonDocument::fromJson(stored).isObject());
         QCOMPARE(SilenceStore::decode(stored), entries);
     }
 

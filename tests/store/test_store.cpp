@@ -117,6 +117,19 @@ private Q_SLOTS:
         QCOMPARE(store->summaryText(), u"1 down, 1 degraded, 1 unknown"_s);
     }
 
+    void longListsQueueBehindTheRequestsInFlight()
+    {
+        server->route("/feed", {200, relay("operational"), {}, false, 20});
+        QStringList lines;
+        for (int i = 0; i < 300; ++i)
+            lines.append(line(u"S%1"_s.arg(i), "/feed?n=" + QByteArray::number(i)));
+        makeStore(lines.join(u'\n'));
+        pass();
+        QCOMPARE(store->results().size(), 300);
+        QCOMPARE(store->overallHealth(), Health::operational);
+        QCOMPARE(store->results().last().name, u"S299"_s);
+    }
+
     void newHostsAreProbedOnceBeforeSourcesAreBuilt()
     {
         server->route("/proxy/status.example.com", {200, fixture(u"incidentio-widget.json"_s), {}});

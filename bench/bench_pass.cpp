@@ -1,0 +1,80 @@
+// One whole check pass over many sources served on loopback, as the app runs it.
+// Prints the pass's wall time and the process's resident memory before and at its peak.
+
+#include "app/appenvironment.h"
+#include "sources/network.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <sys/resource.h>
+
+using namespace lanternic;
+
+namespace {
+
+long residentKilobytes()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+long peakResidentKilobytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: bench_pass PORT URL-LIST\n");
+        return 2;
+    }
+    QFile list(QString::fromLocal8Bit(argv[2]));
+    if (!list.open(QIODevice::ReadOnly))
+        return 2;
+    QStringList lines;
+    for (const QByteArray &url : list.readAll().split('\n')) {
+        if (!url.isEmpty())
+            lines.append(QStringLiteral("S%1=%2").arg(lines.size()).arg(QString::fromUtf8(url)));
+    }
+
+    QTemporaryDir dir;
+    QSettings defaults(dir.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    defaults.setValue(QStringLiteral("Lanternic.sources"), lines.join(u'\n'));
+    QNetworkAccessManager session;
+    network::configureSession(session);
+
+    AppEnvironment environment(defaults, session);
+    const long idle = residentKilobytes();
+    QElapsedTimer timer;
+    QObject::connect(environment.store.get(), &LanternicStore::isRefreshingChanged, [&] {
+        if (environment.store->isRefreshing())
+            timer.start();
+    });
+    int failed = 0;
+    QObject::connect(environment.store.get(), &LanternicStore::passFinished, [&] {
+        const double seconds = double(timer.nsecsElapsed()) / 1e9;
+        for (const SourceResult &result : environment.store->results())
+            failed += result.error ? 1 : 0;
+        std::printf("sources %lld failed %d pass_seconds %.3f idle_rss_kb %ld peak_rss_kb %ld\n",
+                    qlonglong(lines.size()), failed, seconds, idle, peakResidentKilobytes());
+        QCoreApplication::exit(failed == 0 ? 0 : 1);
+    });
+    return QCoreApplication::exec();
+}
