@@ -62,6 +62,14 @@ private Q_SLOTS:
         QTEST(defaults->value(u"Lanternic.sources"_s).toString(), "loaded");
     }
 
+    void sourcesOfAnotherTypeCountAsEmpty()
+    {
+        store(u"Lanternic.sources"_s, QStringList{u"a=b"_s, u"c=d"_s});
+        QCOMPARE(AppSettings(*defaults).sourcesText(), QString());
+        store(u"Lanternic.sources"_s, QVariantMap{{u"a"_s, 1}});
+        QCOMPARE(AppSettings(*defaults).sourcesText(), QString());
+    }
+
     void storedValues_data()
     {
         QTest::addColumn<QVariant>("interval");

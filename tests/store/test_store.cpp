@@ -1,5 +1,6 @@
 #include "app/appenvironment.h"
 #include "config/sourceregistry.h"
+#include "store/sleeptimer.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 #include "support/redirectingsession.h"
@@ -243,6 +244,24 @@ private Q_SLOTS:
         QCOMPARE(store->pollInterval(), std::chrono::minutes(2));
         settings->setRefreshIntervalMinutes(-3);
         QCOMPARE(store->pollInterval(), std::chrono::minutes(1));
+    }
+
+    void sleepTimerFiresOnceAndCanBeStopped()
+    {
+        SleepTimer timer;
+        QSignalSpy fired(&timer, &SleepTimer::timeout);
+        timer.start(std::chrono::milliseconds(30));
+        QVERIFY(timer.isActive());
+        QVERIFY(fired.wait(2000));
+        QVERIFY(!timer.isActive());
+        QTest::qWait(80);
+        QCOMPARE(fired.size(), 1);
+
+        timer.start(std::chrono::milliseconds(30));
+        timer.start(std::chrono::milliseconds(60));
+        timer.stop();
+        QTest::qWait(120);
+        QCOMPARE(fired.size(), 1);
     }
 
     void environmentRekeysAndRunsTheLaunchPass()
