@@ -1,0 +1,320 @@
+#include "ui/lanternicpane.h"
+
+#include "config/appsettings.h"
+#include "store/lanternicstore.h"
+#include "store/silencestore.h"
+#include "ui/panecontrols.h"
+#include "ui/panetext.h"
+#include "ui/symbols.h"
+#include "ui/theme.h"
+
+#include <QFrame>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QLabel *plainLabel(const QFont &font, const QColor &color, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(font);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, color);
+    label->setPalette(palette);
+    return label;
+}
+
+// The silenced section's header: a flat button over the whole row.
+class SilencedHeader : public QAbstractButton {
+public:
+    SilencedHeader(int count, bool expanded, QWidget *parent)
+        : QAbstractButton(parent), m_count(count), m_expanded(expanded)
+    {
+        setAccessibleName(u"SILENCED %1"_s.arg(count));
+        setContentsMargins(12, 8, 12, expanded ? 2 : 8);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
+
+    QSize sizeHint() const override
+    {
+        const QMargins margins = contentsMargins();
+        return {320, 12 + margins.top() + margins.bottom()};
+    }
+
+protected:
+    bool hitButton(const QPoint &pos) const override { return contentsRect().contains(pos); }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRect area = contentsRect();
+        const QColor tertiary = Theme::tertiaryText(palette());
+        qreal x = area.left();
+        const qreal middle = area.center().y() + 0.5;
+        Symbols::paint(painter, u"bell.slash"_s, QRectF(x, middle - 5, 10, 10), tertiary);
+        x += 10 + 6;
+
+        QFont caption = Theme::font(10, QFont::DemiBold);
+        caption.setLetterSpacing(QFont::AbsoluteSpacing, 0.5);
+        painter.setFont(caption);
+        painter.setPen(tertiary);
+        const QString title = u"SILENCED"_s;
+        painter.drawText(QRectF(x, area.top(), area.width(), area.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter, title);
+        x += QFontMetricsF(caption).horizontalAdvance(title) + 6;
+
+        painter.setFont(Theme::font(10, QFont::DemiBold));
+        painter.setPen(Theme::secondaryText(palette()));
+        painter.drawText(QRectF(x, area.top(), area.width(), area.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter, QString::number(m_count));
+
+        Symbols::paint(painter, m_expanded ? u"chevron.down"_s : u"chevron.right"_s,
+                       QRectF(area.right() - 9, middle - 4.5, 9, 9), tertiary);
+    }
+
+private:
+    int m_count;
+    bool m_expanded;
+};
+
+} // namespace
+
+LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, SilenceStore &silence,
+                             Actions actions, QWidget *parent)
+    : QWidget(parent), m_store(store), m_settings(settings), m_silence(silence),
+      m_actions(std::move(actions)), m_updateTimer(new QTimer(this))
+{
+    setAccessibleName(u"Lanternic"_s);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->viewport()->setAutoFillBackground(false);
+    outer->addWidget(m_scroll);
+
+    m_content = new QWidget;
+    m_content->setAutoFillBackground(false);
+    m_column = new QVBoxLayout(m_content);
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(0);
+    m_column->addWidget(buildHeader());
+    m_column->addWidget(divider());
+    m_rows = new QWidget(m_content);
+    m_column->addWidget(m_rows);
+    m_silencedDivider = divider();
+    m_column->addWidget(m_silencedDivider);
+    m_silencedSection = new QWidget(m_content);
+    m_column->addWidget(m_silencedSection);
+    m_column->addWidget(divider());
+
+    auto *footer = new QVBoxLayout;
+    footer->setSpacing(0);
+    footer->setContentsMargins(0, 4, 0, 6);
+    auto *settingsRow = new MenuActionRow(u"Settings\u2026"_s, u"gearshape"_s, m_content);
+    auto *quitRow = new MenuActionRow(u"Quit Lanternic"_s, u"power"_s, m_content);
+    connect(settingsRow, &QAbstractButton::clicked, this, [this] { m_actions.openSettings(); });
+    connect(quitRow, &QAbstractButton::clicked, this, [this] { m_actions.quit(); });
+    footer->addWidget(settingsRow);
+    footer->addWidget(quitRow);
+    m_column->addLayout(footer);
+    m_scroll->setWidget(m_content);
+
+    // Many changes arrive together at the end of a pass: redraw once for all of them.
+    m_updateTimer->setSingleShot(true);
+    m_updateTimer->setInterval(0);
+    connect(m_updateTimer, &QTimer::timeout, this, &LanternicPane::rebuild);
+    for (auto signal : {&LanternicStore::resultsChanged, &LanternicStore::lastCheckedChanged,
+                        &LanternicStore::isRefreshingChanged, &LanternicStore::historyChanged})
+        connect(&m_store, signal, this, &LanternicPane::scheduleUpdate);
+    connect(&m_silence, &SilenceStore::entriesChanged, this, &LanternicPane::scheduleUpdate);
+    connect(&m_settings, &AppSettings::showOperationalChanged, this,
+            &LanternicPane::scheduleUpdate);
+    rebuild();
+}
+
+int LanternicPane::paneHeight(qreal contentHeight, std::optional<qreal> screenHeight)
+{
+    const qreal content = std::max<qreal>(contentHeight, 1);
+    return qRound(std::min(content, screenHeight ? 0.7 * *screenHeight : 630.0));
+}
+
+QSize LanternicPane::sizeHint() const
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return {columnWidth,
+            paneHeight(m_contentHeight,
+                       screen ? std::optional<qreal>(screen->geometry().height()) : std::nullopt)};
+}
+
+void LanternicPane::scheduleUpdate()
+{
+    m_updateTimer->start();
+}
+
+QWidget *LanternicPane::divider()
+{
+    auto *line = new QFrame(m_content);
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setFixedHeight(1);
+    QPalette palette = line->palette();
+    QColor color = palette.color(QPalette::WindowText);
+    color.setAlphaF(0.12);
+    palette.setColor(QPalette::WindowText, color);
+    line->setPalette(palette);
+    return line;
+}
+
+QWidget *LanternicPane::buildHeader()
+{
+    auto *header = new QWidget(m_content);
+    auto *row = new QHBoxLayout(header);
+    row->setContentsMargins(12, 10, 12, 10);
+    row->setSpacing(10);
+
+    m_overallSymbol = new QLabel(header);
+    m_overallSymbol->setFixedSize(16, 17);
+    m_overallSymbol->setAlignment(Qt::AlignCenter);
+    row->addWidget(m_overallSymbol);
+
+    auto *text = new QVBoxLayout;
+    text->setSpacing(1);
+    m_summary =
+        plainLabel(Theme::font(13, QFont::DemiBold), palette().color(QPalette::WindowText), header);
+    m_lastCheck = plainLabel(Theme::font(11), Theme::secondaryText(palette()), header);
+    auto *lastCheckLine = new QHBoxLayout;
+    lastCheckLine->setSpacing(3);
+    auto *clock = new QLabel(header);
+    clock->setPixmap(Symbols::icon(u"clock"_s, Theme::secondaryText(palette()))
+                         .pixmap(QSize(10, 10), devicePixelRatioF()));
+    lastCheckLine->addWidget(clock);
+    lastCheckLine->addWidget(m_lastCheck, 1);
+    text->addWidget(m_summary);
+    text->addLayout(lastCheckLine);
+    row->addLayout(text, 1);
+    row->addSpacing(8 - row->spacing());
+
+    m_refreshControl = new QStackedWidget(header);
+    m_refreshControl->setFixedSize(22, 22);
+    m_refreshButton = new RefreshButton(m_refreshControl);
+    connect(m_refreshButton, &QAbstractButton::clicked, this, [this] { m_actions.refresh(); });
+    m_refreshControl->addWidget(m_refreshButton);
+    m_refreshControl->addWidget(new Spinner(m_refreshControl));
+    row->addWidget(m_refreshControl, 0, Qt::AlignTop);
+
+    m_refreshShortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), this);
+    connect(m_refreshShortcut, &QShortcut::activated, this, [this] {
+        if (!m_store.isRefreshing())
+            m_actions.refresh();
+    });
+    return header;
+}
+
+void LanternicPane::updateHeader()
+{
+    const Health overall = m_store.overallHealth();
+    m_overallSymbol->setPixmap(
+        Symbols::icon(Theme::healthSymbol(overall), Theme::healthColor(overall, palette()))
+            .pixmap(QSize(13, 13), devicePixelRatioF()));
+    m_overallSymbol->setAccessibleName(label(overall));
+    m_summary->setText(m_store.summaryText());
+    m_lastCheck->setText(PaneText::lastCheckText(m_store.lastChecked(), m_store.now()));
+    m_refreshControl->setCurrentIndex(m_store.isRefreshing() ? 1 : 0);
+    m_refreshShortcut->setEnabled(!m_store.isRefreshing());
+}
+
+void LanternicPane::rebuildRows()
+{
+    auto *rows = new QWidget(m_content);
+    auto *layout = new QVBoxLayout(rows);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+
+    QList<DisplayProvider> visible = m_store.providers();
+    if (!m_settings.showOperational())
+        visible.removeIf(
+            [](const DisplayProvider &row) { return row.health == Health::operational; });
+    if (visible.isEmpty()) {
+        auto *nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), rows);
+        nothing->setText(u"Nothing to report \u2014 all operational"_s);
+        nothing->setContentsMargins(12, 10, 12, 10);
+        layout->addWidget(nothing);
+    }
+    for (const DisplayProvider &row : visible) {
+        layout->addWidget(new StatusRowView(
+            row, m_store.history().byId.value(row.result.id),
+            [this](const QString &id, SilenceDuration duration) {
+                m_silence.silence(id, duration, m_store.now());
+            },
+            [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
+            m_actions.openUrl, rows));
+    }
+    m_column->replaceWidget(m_rows, rows);
+    rows->show();
+    // Later, since a row's own menu may be what changed the silences just now.
+    m_rows->hide();
+    m_rows->deleteLater();
+    m_rows = rows;
+}
+
+void LanternicPane::rebuildSilenced()
+{
+    const QList<SilencedItem> items = m_store.silencedItems();
+    auto *section = new QWidget(m_content);
+    auto *layout = new QVBoxLayout(section);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    if (!items.isEmpty()) {
+        auto *header = new SilencedHeader(int(items.size()), m_silencedExpanded, section);
+        connect(header, &QAbstractButton::clicked, this, [this] {
+            m_silencedExpanded = !m_silencedExpanded;
+            scheduleUpdate();
+        });
+        layout->addWidget(header);
+        if (m_silencedExpanded) {
+            for (const SilencedItem &item : items) {
+                layout->addWidget(new SilencedRowView(
+                    item.title, item.until, [this, id = item.id] { m_silence.unsilence(id); },
+                    [this] { return m_store.now(); }, section));
+            }
+        }
+    }
+    m_silencedDivider->setVisible(!items.isEmpty());
+    section->setVisible(!items.isEmpty());
+    m_column->replaceWidget(m_silencedSection, section);
+    m_silencedSection->hide();
+    m_silencedSection->deleteLater();
+    m_silencedSection = section;
+}
+
+void LanternicPane::rebuild()
+{
+    updateHeader();
+    rebuildRows();
+    rebuildSilenced();
+    m_column->activate();
+    const int height = m_content->sizeHint().height();
+    if (height != m_contentHeight) {
+        m_contentHeight = height;
+        updateGeometry();
+        Q_EMIT heightChanged(sizeHint().height());
+    }
+}
+
+} // namespace lanternic

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "ui/rowviews.h"
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+class QLabel;
+class QScrollArea;
+class QShortcut;
+class QStackedWidget;
+class QVBoxLayout;
+
+namespace lanternic {
+
+class AppSettings;
+class LanternicStore;
+class RefreshButton;
+class SilenceStore;
+
+// The content of the drop-down panel: the overall state, one row per visible source, the
+// silenced items and the settings and quit actions. It only reads the store, the silences
+// and the settings, and calls the actions it is handed.
+class LanternicPane : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Actions {
+        std::function<void()> refresh;
+        std::function<void()> openSettings;
+        std::function<void()> quit;
+        StatusRowView::UrlOpener openUrl = openWebUrl;
+    };
+
+    static constexpr int columnWidth = 320;
+
+    LanternicPane(LanternicStore &store, AppSettings &settings, SilenceStore &silence,
+                  Actions actions, QWidget *parent = nullptr);
+
+    // The panel's height for a content height: the content, up to 70 % of the main screen's
+    // height (630 when no screen is known), after which it scrolls.
+    static int paneHeight(qreal contentHeight, std::optional<qreal> screenHeight);
+
+    int contentHeight() const { return m_contentHeight; }
+    bool isSilencedExpanded() const { return m_silencedExpanded; }
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    // The pane's own height changed; the panel resizes and re-anchors.
+    void heightChanged(int height);
+
+private:
+    void scheduleUpdate();
+    void rebuild();
+    QWidget *buildHeader();
+    void updateHeader();
+    void rebuildRows();
+    void rebuildSilenced();
+    QWidget *divider();
+
+    LanternicStore &m_store;
+    AppSettings &m_settings;
+    SilenceStore &m_silence;
+    Actions m_actions;
+
+    QScrollArea *m_scroll;
+    QWidget *m_content;
+    QVBoxLayout *m_column;
+    QLabel *m_overallSymbol = nullptr;
+    QLabel *m_summary = nullptr;
+    QLabel *m_lastCheck = nullptr;
+    QStackedWidget *m_refreshControl = nullptr;
+    RefreshButton *m_refreshButton = nullptr;
+    QShortcut *m_refreshShortcut = nullptr;
+    QWidget *m_rows = nullptr;
+    QWidget *m_silencedDivider = nullptr;
+    QWidget *m_silencedSection = nullptr;
+    QTimer *m_updateTimer;
+    bool m_silencedExpanded = false;
+    int m_contentHeight = 0;
+};
+
+} // namespace lanternic

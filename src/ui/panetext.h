@@ -1,0 +1,48 @@
+#pragma once
+
+#include "store/displaysummary.h"
+#include "store/silencestore.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <functional>
+#include <optional>
+
+namespace lanternic {
+
+// The texts and menu contents of the panel, apart from the widgets that show them.
+namespace PaneText {
+
+// "Never updated", "Updated just now", "Updated 42s ago", … "Updated 3d ago".
+QString lastCheckText(const std::optional<QDateTime> &lastChecked, const QDateTime &now);
+// "until resolved", "forever", "2d 5h left", "1h 0m left", "0m left".
+QString timeLeftText(const SilenceUntil &until, const QDateTime &now);
+
+// One submenu of a row's silence menu: what it silences, and how it is titled.
+struct SilenceTarget {
+    QString id;
+    QString title;
+    Health health;
+
+    bool operator==(const SilenceTarget &) const = default;
+};
+
+struct SilenceMenu {
+    static constexpr qsizetype maximumOperational = 200;
+
+    SilenceTarget whole;
+    QList<SilenceTarget> affected;    // unsilenced affected components, in result order
+    QList<SilenceTarget> operational; // unsilenced operational ones, by name, at most 200
+    qsizetype othersCount = 0;        // operational components beyond the 200
+
+    // "… (and N others)", or empty when nothing was left out.
+    QString othersText() const;
+};
+
+SilenceMenu silenceMenu(const DisplayProvider &row,
+                        const std::function<bool(const QString &id)> &isSilenced);
+
+} // namespace PaneText
+
+} // namespace lanternic

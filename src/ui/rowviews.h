@@ -1,0 +1,121 @@
+#pragma once
+
+#include "store/checkhistory.h"
+#include "store/displaysummary.h"
+#include "store/silencestore.h"
+
+#include <QWidget>
+#include <functional>
+
+class QLabel;
+class QTimer;
+class QToolButton;
+
+namespace lanternic {
+
+// One line of plain text that elides at its end instead of growing wider.
+class ElidedLabel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+
+    void setText(const QString &text);
+    QString text() const { return m_text; }
+    void setColor(const QColor &color);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_text;
+    QColor m_color;
+};
+
+// The last checks of a source as small coloured bars, newest on the right.
+class HistorySparkline : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int maximumBars = 18;
+
+    explicit HistorySparkline(const QList<HealthTick> &ticks, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override { return {72, 16}; }
+    // The healths of the bars shown, oldest first; unrecognised ticks count as unknown.
+    QList<Health> bars() const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QList<HealthTick> m_ticks;
+};
+
+// One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to
+// silence the source or one of its components. A click opens its status page.
+class StatusRowView : public QWidget {
+    Q_OBJECT
+
+public:
+    using SilenceAction = std::function<void(const QString &id, SilenceDuration duration)>;
+    using SilencedQuestion = std::function<bool(const QString &id)>;
+    using UrlOpener = std::function<void(const QUrl &url)>;
+
+    StatusRowView(DisplayProvider provider, const QList<HealthTick> &ticks, SilenceAction onSilence,
+                  SilencedQuestion isSilenced, UrlOpener openUrl, QWidget *parent = nullptr);
+
+    const DisplayProvider &provider() const { return m_provider; }
+    QToolButton *silenceButton() const { return m_menuButton; }
+    bool isHovering() const { return m_hovering; }
+
+protected:
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void setHovering(bool hovering);
+    void buildMenu();
+
+    DisplayProvider m_provider;
+    SilenceAction m_onSilence;
+    SilencedQuestion m_isSilenced;
+    UrlOpener m_openUrl;
+    QToolButton *m_menuButton;
+    bool m_hovering = false;
+};
+
+// One silenced source or component, with the time left and "Unmute".
+class SilencedRowView : public QWidget {
+    Q_OBJECT
+
+public:
+    using Clock = std::function<QDateTime()>;
+
+    SilencedRowView(const QString &title, const SilenceUntil &until,
+                    std::function<void()> onUnsilence, Clock clock, QWidget *parent = nullptr);
+
+    QString timeLeft() const;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void updateTimeLeft();
+
+    SilenceUntil m_until;
+    Clock m_clock;
+    QLabel *m_timeLeft;
+    QTimer *m_ticker;
+};
+
+// Opens http and https links in the browser; anything else is ignored.
+void openWebUrl(const QUrl &url);
+
+} // namespace lanternic

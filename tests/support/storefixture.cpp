@@ -1,0 +1,51 @@
+#include "support/storefixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+StoreFixture::StoreFixture()
+    : defaults(dir.filePath(u"settings.ini"_s), QSettings::IniFormat), settings(defaults),
+      silence(defaults), kinds(defaults), store(settings, silence, kinds, defaults, session),
+      now(QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate))
+{
+    store.setClock([this] { return now; });
+}
+
+void StoreFixture::addSource(const QString &name, const QByteArray &health,
+                             const QByteArray &components, const QByteArray &detail)
+{
+    QJsonObject feed{
+        {u"schema"_s, u"lanternic.v1"_s},
+        {u"health"_s, QString::fromUtf8(health)},
+        {u"components"_s, QJsonDocument::fromJson(components).array()},
+        {u"url"_s, u"https://status.example.com/"_s + QString::number(m_lines.size())}};
+    if (!detail.isEmpty())
+        feed.insert(u"detail"_s, QString::fromUtf8(detail));
+    const QByteArray path = "/feed" + QByteArray::number(m_lines.size()) + ".json";
+    server.route(path, {200, QJsonDocument(feed).toJson(), {}});
+    m_lines.append(u"%1=%2"_s.arg(name, server.url(path).toString()));
+}
+
+void StoreFixture::addUnreachableSource(const QString &name)
+{
+    m_lines.append(u"%1=http://127.0.0.1:1/feed%2.json"_s.arg(name).arg(m_lines.size()));
+}
+
+void StoreFixture::runPass()
+{
+    settings.setSourcesText(m_lines.join(u'\n'));
+    bool done = false;
+    store.refresh([&] { done = true; });
+    if (!QTest::qWaitFor([&] { return done; }, 20'000))
+        qFatal("the pass did not finish");
+}
+
+QByteArray relayComponent(const QString &id, const QString &name, const QString &status)
+{
+    return QJsonDocument(QJsonObject{{u"id"_s, id}, {u"name"_s, name}, {u"status"_s, status}})
+        .toJson(QJsonDocument::Compact);
+}

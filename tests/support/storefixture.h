@@ -1,0 +1,42 @@
+#pragma once
+
+#include "config/appsettings.h"
+#include "sources/sourcekindstore.h"
+#include "store/lanternicstore.h"
+#include "store/silencestore.h"
+#include "support/loopbackserver.h"
+
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTemporaryDir>
+
+// A whole monitoring store over a temporary settings file, fed by relay feeds that a
+// loopback server serves, so that views can be shown real results of real passes.
+class StoreFixture {
+public:
+    StoreFixture();
+
+    // A source whose feed states this health and these components (JSON array text).
+    void addSource(const QString &name, const QByteArray &health,
+                   const QByteArray &components = "[]", const QByteArray &detail = {});
+    // A source whose host cannot be reached.
+    void addUnreachableSource(const QString &name);
+    // Checks the sources added so far, as one pass of the app.
+    void runPass();
+
+    QTemporaryDir dir;
+    QSettings defaults;
+    LoopbackServer server;
+    QNetworkAccessManager session;
+    lanternic::AppSettings settings;
+    lanternic::SilenceStore silence;
+    lanternic::SourceKindStore kinds;
+    lanternic::LanternicStore store;
+    QDateTime now;
+
+private:
+    QStringList m_lines;
+};
+
+// A relay feed component in JSON.
+QByteArray relayComponent(const QString &id, const QString &name, const QString &status);

@@ -1,0 +1,69 @@
+// Renders the panel's content offscreen to PNG files, one per situation, for looking at.
+
+#include "scenes.h"
+#include "ui/lanternicpane.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QPalette>
+#include <QStyleFactory>
+#include <cstdio>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2e));
+    palette.setColor(QPalette::WindowText, QColor(0xec, 0xec, 0xee));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
+    palette.setColor(QPalette::Text, QColor(0xec, 0xec, 0xee));
+    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3d));
+    palette.setColor(QPalette::ButtonText, QColor(0xec, 0xec, 0xee));
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x8b, 0xff));
+    palette.setColor(QPalette::Link, QColor(0x5a, 0xa0, 0xff));
+    return palette;
+}
+
+void render(const QString &file, void (*scene)(StoreFixture &), bool expandSilenced)
+{
+    StoreFixture fixture;
+    scene(fixture);
+    LanternicPane pane(fixture.store, fixture.settings, fixture.silence,
+                       {[] {}, [] {}, [] {}, [](const QUrl &) {}});
+    pane.setAutoFillBackground(true);
+    QCoreApplication::processEvents();
+    if (expandSilenced) {
+        for (auto *button : pane.findChildren<QAbstractButton *>()) {
+            if (button->accessibleName().startsWith(u"SILENCED"_s))
+                button->click();
+        }
+        QCoreApplication::processEvents();
+    }
+    pane.resize(pane.sizeHint());
+    pane.show();
+    QCoreApplication::processEvents();
+    pane.grab().save(file);
+    std::printf("%s (%dx%d)\n", qPrintable(file), pane.width(), pane.height());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    const QString out = argc > 1 ? QString::fromLocal8Bit(argv[1]) : u"shots"_s;
+    QDir().mkpath(out);
+    render(out + u"/pane-all-operational.png"_s, Scenes::allOperational, false);
+    render(out + u"/pane-mixed-silenced-open.png"_s, Scenes::mixed, true);
+    render(
+        out + u"/pane-40-rows.png"_s, [](StoreFixture &f) { Scenes::manyRows(f, 40); }, false);
+    QApplication::setPalette(darkPalette());
+    render(out + u"/pane-dark.png"_s, Scenes::mixed, true);
+    return 0;
+}

@@ -1,0 +1,377 @@
+#include "scenes.h"
+#include "ui/lanternicpane.h"
+#include "ui/panetext.h"
+#include "ui/symbols.h"
+#include "ui/theme.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QScreen>
+#include <QTest>
+#include <QToolButton>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QDateTime now = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate);
+
+struct Pane {
+    explicit Pane(StoreFixture &fixture)
+        : pane(fixture.store, fixture.settings, fixture.silence,
+               {[this] { ++refreshes; }, [] {}, [] {},
+                [this](const QUrl &url) { opened.append(url); }})
+    {
+        pane.resize(pane.sizeHint());
+        pane.show();
+        settle();
+    }
+
+    static void settle()
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    QList<StatusRowView *> rows() const
+    {
+        QList<StatusRowView *> visible;
+        for (StatusRowView *row : pane.findChildren<StatusRowView *>()) {
+            if (row->isVisibleTo(&pane))
+                visible.append(row);
+        }
+        return visible;
+    }
+
+    QStringList rowNames() const
+    {
+        QStringList names;
+        for (const StatusRowView *row : rows())
+            names.append(row->provider().result.name);
+        return names;
+    }
+
+    QStringList labels() const
+    {
+        QStringList texts;
+        for (const QLabel *label : pane.findChildren<QLabel *>()) {
+            if (label->isVisibleTo(&pane) && !label->text().isEmpty())
+                texts.append(label->text());
+        }
+        return texts;
+    }
+
+    QAbstractButton *silencedHeader() const
+    {
+        for (auto *button : pane.findChildren<QAbstractButton *>()) {
+            if (button->isVisibleTo(&pane) && button->accessibleName().startsWith(u"SILENCED"_s))
+                return button;
+        }
+        return nullptr;
+    }
+
+    LanternicPane pane;
+    int refreshes = 0;
+    QList<QUrl> opened;
+};
+
+// The titles of a row's silence menu as it opens, separators as "-".
+QStringList menuTitles(StatusRowView *row)
+{
+    QMenu *menu = row->silenceButton()->menu();
+    Q_EMIT menu->aboutToShow();
+    QStringList titles;
+    for (QAction *action : menu->actions())
+        titles.append(action->isSeparator() ? u"-"_s : action->text());
+    return titles;
+}
+
+QAction *durationAction(QMenu *submenu, SilenceDuration duration)
+{
+    for (QAction *action : submenu->actions()) {
+        if (action->text() == label(duration))
+            return action;
+    }
+    return nullptr;
+}
+
+DisplayProvider providerWith(QList<ComponentStatus> components)
+{
+    SourceResult result;
+    result.id = u"s"_s;
+    result.name = u"Svc"_s;
+    result.health = Health::down;
+    result.components = std::move(components);
+    return {result, Health::down, u"detail"_s};
+}
+
+} // namespace
+
+class TestPane : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void visibleRowsFollowShowOperational()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        QCOMPARE(view.rowNames(), (QStringList{u"Cloudflare & Co"_s, u"Datadog EU"_s, u"GitHub"_s,
+                                               u"Internal status"_s, u"Linear"_s, u"OpenAI"_s}));
+        fixture.settings.setShowOperational(false);
+        Pane::settle();
+        QCOMPARE(view.rowNames(),
+                 (QStringList{u"Cloudflare & Co"_s, u"Datadog EU"_s, u"Internal status"_s}));
+    }
+
+    void nothingToReport()
+    {
+        StoreFixture fixture;
+        Scenes::allOperational(fixture);
+        fixture.settings.setShowOperational(false);
+        Pane view(fixture);
+        QVERIFY(view.rows().isEmpty());
+        QVERIFY(view.labels().contains(u"Nothing to report \u2014 all operational"_s));
+        QVERIFY(view.labels().contains(u"All systems operational"_s));
+        QVERIFY(view.labels().contains(u"Updated 42s ago"_s));
+        QVERIFY(!view.silencedHeader());
+    }
+
+    void beforeAnyCheck()
+    {
+        StoreFixture fixture;
+        fixture.settings.setSourcesText(u"Broken=no host at all"_s);
+        Pane view(fixture);
+        QVERIFY(view.labels().contains(u"Never updated"_s));
+        QCOMPARE(view.rows().size(), 7);
+    }
+
+    void silenceMenuOrder()
+    {
+        const auto menu = PaneText::silenceMenu(
+            providerWith({{u"s::a"_s, u"A"_s, Health::down, u"major_outage"_s},
+                          {u"s::b"_s, u"B"_s, Health::degraded, u"partial_outage"_s},
+                          {u"s::d"_s, u"d"_s, Health::operational, u"operational"_s},
+                          {u"s::c"_s, u"C"_s, Health::operational, u"under_maintenance"_s},
+                          {u"s::e"_s, u"E"_s, Health::operational, u"operational"_s}}),
+            [](const QString &id) { return id == u"s::b"_s || id == u"s::e"_s; });
+        QCOMPARE(menu.whole,
+                 (PaneText::SilenceTarget{u"s"_s, u"Silence Svc (ALL)"_s, Health::down}));
+        QCOMPARE(menu.affected.size(), 1);
+        QCOMPARE(menu.affected[0].title, u"Silence Svc - A [major outage]"_s);
+        QCOMPARE(menu.operational.size(), 2);
+        QCOMPARE(menu.operational[0].title, u"Silence Svc - C [under maintenance]"_s);
+        QCOMPARE(menu.operational[1].id, u"s::d"_s);
+        QVERIFY(menu.othersText().isEmpty());
+    }
+
+    void silenceMenuKeepsTwoHundred()
+    {
+        QList<ComponentStatus> components;
+        for (int i = 0; i < 230; ++i)
+            components.append({u"s::%1"_s.arg(i), u"Billing %1"_s.arg(i, 3, 10, QChar(u'0')),
+                               Health::operational, u"operational"_s});
+        components.append({u"s::api"_s, u"api"_s, Health::operational, u"operational"_s});
+        const auto menu =
+            PaneText::silenceMenu(providerWith(components), [](const QString &) { return false; });
+        QCOMPARE(menu.operational.size(), 200);
+        QCOMPARE(menu.operational.first().id, u"s::api"_s);
+        QCOMPARE(menu.othersText(), u"\u2026 (and 31 others)"_s);
+    }
+
+    void rowMenusShowFeedTextAsIs()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        StatusRowView *cloudflare = view.rows().first();
+        QCOMPARE(menuTitles(cloudflare),
+                 (QStringList{u"Silence Cloudflare && Co (ALL)"_s, u"-"_s,
+                              u"Silence Cloudflare && Co - DNS [partial outage]"_s,
+                              u"Silence Cloudflare && Co - CDN <b>edge</b> [degraded]"_s, u"-"_s,
+                              u"Silence Cloudflare && Co - WAF [operational]"_s}));
+        StatusRowView *github = view.rows().at(2);
+        QCOMPARE(menuTitles(github),
+                 (QStringList{u"Silence GitHub (ALL)"_s, u"-"_s,
+                              u"Silence GitHub - API Requests [operational]"_s}));
+        QVERIFY(cloudflare->toolTip().contains(u"https://status.example.com/1"_s));
+    }
+
+    void silencingFromTheMenuTakesEffectAtOnce()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        StatusRowView *datadog = view.rows().at(1);
+        QCOMPARE(datadog->provider().result.name, u"Datadog EU"_s);
+        menuTitles(datadog);
+        QMenu *whole = datadog->silenceButton()->menu()->actions().first()->menu();
+        durationAction(whole, SilenceDuration::untilResolved)->trigger();
+        Pane::settle();
+        QVERIFY(!view.rowNames().contains(u"Datadog EU"_s));
+        QVERIFY(view.silencedHeader());
+        QCOMPARE(view.silencedHeader()->accessibleName(), u"SILENCED 3"_s);
+        QCOMPARE(fixture.silence.entries().value(datadog->provider().result.id),
+                 SilenceUntil::resolved());
+        QCOMPARE(fixture.store.summaryText(), u"1 degraded, 1 unknown"_s);
+    }
+
+    void silencedSectionTogglesAndUnmutes()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        QVERIFY(view.pane.findChildren<SilencedRowView *>().isEmpty());
+        view.silencedHeader()->click();
+        Pane::settle();
+        QVERIFY(view.pane.isSilencedExpanded());
+        const auto silenced = view.pane.findChildren<SilencedRowView *>();
+        QCOMPARE(silenced.size(), 2);
+        QCOMPARE(silenced[0]->timeLeft(), u"forever"_s);
+        QCOMPARE(silenced[1]->timeLeft(), u"1h 54m left"_s);
+
+        auto *unmute = silenced[1]->findChild<QAbstractButton *>();
+        QCOMPARE(unmute->text(), u"Unmute"_s);
+        unmute->click();
+        Pane::settle();
+        QCOMPARE(view.pane.findChildren<SilencedRowView *>().size(), 1);
+        QCOMPARE(view.rows().at(2)->provider().health, Health::down);
+
+        view.silencedHeader()->click();
+        Pane::settle();
+        QVERIFY(view.pane.findChildren<SilencedRowView *>().isEmpty());
+    }
+
+    void lastCheckTexts_data()
+    {
+        QTest::addColumn<qint64>("msAgo");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("future") << qint64(-5000) << u"Updated just now"_s;
+        QTest::newRow("9.9 s") << qint64(9900) << u"Updated just now"_s;
+        QTest::newRow("10 s") << qint64(10000) << u"Updated 10s ago"_s;
+        QTest::newRow("59:59") << qint64(3599000) << u"Updated 59m ago"_s;
+        QTest::newRow("23:59") << qint64((23 * 60 + 59) * 60000) << u"Updated 23h ago"_s;
+        QTest::newRow("24 h") << qint64(86400000) << u"Updated 1d ago"_s;
+    }
+
+    void lastCheckTexts()
+    {
+        QFETCH(qint64, msAgo);
+        QTEST(PaneText::lastCheckText(now.addMSecs(-msAgo), now), "text");
+    }
+
+    void timeLeftTexts_data()
+    {
+        QTest::addColumn<qint64>("secondsLeft");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("59 s") << qint64(59) << u"0m left"_s;
+        QTest::newRow("1 h") << qint64(3600) << u"1h 0m left"_s;
+        QTest::newRow("25 h 30 m") << qint64(25 * 3600 + 1800) << u"1d 1h left"_s;
+        QTest::newRow("2 d 5 h 10 m") << qint64(2 * 86400 + 5 * 3600 + 600) << u"2d 5h left"_s;
+        QTest::newRow("passed") << qint64(-300) << u"0m left"_s;
+    }
+
+    void timeLeftTexts()
+    {
+        QFETCH(qint64, secondsLeft);
+        QTEST(PaneText::timeLeftText(SilenceUntil::until(now.addSecs(secondsLeft)), now), "text");
+    }
+
+    void heightRule()
+    {
+        QCOMPARE(LanternicPane::paneHeight(0, 1000.0), 1);
+        QCOMPARE(LanternicPane::paneHeight(300, 1000.0), 300);
+        QCOMPARE(LanternicPane::paneHeight(2000, 1000.0), 700);
+        QCOMPARE(LanternicPane::paneHeight(2000, std::nullopt), 630);
+
+        StoreFixture two;
+        Scenes::manyRows(two, 2);
+        Pane small(two);
+        QCOMPARE(small.pane.sizeHint().height(), small.pane.contentHeight());
+
+        StoreFixture forty;
+        Scenes::manyRows(forty, 40);
+        Pane large(forty);
+        const int screenHeight = QGuiApplication::primaryScreen()->geometry().height();
+        QVERIFY(large.pane.contentHeight() > screenHeight);
+        QCOMPARE(large.pane.sizeHint().height(), qRound(0.7 * screenHeight));
+    }
+
+    void rowsOpenOnlyTheirPage()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        StatusRowView *linear = view.rows().at(4);
+        QTest::mouseClick(linear, Qt::LeftButton, {}, QPoint(30, 10));
+        QCOMPARE(view.opened, QList<QUrl>{QUrl(u"https://status.example.com/4"_s)});
+        QVERIFY(view.rows().at(3)->toolTip().contains(u"refused"_s, Qt::CaseInsensitive));
+    }
+
+    void refreshShortcut()
+    {
+        StoreFixture fixture;
+        Scenes::allOperational(fixture);
+        Pane view(fixture);
+        view.pane.activateWindow();
+        QTest::keyClick(&view.pane, Qt::Key_R, Qt::ControlModifier);
+        QCOMPARE(view.refreshes, 1);
+        fixture.store.refresh();
+        Pane::settle();
+        QTest::keyClick(&view.pane, Qt::Key_R, Qt::ControlModifier);
+        QCOMPARE(view.refreshes, 1);
+        QTRY_VERIFY(!fixture.store.isRefreshing());
+    }
+
+    void sparklineShowsTheNewestEighteen()
+    {
+        QList<HealthTick> ticks;
+        for (int i = 0; i < 40; ++i)
+            ticks.append({now.addSecs(i), i == 39   ? u"sideways"_s
+                                          : i >= 22 ? u"down"_s
+                                                    : u"operational"_s});
+        HistorySparkline sparkline(ticks);
+        QList<Health> expected(17, Health::down);
+        expected.append(Health::unknown);
+        QCOMPARE(sparkline.bars(), expected);
+        QCOMPARE(HistorySparkline(ticks.mid(0, 5)).bars().size(), 5);
+    }
+
+    void symbolsPaintAtAnyScale()
+    {
+        for (const char *name :
+             {"checkmark.circle.fill", "exclamationmark.triangle.fill", "xmark.octagon.fill",
+              "questionmark.circle.fill", "bell.slash", "bell.slash.fill", "gearshape", "power",
+              "clock", "arrow.clockwise", "chevron.down", "chevron.right", "waveform.path.ecg"}) {
+            const QString symbol = QString::fromLatin1(name);
+            QVERIFY2(Symbols::exists(symbol), name);
+            const QImage image = Symbols::image(symbol, QSizeF(16, 16), Qt::red, 2.0);
+            QCOMPARE(image.size(), QSize(32, 32));
+            int painted = 0;
+            for (int y = 0; y < 32; ++y)
+                for (int x = 0; x < 32; ++x)
+                    painted += qAlpha(image.pixel(x, y)) > 128;
+            QVERIFY2(painted > 20 && painted < 32 * 32 * 0.9, name);
+        }
+        QVERIFY(Symbols::icon(u"no.such.symbol"_s, Qt::red).isNull());
+    }
+
+    void feedTextStaysPlain()
+    {
+        QCOMPARE(Theme::plainToolTip(u"<b>x</b> & y"_s),
+                 u"<p style='white-space:pre-wrap'>&lt;b&gt;x&lt;/b&gt; &amp; y</p>"_s);
+        QCOMPARE(Theme::menuText(u"R&D"_s), u"R&&D"_s);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    TestPane test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_pane.moc"
