@@ -126,11 +126,11 @@ void drawGear(Canvas &c)
 void drawArrowClockwise(Canvas &c)
 {
     QPainterPath arc;
-    arc.arcMoveTo(0.16, 0.16, 0.68, 0.68, 80);
-    arc.arcTo(0.16, 0.16, 0.68, 0.68, 80, -300);
+    arc.arcMoveTo(0.16, 0.16, 0.68, 0.68, 40);
+    arc.arcTo(0.16, 0.16, 0.68, 0.68, 40, -310);
     c.stroke(arc, 0.09);
-    // The head points along the circle at the arc's end, near the top.
-    c.fill(polyline({{0.48, 0.04}, {0.70, 0.16}, {0.48, 0.30}}));
+    // The head sits at the arc's end, at the top, pointing clockwise.
+    c.fill(polyline({{0.46, 0.02}, {0.68, 0.16}, {0.46, 0.30}}));
 }
 
 using Painter = std::function<void(Canvas &)>;
@@ -181,8 +181,8 @@ const QHash<QString, Painter> &painters()
         {u"power"_s,
          [](Canvas &c) {
              QPainterPath arc;
-             arc.arcMoveTo(0.14, 0.16, 0.72, 0.72, 55);
-             arc.arcTo(0.14, 0.16, 0.72, 0.72, 55, 290);
+             arc.arcMoveTo(0.14, 0.16, 0.72, 0.72, 125);
+             arc.arcTo(0.14, 0.16, 0.72, 0.72, 125, 290);
              c.stroke(arc, 0.09);
              c.stroke(polyline({{0.5, 0.08}, {0.5, 0.46}}), 0.09);
          }},
