@@ -207,6 +207,7 @@ private Q_SLOTS:
         Pane view(fixture);
         StatusRowView *datadog = view.rows().at(1);
         QCOMPARE(datadog->provider().result.name, u"Datadog EU"_s);
+        const QString id = datadog->provider().result.id;
         menuTitles(datadog);
         QMenu *whole = datadog->silenceButton()->menu()->actions().first()->menu();
         durationAction(whole, SilenceDuration::untilResolved)->trigger();
@@ -214,8 +215,7 @@ private Q_SLOTS:
         QVERIFY(!view.rowNames().contains(u"Datadog EU"_s));
         QVERIFY(view.silencedHeader());
         QCOMPARE(view.silencedHeader()->accessibleName(), u"SILENCED 3"_s);
-        QCOMPARE(fixture.silence.entries().value(datadog->provider().result.id),
-                 SilenceUntil::resolved());
+        QCOMPARE(fixture.silence.entries().value(id), SilenceUntil::resolved());
         QCOMPARE(fixture.store.summaryText(), u"1 degraded, 1 unknown"_s);
     }
 
