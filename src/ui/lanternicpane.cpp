@@ -265,7 +265,7 @@ void LanternicPane::rebuildRows()
             [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
             m_actions.openUrl, rows));
     }
-    m_column->replaceWidget(m_rows, rows);
+    delete m_column->replaceWidget(m_rows, rows);
     rows->show();
     // Later, since a row's own menu may be what changed the silences just now.
     m_rows->hide();
@@ -297,7 +297,7 @@ void LanternicPane::rebuildSilenced()
     }
     m_silencedDivider->setVisible(!items.isEmpty());
     section->setVisible(!items.isEmpty());
-    m_column->replaceWidget(m_silencedSection, section);
+    delete m_column->replaceWidget(m_silencedSection, section);
     m_silencedSection->hide();
     m_silencedSection->deleteLater();
     m_silencedSection = section;
