@@ -1,0 +1,150 @@
+#include "app/appdelegate.h"
+
+#include "app/appenvironment.h"
+#include "app/escapeclosingwindow.h"
+#include "app/panelwindow.h"
+#include "app/trayicon.h"
+#include "app/updatechecker.h"
+#include "ui/lanternicpane.h"
+#include "ui/loginitem.h"
+#include "ui/settingsview.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QSystemTrayIcon>
+#include <QVBoxLayout>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// A click on the icon that closes the popup arrives just after the popup closed itself.
+constexpr qint64 reopenGuardMs = 250;
+} // namespace
+
+AppDelegate::AppDelegate(AppEnvironment &environment, UpdateChecker &updates,
+                         std::unique_ptr<LoginItemService> loginItem, QObject *parent)
+    : QObject(parent), m_environment(environment), m_updates(updates),
+      m_loginItem(std::move(loginItem))
+{
+    connect(&m_updates, &UpdateChecker::checked, this, [](const UpdateChecker::Outcome &outcome) {
+        QMessageBox box(QMessageBox::Information, u"Lanternic"_s, outcome.message());
+        box.setTextFormat(Qt::PlainText);
+        QPushButton *download = nullptr;
+        if (outcome.release && !outcome.release->link.isEmpty())
+            download = box.addButton(u"Download"_s, QMessageBox::AcceptRole);
+        box.addButton(QMessageBox::Close);
+        box.exec();
+        if (download && box.clickedButton() == download)
+            openWebUrl(outcome.release->link);
+    });
+}
+
+AppDelegate::~AppDelegate()
+{
+    delete m_panel;
+    delete m_settingsWindow;
+}
+
+void AppDelegate::launch()
+{
+    m_trayIcon = new QSystemTrayIcon(this);
+    connect(m_trayIcon, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+                    togglePanel();
+            });
+    LanternicStore &store = *m_environment.store;
+    connect(&store, &LanternicStore::resultsChanged, this, &AppDelegate::updateIcon);
+    connect(&m_environment.silence, &SilenceStore::entriesChanged, this, &AppDelegate::updateIcon);
+    updateIcon();
+    m_trayIcon->show();
+    store.start();
+}
+
+void AppDelegate::updateIcon()
+{
+    LanternicStore &store = *m_environment.store;
+    const Health overall = store.overallHealth();
+    const qreal ratio = qApp->devicePixelRatio();
+    m_trayIcon->setIcon(QIcon(QPixmap::fromImage(
+        TrayIcon::draw(overall, store.issueCount(overall), QApplication::palette(), ratio))));
+    m_trayIcon->setToolTip(TrayIcon::toolTip(store.summaryText()));
+}
+
+QPointF AppDelegate::anchor() const
+{
+    const QRect icon = m_trayIcon ? m_trayIcon->geometry() : QRect();
+    if (icon.isEmpty()) {
+        const QPoint pointer = QCursor::pos();
+        return QPointF(pointer.x(), pointer.y() + 4);
+    }
+    return QPointF(icon.left() + icon.width() / 2.0, icon.top() + icon.height() + 4);
+}
+
+void AppDelegate::togglePanel()
+{
+    if (m_panel && m_panel->isVisible()) {
+        closePanel();
+        return;
+    }
+    if (QDateTime::currentMSecsSinceEpoch() - m_panelHiddenAt < reopenGuardMs)
+        return;
+    openPanel();
+}
+
+void AppDelegate::openPanel()
+{
+    if (!m_panel) {
+        LanternicStore &store = *m_environment.store;
+        auto *pane = new LanternicPane(store, m_environment.settings, m_environment.silence,
+                                       {[this] { m_environment.store->refresh(); },
+                                        [this] { openSettings(); }, [] { QApplication::quit(); }});
+        m_panel = new PanelWindow(pane);
+        connect(m_panel, &PanelWindow::hidden, this,
+                [this] { m_panelHiddenAt = QDateTime::currentMSecsSinceEpoch(); });
+    }
+    m_panel->showAt(anchor());
+}
+
+void AppDelegate::closePanel()
+{
+    if (m_panel)
+        m_panel->hide();
+}
+
+void AppDelegate::openSettings()
+{
+    closePanel();
+    if (!m_settingsWindow) {
+        m_settingsWindow = new EscapeClosingWindow;
+        m_settingsWindow->setWindowTitle(u"Lanternic Settings"_s);
+        auto *layout = new QVBoxLayout(m_settingsWindow);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(new SettingsView(
+            m_environment.settings, *m_loginItem,
+            {[this] { return m_updates.automaticallyChecksForUpdates(); },
+             [this](bool enabled) { m_updates.setAutomaticallyChecksForUpdates(enabled); },
+             [this] { m_updates.checkForUpdates(); }},
+            m_settingsWindow));
+        m_settingsWindow->setWindowFlags(Qt::Window | Qt::WindowTitleHint |
+                                         Qt::WindowCloseButtonHint);
+        m_settingsWindow->adjustSize();
+        m_settingsWindow->setFixedSize(m_settingsWindow->size());
+        if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+            m_settingsWindow->move(screen->availableGeometry().center() -
+                                   m_settingsWindow->rect().center());
+        }
+    }
+    m_settingsWindow->show();
+    m_settingsWindow->raise();
+    m_settingsWindow->activateWindow();
+}
+
+} // namespace lanternic

@@ -1,0 +1,14 @@
+#include "app/xdgautostart.h"
+#include "ui/loginitem.h"
+
+#include <QCoreApplication>
+
+namespace lanternic {
+
+std::unique_ptr<LoginItemService> LoginItemService::forThisApp()
+{
+    return std::make_unique<XdgAutostart>(XdgAutostart::defaultEntryPath(),
+                                          QCoreApplication::applicationFilePath());
+}
+
+} // namespace lanternic

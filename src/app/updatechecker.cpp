@@ -1,0 +1,154 @@
+#include "app/updatechecker.h"
+
+#include "model/settingskeys.h"
+#include "model/urls.h"
+#include "sources/network.h"
+
+#include <QSettings>
+#include <QTimer>
+#include <QXmlStreamReader>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString automaticKey = u"Lanternic.automaticallyChecksForUpdates"_s;
+
+} // namespace
+
+QString UpdateChecker::Outcome::message() const
+{
+    switch (kind) {
+    case Kind::newerVersion:
+        return u"Lanternic %1 is available."_s.arg(release->version);
+    case Kind::upToDate:
+        return u"You have the newest version of Lanternic."_s;
+    case Kind::failed:
+        return u"Could not check for updates: %1"_s.arg(error);
+    case Kind::noFeed:
+        break;
+    }
+    return u"This build of Lanternic gets its updates from your package manager."_s;
+}
+
+UpdateChecker::UpdateChecker(QSettings &defaults, QNetworkAccessManager &session, QUrl feed,
+                             QString currentVersion, QObject *parent)
+    : QObject(parent), m_defaults(defaults), m_session(session), m_feed(std::move(feed)),
+      m_currentVersion(std::move(currentVersion)), m_daily(new QTimer(this))
+{
+    m_daily->setInterval(std::chrono::hours(24));
+    m_daily->setTimerType(Qt::VeryCoarseTimer);
+    connect(m_daily, &QTimer::timeout, this, &UpdateChecker::checkForUpdates);
+    scheduleAutomaticChecks();
+}
+
+bool UpdateChecker::automaticallyChecksForUpdates() const
+{
+    const QVariant stored = m_defaults.value(automaticKey);
+    if (stored.typeId() == QMetaType::Bool)
+        return stored.toBool();
+    return stored.toString() != "false"_L1;
+}
+
+void UpdateChecker::setAutomaticallyChecksForUpdates(bool enabled)
+{
+    m_defaults.setValue(automaticKey, enabled);
+    scheduleAutomaticChecks();
+}
+
+void UpdateChecker::scheduleAutomaticChecks()
+{
+    if (automaticallyChecksForUpdates() && !m_feed.isEmpty())
+        m_daily->start();
+    else
+        m_daily->stop();
+}
+
+void UpdateChecker::checkForUpdates()
+{
+    if (m_feed.isEmpty()) {
+        Q_EMIT checked({Outcome::Kind::noFeed, std::nullopt, {}});
+        return;
+    }
+    network::get(m_session, m_feed, this, [this](network::Response response) {
+        if (response.transferFailure) {
+            Q_EMIT checked({Outcome::Kind::failed, std::nullopt, *response.transferFailure});
+            return;
+        }
+        if (response.httpStatus && (*response.httpStatus < 200 || *response.httpStatus > 299)) {
+            Q_EMIT checked(
+                {Outcome::Kind::failed, std::nullopt,
+                 u"the update feed answered with HTTP status %1"_s.arg(*response.httpStatus)});
+            return;
+        }
+        const auto newest = newestRelease(response.body);
+        if (!newest) {
+            Q_EMIT checked(
+                {Outcome::Kind::failed, std::nullopt, u"the update feed lists no release"_s});
+            return;
+        }
+        if (compareVersions(newest->version, m_currentVersion) > 0)
+            Q_EMIT checked({Outcome::Kind::newerVersion, newest, {}});
+        else
+            Q_EMIT checked({Outcome::Kind::upToDate, std::nullopt, {}});
+    });
+}
+
+std::optional<UpdateChecker::Release> UpdateChecker::newestRelease(const QByteArray &appcast)
+{
+    QXmlStreamReader xml(appcast);
+    std::optional<Release> newest;
+    Release current;
+    bool inItem = false;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        const QStringView name = xml.name();
+        if (xml.isStartElement()) {
+            if (name == u"item") {
+                inItem = true;
+                current = {};
+            } else if (inItem && name == u"enclosure") {
+                const QXmlStreamAttributes attributes = xml.attributes();
+                for (const QXmlStreamAttribute &attribute : attributes) {
+                    if (attribute.name() == u"version" && current.version.isEmpty())
+                        current.version = attribute.value().toString();
+                    else if (attribute.name() == u"shortVersionString")
+                        current.version = attribute.value().toString();
+                    else if (attribute.name() == u"url")
+                        current.link = QUrl(attribute.value().toString());
+                }
+            } else if (inItem && name == u"shortVersionString") {
+                current.version = xml.readElementText().trimmed();
+            } else if (inItem && name == u"version" && current.version.isEmpty()) {
+                current.version = xml.readElementText().trimmed();
+            } else if (inItem && name == u"link" && current.link.isEmpty()) {
+                current.link = QUrl(xml.readElementText().trimmed());
+            }
+        } else if (xml.isEndElement() && name == u"item") {
+            inItem = false;
+            if (!current.version.isEmpty() &&
+                (!newest || compareVersions(current.version, newest->version) > 0))
+                newest = current;
+        }
+    }
+    if (xml.hasError())
+        return std::nullopt;
+    return newest;
+}
+
+int UpdateChecker::compareVersions(const QString &a, const QString &b)
+{
+    const QStringList left = a.split(u'.');
+    const QStringList right = b.split(u'.');
+    for (qsizetype i = 0; i < std::max(left.size(), right.size()); ++i) {
+        const int x = left.value(i).toInt();
+        const int y = right.value(i).toInt();
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    return 0;
+}
+
+} // namespace lanternic

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <optional>
+
+class QNetworkAccessManager;
+class QSettings;
+class QTimer;
+
+namespace lanternic {
+
+// Looks for a newer release in an appcast (an RSS feed whose items carry a version and a
+// download link) at an address fixed at build time. Without an address it never checks.
+class UpdateChecker : public QObject {
+    Q_OBJECT
+
+public:
+    struct Release {
+        QString version;
+        QUrl link;
+    };
+
+    struct Outcome {
+        enum class Kind { newerVersion, upToDate, failed, noFeed };
+        Kind kind;
+        std::optional<Release> release; // for newerVersion
+        QString error;                  // for failed
+
+        // What to tell the user, in one or two sentences.
+        QString message() const;
+    };
+
+    UpdateChecker(QSettings &defaults, QNetworkAccessManager &session, QUrl feed,
+                  QString currentVersion, QObject *parent = nullptr);
+
+    bool automaticallyChecksForUpdates() const;
+    void setAutomaticallyChecksForUpdates(bool enabled);
+    // Checks now; the outcome arrives through checked().
+    void checkForUpdates();
+
+    // The newest release an appcast lists; nothing when it lists none or is not one.
+    static std::optional<Release> newestRelease(const QByteArray &appcast);
+    // Dotted versions compared number by number ("1.10" is newer than "1.9").
+    static int compareVersions(const QString &a, const QString &b);
+
+Q_SIGNALS:
+    void checked(const lanternic::UpdateChecker::Outcome &outcome);
+
+private:
+    void scheduleAutomaticChecks();
+
+    QSettings &m_defaults;
+    QNetworkAccessManager &m_session;
+    QUrl m_feed;
+    QString m_currentVersion;
+    QTimer *m_daily;
+};
+
+} // namespace lanternic

@@ -1,0 +1,186 @@
+#include "ui/settingsview.h"
+
+#include "config/appsettings.h"
+#include "config/sourceregistry.h"
+#include "ui/loginitem.h"
+#include "ui/theme.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QLabel *caption(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(Theme::font(11));
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
+
+QString GeneralSettingsView::helpText()
+{
+    return u"One per line, in \"Label=host\" form, e.g.\nGitHub=www.githubstatus.com\n"
+           u"Leave blank for the defaults (GitHub, Cloudflare, Datadog, OpenAI, Claude)."_s;
+}
+
+GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService &loginItem,
+                                         UpdateActions updates, QWidget *parent)
+    : QWidget(parent), m_settings(settings), m_loginItem(loginItem), m_updates(std::move(updates))
+{
+    auto *form = new QVBoxLayout(this);
+    form->setContentsMargins(20, 16, 20, 16);
+    form->setSpacing(14);
+
+    auto *sourcesGroup = new QGroupBox(u"Status sources"_s, this);
+    auto *sources = new QVBoxLayout(sourcesGroup);
+    sources->setSpacing(6);
+    m_sources = new QPlainTextEdit(sourcesGroup);
+    m_sources->setAccessibleName(u"Status sources"_s);
+    QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mono.setPixelSize(13);
+    m_sources->setFont(mono);
+    m_sources->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_sources->setMinimumHeight(92 + 12);
+    m_sources->setMaximumHeight(176 + 12);
+    m_sources->document()->setDocumentMargin(6);
+    sources->addWidget(m_sources);
+    auto *help = caption(helpText(), sourcesGroup);
+    QPalette secondary = help->palette();
+    secondary.setColor(QPalette::WindowText, Theme::secondaryText(palette()));
+    help->setPalette(secondary);
+    sources->addWidget(help);
+    form->addWidget(sourcesGroup);
+
+    auto *optionsGroup = new QGroupBox(this);
+    auto *options = new QVBoxLayout(optionsGroup);
+    options->setSpacing(8);
+    m_showOperational = new QCheckBox(u"Show operational systems"_s, optionsGroup);
+    options->addWidget(m_showOperational);
+    m_launchAtLogin = new QCheckBox(u"Launch at login"_s, optionsGroup);
+    options->addWidget(m_launchAtLogin);
+    m_loginError = caption(QString(), optionsGroup);
+    QPalette red = m_loginError->palette();
+    red.setColor(QPalette::WindowText, QColor(0xE8, 0x3A, 0x30));
+    m_loginError->setPalette(red);
+    m_loginError->hide();
+    options->addWidget(m_loginError);
+
+    auto *updateRow = new QHBoxLayout;
+    updateRow->setSpacing(8);
+    updateRow->addWidget(new QLabel(u"Check for updates automatically"_s, optionsGroup));
+    auto *checkNow = new QPushButton(u"Check now"_s, optionsGroup);
+    checkNow->setFlat(true);
+    checkNow->setCursor(Qt::PointingHandCursor);
+    checkNow->setFont(Theme::font(12));
+    checkNow->setStyleSheet(u"QPushButton { border: none; padding: 0; color: palette(link); }"_s);
+    updateRow->addWidget(checkNow);
+    updateRow->addStretch(1);
+    m_automaticUpdates = new QCheckBox(optionsGroup);
+    m_automaticUpdates->setAccessibleName(u"Check for updates automatically"_s);
+    updateRow->addWidget(m_automaticUpdates);
+    options->addLayout(updateRow);
+
+    auto *intervalRow = new QHBoxLayout;
+    intervalRow->addWidget(new QLabel(u"Refresh interval"_s, optionsGroup));
+    intervalRow->addStretch(1);
+    m_interval = new QButtonGroup(this);
+    // Not exclusive: a stored interval other than 1, 2 or 5 selects no segment.
+    m_interval->setExclusive(false);
+    auto *segments = new QHBoxLayout;
+    segments->setSpacing(0);
+    for (int minutes : {1, 2, 5}) {
+        auto *segment = new QPushButton(u"%1m"_s.arg(minutes), optionsGroup);
+        segment->setCheckable(true);
+        segment->setMinimumWidth(48);
+        m_interval->addButton(segment, minutes);
+        segments->addWidget(segment);
+    }
+    intervalRow->addLayout(segments);
+    options->addLayout(intervalRow);
+    form->addWidget(optionsGroup);
+    form->addStretch(1);
+
+    connect(m_sources, &QPlainTextEdit::textChanged, this,
+            [this] { m_settings.setSourcesText(m_sources->toPlainText()); });
+    connect(m_showOperational, &QCheckBox::clicked, this,
+            [this](bool checked) { m_settings.setShowOperational(checked); });
+    connect(m_launchAtLogin, &QCheckBox::clicked, this, &GeneralSettingsView::changeLaunchAtLogin);
+    connect(checkNow, &QPushButton::clicked, this, [this] { m_updates.onCheckForUpdates(); });
+    connect(m_automaticUpdates, &QCheckBox::clicked, this, [this](bool checked) {
+        m_updates.setAutomaticUpdates(checked);
+        m_automaticUpdates->setChecked(m_updates.automaticUpdatesEnabled());
+    });
+    connect(m_interval, &QButtonGroup::idClicked, this,
+            [this](int minutes) { m_settings.setRefreshIntervalMinutes(minutes); });
+    connect(&m_settings, &AppSettings::sourcesTextChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    connect(&m_settings, &AppSettings::showOperationalChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    connect(&m_settings, &AppSettings::refreshIntervalMinutesChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    syncFromSettings();
+}
+
+void GeneralSettingsView::showEvent(QShowEvent *)
+{
+    if (m_settings.sourcesText().isEmpty() && !SourceRegistry::defaultText().isEmpty())
+        m_settings.setSourcesText(SourceRegistry::defaultText());
+    if (!m_loginStatusRead) {
+        m_loginStatusRead = true;
+        m_launchAtLogin->setChecked(m_loginItem.status() == LoginItemService::Status::enabled);
+    }
+    m_automaticUpdates->setChecked(m_updates.automaticUpdatesEnabled());
+    syncFromSettings();
+}
+
+void GeneralSettingsView::syncFromSettings()
+{
+    // Only on a real difference, so that typing keeps its cursor and undo history.
+    if (m_sources->toPlainText() != m_settings.sourcesText())
+        m_sources->setPlainText(m_settings.sourcesText());
+    m_showOperational->setChecked(m_settings.showOperational());
+    for (QAbstractButton *segment : m_interval->buttons())
+        segment->setChecked(m_interval->id(segment) == m_settings.refreshIntervalMinutes());
+}
+
+void GeneralSettingsView::changeLaunchAtLogin(bool enabled)
+{
+    const std::optional<QString> error =
+        enabled ? m_loginItem.registerItem() : m_loginItem.unregisterItem();
+    m_loginError->setText(error.value_or(QString()));
+    m_loginError->setVisible(error.has_value());
+    if (error)
+        m_launchAtLogin->setChecked(!enabled);
+}
+
+SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
+                           GeneralSettingsView::UpdateActions updates, QWidget *parent)
+    : QWidget(parent)
+{
+    setFixedSize(640, 460);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *tabs = new QTabWidget(this);
+    tabs->setDocumentMode(true);
+    m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), tabs);
+    tabs->addTab(m_general, u"General"_s);
+    layout->addWidget(tabs);
+}
+
+} // namespace lanternic

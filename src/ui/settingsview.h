@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+class QButtonGroup;
+class QCheckBox;
+class QLabel;
+class QPlainTextEdit;
+
+namespace lanternic {
+
+class AppSettings;
+class LoginItemService;
+
+// The settings form: the sources, whether operational systems are listed, launch at login,
+// automatic update checks and the refresh interval. Every change takes effect at once.
+class GeneralSettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    struct UpdateActions {
+        std::function<bool()> automaticUpdatesEnabled;
+        std::function<void(bool)> setAutomaticUpdates;
+        std::function<void()> onCheckForUpdates;
+    };
+
+    GeneralSettingsView(AppSettings &settings, LoginItemService &loginItem, UpdateActions updates,
+                        QWidget *parent = nullptr);
+
+    static QString helpText();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void syncFromSettings();
+    void changeLaunchAtLogin(bool enabled);
+
+    AppSettings &m_settings;
+    LoginItemService &m_loginItem;
+    UpdateActions m_updates;
+    QPlainTextEdit *m_sources;
+    QCheckBox *m_showOperational;
+    QCheckBox *m_launchAtLogin;
+    QLabel *m_loginError;
+    QCheckBox *m_automaticUpdates;
+    QButtonGroup *m_interval;
+    bool m_loginStatusRead = false;
+};
+
+// The settings window's content: the form titled "General", 640 × 460.
+class SettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    SettingsView(AppSettings &settings, LoginItemService &loginItem,
+                 GeneralSettingsView::UpdateActions updates, QWidget *parent = nullptr);
+
+    GeneralSettingsView *general() const { return m_general; }
+
+private:
+    GeneralSettingsView *m_general;
+};
+
+} // namespace lanternic
