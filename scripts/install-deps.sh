@@ -2,7 +2,9 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-packages=(g++ cmake ninja-build qt6-base-dev libbenchmark-dev clang-format curl)
+# The X server, tray host and X tools run the end-to-end tray test.
+packages=(g++ cmake ninja-build qt6-base-dev libbenchmark-dev clang-format curl
+    xvfb trayer xdotool x11-utils dbus)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -134,6 +134,7 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     footer->addWidget(quitRow);
     m_column->addLayout(footer);
     m_scroll->setWidget(m_content);
+    m_content->installEventFilter(this);
 
     // Many changes arrive together at the end of a pass: redraw once for all of them.
     m_updateTimer->setSingleShot(true);
@@ -309,12 +310,25 @@ void LanternicPane::rebuild()
     rebuildRows();
     rebuildSilenced();
     m_column->activate();
+    updateContentHeight();
+}
+
+void LanternicPane::updateContentHeight()
+{
     const int height = m_content->sizeHint().height();
-    if (height != m_contentHeight) {
-        m_contentHeight = height;
-        updateGeometry();
-        Q_EMIT heightChanged(sizeHint().height());
-    }
+    if (height == m_contentHeight)
+        return;
+    m_contentHeight = height;
+    updateGeometry();
+    Q_EMIT heightChanged(sizeHint().height());
+}
+
+bool LanternicPane::eventFilter(QObject *watched, QEvent *event)
+{
+    // Fonts and styles settle when the pane is first shown; the content may change height.
+    if (watched == m_content && event->type() == QEvent::LayoutRequest)
+        QTimer::singleShot(0, this, &LanternicPane::updateContentHeight);
+    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace lanternic

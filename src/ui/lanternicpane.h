@@ -50,7 +50,11 @@ Q_SIGNALS:
     // The pane's own height changed; the panel resizes and re-anchors.
     void heightChanged(int height);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void updateContentHeight();
     void scheduleUpdate();
     void rebuild();
     QWidget *buildHeader();

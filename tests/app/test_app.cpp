@@ -1,0 +1,382 @@
+#include "app/appdelegate.h"
+#include "app/appenvironment.h"
+#include "app/panelwindow.h"
+#include "app/singleinstance.h"
+#include "app/trayicon.h"
+#include "app/updatechecker.h"
+#include "app/xdgautostart.h"
+#include "config/sourceregistry.h"
+#include "support/loopbackserver.h"
+#include "support/storefixture.h"
+#include "ui/loginitem.h"
+#include "ui/settingsview.h"
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSystemTrayIcon>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A login-item service that remembers its calls and fails when told to.
+class FakeLoginItem : public LoginItemService {
+public:
+    Status status() const override { return enabled ? Status::enabled : Status::notRegistered; }
+    std::optional<QString> registerItem() override
+    {
+        ++calls;
+        if (failure)
+            return failure;
+        enabled = true;
+        return std::nullopt;
+    }
+    std::optional<QString> unregisterItem() override
+    {
+        ++calls;
+        enabled = false;
+        return std::nullopt;
+    }
+
+    bool enabled = false;
+    std::optional<QString> failure;
+    int calls = 0;
+};
+
+QColor pixelAt(const QImage &image, QPointF point)
+{
+    return image.pixelColor((point * image.devicePixelRatio()).toPoint());
+}
+
+QByteArray appcast(const QList<std::pair<QByteArray, QByteArray>> &releases)
+{
+    QByteArray items;
+    for (const auto &[version, link] : releases) {
+        items += "<item><title>Lanternic " + version + "</title><sparkle:version>" + version +
+                 "</sparkle:version><enclosure url=\"" + link + "\" length=\"1\"/></item>";
+    }
+    return "<?xml version=\"1.0\"?><rss version=\"2.0\" "
+           "xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel>" +
+           items + "</channel></rss>";
+}
+
+} // namespace
+
+class TestApp : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void iconWithoutBadge()
+    {
+        const QImage icon = TrayIcon::draw(Health::operational, 0, QApplication::palette(), 2);
+        QCOMPARE(icon.size(), QSize(36, 32));
+        const QImage unknown = TrayIcon::draw(Health::unknown, 0, QApplication::palette(), 1);
+        QCOMPARE(unknown.size(), QSize(18, 16));
+    }
+
+    void iconBadgeGeometry()
+    {
+        const QImage icon = TrayIcon::draw(Health::down, 12, QApplication::palette(), 2);
+        // Symbol (18) + gap (3) + disc (13) wide, as high as the symbol.
+        QCOMPARE(icon.size() / 2, QSize(34, 16));
+        const QColor red = Theme::healthColor(Health::down, QApplication::palette());
+        const QColor rim = pixelAt(icon, QPointF(34 - 6.5, 8 - 5.5));
+        QCOMPARE(rim.rgb(), red.rgb());
+        // The digits are holes: somewhere inside the disc the tray shows through.
+        bool punched = false;
+        for (qreal x = 23; x < 32; x += 0.5) {
+            for (qreal y = 5; y < 11; y += 0.5)
+                punched |= pixelAt(icon, QPointF(x, y)).alpha() < 60;
+        }
+        QVERIFY(punched);
+        QVERIFY(pixelAt(icon, QPointF(19.5, 8)).alpha() == 0);
+    }
+
+    void iconFollowsTheStore()
+    {
+        StoreFixture fixture;
+        fixture.addSource(u"A"_s, "down",
+                          "[" + relayComponent(u"x"_s, u"X"_s, u"down"_s) + "," +
+                              relayComponent(u"y"_s, u"Y"_s, u"down"_s) + "," +
+                              relayComponent(u"z"_s, u"Z"_s, u"down"_s) + "]");
+        fixture.addSource(u"B"_s, "down");
+        fixture.addSource(u"C"_s, "degraded");
+        fixture.runPass();
+        LanternicStore &store = fixture.store;
+        QCOMPARE(store.overallHealth(), Health::down);
+        QCOMPARE(store.issueCount(Health::down), 4);
+        const QString a = store.results().first().id;
+        fixture.silence.silence(a + u"::x"_s, SilenceDuration::twoHours, fixture.now);
+        QCOMPARE(store.issueCount(Health::down), 3);
+        fixture.silence.silence(a + u"::y"_s, SilenceDuration::untilResolved, fixture.now);
+        QCOMPARE(store.issueCount(Health::down), 2);
+        fixture.now = fixture.now.addSecs(7200);
+        QCOMPARE(store.issueCount(Health::down), 3);
+        QCOMPARE(TrayIcon::toolTip(store.summaryText()), u"Lanternic \u2014 2 down, 1 degraded"_s);
+        fixture.silence.silence(store.results().at(1).id, SilenceDuration::forever, fixture.now);
+        fixture.silence.silence(a, SilenceDuration::forever, fixture.now);
+        QCOMPARE(store.overallHealth(), Health::degraded);
+        QCOMPARE(store.issueCount(Health::degraded), 1);
+    }
+
+    void emptyStoreTooltip()
+    {
+        QCOMPARE(TrayIcon::toolTip(u"No sources configured"_s),
+                 u"Lanternic \u2014 No sources configured"_s);
+    }
+
+    void placement_data()
+    {
+        QTest::addColumn<QPointF>("anchor");
+        QTest::addColumn<QPoint>("topLeft");
+        const QRect screen(0, 0, 1280, 800);
+        QTest::newRow("room on both sides") << QPointF(640, 28) << QPoint(480, 28);
+        QTest::newRow("far right") << QPointF(1270, 28) << QPoint(956, 28);
+        QTest::newRow("far left") << QPointF(10, 28) << QPoint(4, 28);
+    }
+
+    void placement()
+    {
+        QFETCH(QPointF, anchor);
+        QTEST(PanelWindow::placement(anchor, QSize(320, 400), QRect(0, 0, 1280, 800)), "topLeft");
+    }
+
+    void placementOnNarrowAndOffsetScreens()
+    {
+        // Wider than the space: the right-hand limit wins.
+        QCOMPARE(PanelWindow::placement(QPointF(150, 20), QSize(320, 100), QRect(0, 0, 300, 500)),
+                 QPoint(-24, 20));
+        QCOMPARE(
+            PanelWindow::placement(QPointF(1990, 20), QSize(320, 100), QRect(1920, 0, 1280, 800)),
+            QPoint(1924, 20));
+        QCOMPARE(PanelWindow::placement(QPointF(100, 20), QSize(320, 100), std::nullopt),
+                 QPoint(-60, 20));
+    }
+
+    void settingsBindings()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        bool automatic = true;
+        int checks = 0;
+        SettingsView view(
+            fixture.settings, login,
+            {[&] { return automatic; }, [&](bool on) { automatic = on; }, [&] { ++checks; }});
+        QCOMPARE(view.size(), QSize(640, 460));
+        view.show();
+        GeneralSettingsView *general = view.general();
+        auto *editor = general->findChild<QPlainTextEdit *>();
+        QCOMPARE(editor->toPlainText(), SourceRegistry::defaultText());
+        QCOMPARE(fixture.settings.sourcesText(), SourceRegistry::defaultText());
+
+        editor->setPlainText(u"Mine=status.example.com"_s);
+        QCOMPARE(fixture.settings.sourcesText(), u"Mine=status.example.com"_s);
+        editor->clear();
+        QCOMPARE(fixture.settings.sourcesText(), QString());
+        view.hide();
+        view.show();
+        QCOMPARE(fixture.settings.sourcesText(), SourceRegistry::defaultText());
+        fixture.settings.setSourcesText(u" "_s);
+        view.hide();
+        view.show();
+        QCOMPARE(fixture.settings.sourcesText(), u" "_s);
+
+        auto *group = general->findChild<QButtonGroup *>();
+        QVERIFY(group->button(2)->isChecked());
+        group->button(5)->click();
+        QCOMPARE(fixture.settings.refreshIntervalMinutes(), 5);
+        QVERIFY(!group->button(2)->isChecked());
+        fixture.settings.setRefreshIntervalMinutes(3);
+        for (QAbstractButton *segment : group->buttons())
+            QVERIFY(!segment->isChecked());
+
+        QCheckBox *showOperational = nullptr;
+        QCheckBox *updatesToggle = nullptr;
+        for (QCheckBox *box : general->findChildren<QCheckBox *>()) {
+            if (box->text() == u"Show operational systems"_s)
+                showOperational = box;
+            if (box->text().isEmpty())
+                updatesToggle = box;
+        }
+        showOperational->click();
+        QCOMPARE(fixture.settings.showOperational(), false);
+        updatesToggle->click();
+        QCOMPARE(automatic, false);
+        for (QPushButton *button : general->findChildren<QPushButton *>()) {
+            if (button->text() == u"Check now"_s)
+                button->click();
+        }
+        QCOMPARE(checks, 1);
+        QVERIFY(general->findChildren<QLabel *>().size() > 3);
+        QVERIFY(GeneralSettingsView::helpText().startsWith(
+            u"One per line, in \"Label=host\" form, e.g.\nGitHub=www.githubstatus.com\n"_s));
+    }
+
+    void loginItemFailureIsShownOnce()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        login.failure = u"Not allowed by the session"_s;
+        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}});
+        view.show();
+        QCheckBox *toggle = nullptr;
+        for (QCheckBox *box : view.findChildren<QCheckBox *>()) {
+            if (box->text() == u"Launch at login"_s)
+                toggle = box;
+        }
+        QVERIFY(!toggle->isChecked());
+        toggle->click();
+        QCOMPARE(login.calls, 1);
+        QVERIFY(!toggle->isChecked());
+        auto isError = [](QLabel *label) {
+            return label->isVisibleTo(label->window()) &&
+                   label->text() == u"Not allowed by the session"_s;
+        };
+        const auto labels = view.findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), isError));
+
+        login.failure.reset();
+        toggle->click();
+        QCOMPARE(login.calls, 2);
+        QVERIFY(toggle->isChecked());
+        QVERIFY(std::none_of(labels.begin(), labels.end(), isError));
+    }
+
+    void loginItemStartsFromTheService()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        login.enabled = true;
+        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}});
+        view.show();
+        for (QCheckBox *box : view.findChildren<QCheckBox *>()) {
+            if (box->text() == u"Launch at login"_s) {
+                QVERIFY(box->isChecked());
+                box->click();
+            }
+        }
+        QVERIFY(!login.enabled);
+    }
+
+    void xdgAutostartEntry()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"config/autostart/lanternic.desktop"_s);
+        XdgAutostart autostart(path, u"/opt/Lanternic \"dev\"/lanternic"_s);
+        QCOMPARE(autostart.status(), LoginItemService::Status::notRegistered);
+        QCOMPARE(autostart.registerItem(), std::nullopt);
+        QCOMPARE(autostart.status(), LoginItemService::Status::enabled);
+        QFile entry(path);
+        QVERIFY(entry.open(QIODevice::ReadOnly));
+        const QByteArray text = entry.readAll();
+        QVERIFY(text.startsWith("[Desktop Entry]\n"));
+        QVERIFY(text.contains("Exec=\"/opt/Lanternic \\\"dev\\\"/lanternic\"\n"));
+        entry.close();
+
+        QVERIFY(entry.open(QIODevice::Append));
+        entry.write("Hidden = true\n");
+        entry.close();
+        QCOMPARE(autostart.status(), LoginItemService::Status::notRegistered);
+        QCOMPARE(autostart.unregisterItem(), std::nullopt);
+        QVERIFY(!QFile::exists(path));
+
+        QFile blocker(dir.filePath(u"file"_s));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        XdgAutostart blocked(dir.filePath(u"file/autostart/lanternic.desktop"_s), u"x"_s);
+        QVERIFY(blocked.registerItem().has_value());
+    }
+
+    void versions()
+    {
+        QCOMPARE(UpdateChecker::compareVersions(u"1.10"_s, u"1.9"_s), 1);
+        QCOMPARE(UpdateChecker::compareVersions(u"1.2"_s, u"1.2.0"_s), 0);
+        QCOMPARE(UpdateChecker::compareVersions(u"0.1.0"_s, u"0.2"_s), -1);
+    }
+
+    void updateChecks_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("newer") << 200
+                               << appcast({{"0.1.0", "https://e.example/0.1.0"},
+                                           {"0.3.1", "https://e.example/0.3.1"},
+                                           {"0.2.0", "https://e.example/0.2.0"}})
+                               << u"Lanternic 0.3.1 is available."_s;
+        QTest::newRow("current") << 200 << appcast({{"0.1.0", "https://e.example/a"}})
+                                 << u"You have the newest version of Lanternic."_s;
+        QTest::newRow("not an appcast")
+            << 200 << QByteArray("<html>")
+            << u"Could not check for updates: the update feed lists no release"_s;
+        QTest::newRow("missing")
+            << 404 << QByteArray()
+            << u"Could not check for updates: the update feed answered with HTTP status 404"_s;
+    }
+
+    void updateChecks()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        LoopbackServer server;
+        server.route("/appcast.xml", {status, body, {}});
+        QTemporaryDir dir;
+        QSettings defaults(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
+        QNetworkAccessManager session;
+        UpdateChecker checker(defaults, session, server.url("/appcast.xml"), u"0.1.0"_s);
+        QSignalSpy checked(&checker, &UpdateChecker::checked);
+        checker.checkForUpdates();
+        QVERIFY(checked.wait(5000));
+        const auto outcome = checked.first().first().value<UpdateChecker::Outcome>();
+        QTEST(outcome.message(), "message");
+        if (outcome.release)
+            QCOMPARE(outcome.release->link, QUrl(u"https://e.example/0.3.1"_s));
+    }
+
+    void updatesWithoutAFeed()
+    {
+        QTemporaryDir dir;
+        QSettings defaults(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
+        QNetworkAccessManager session;
+        UpdateChecker checker(defaults, session, QUrl(), u"0.1.0"_s);
+        QSignalSpy checked(&checker, &UpdateChecker::checked);
+        checker.checkForUpdates();
+        QCOMPARE(checked.size(), 1);
+        QCOMPARE(checked.first().first().value<UpdateChecker::Outcome>().message(),
+                 u"This build of Lanternic gets its updates from your package manager."_s);
+        QVERIFY(checker.automaticallyChecksForUpdates());
+        checker.setAutomaticallyChecksForUpdates(false);
+        QVERIFY(
+            !UpdateChecker(defaults, session, QUrl(), u"0.1.0"_s).automaticallyChecksForUpdates());
+    }
+
+    void oneInstance()
+    {
+        QTemporaryDir dir;
+        const QString name = dir.filePath(u"instance.socket"_s);
+        SingleInstance first(name);
+        QVERIFY(!first.askRunningInstanceToShow());
+        QVERIFY(first.listen());
+        QSignalSpy shown(&first, &SingleInstance::showRequested);
+        SingleInstance second(name);
+        QVERIFY(second.askRunningInstanceToShow());
+        QVERIFY(shown.wait(2000));
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    TestApp test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_app.moc"
