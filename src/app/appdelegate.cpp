@@ -72,9 +72,8 @@ void AppDelegate::updateIcon()
 {
     LanternicStore &store = *m_environment.store;
     const Health overall = store.overallHealth();
-    const qreal ratio = qApp->devicePixelRatio();
-    m_trayIcon->setIcon(QIcon(QPixmap::fromImage(
-        TrayIcon::draw(overall, store.issueCount(overall), QApplication::palette(), ratio))));
+    m_trayIcon->setIcon(
+        TrayIcon::icon(overall, store.issueCount(overall), QApplication::palette()));
     m_trayIcon->setToolTip(TrayIcon::toolTip(store.summaryText()));
 }
 

@@ -3,8 +3,9 @@
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
-#include <QFontMetricsF>
+#include <QIconEngine>
 #include <QPainter>
+#include <QPalette>
 
 namespace lanternic::TrayIcon {
 
@@ -45,6 +46,102 @@ QImage draw(Health overall, int badgeCount, const QPalette &palette, qreal pixel
     painter.setPen(Qt::black);
     painter.drawText(circle.adjusted(-4, 0, 4, 0), Qt::AlignCenter, QString::number(badgeCount));
     return icon;
+}
+
+QImage drawCompact(Health overall, int badgeCount, const QPalette &palette, qreal side,
+                   qreal pixelRatio)
+{
+    const QColor color = Theme::healthColor(overall, palette);
+    const qreal symbolSide = badgeCount < 1 ? side : side * 0.86;
+    const QImage symbol =
+        Symbols::image(u"waveform.path.ecg"_s, QSizeF(symbolSide, symbolSide), color, pixelRatio);
+    QImage icon((QSizeF(side, side) * pixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    icon.setDevicePixelRatio(pixelRatio);
+    icon.fill(Qt::transparent);
+    QPainter painter(&icon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawImage(QPointF(0, (side - symbolSide) / 2), symbol);
+    if (badgeCount < 1)
+        return icon;
+
+    const qreal diameter = side * 13.0 / 22.0;
+    const QRectF circle(side - diameter, side - diameter, diameter, diameter);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawEllipse(circle.adjusted(-1.5, -1.5, 1.5, 1.5));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setBrush(color);
+    painter.drawEllipse(circle);
+    painter.setFont(Theme::font(diameter * 9.0 / 13.0, QFont::Bold));
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.setPen(Qt::black);
+    painter.drawText(circle.adjusted(-4, 0, 4, 0), Qt::AlignCenter, QString::number(badgeCount));
+    return icon;
+}
+
+namespace {
+
+class TrayIconEngine : public QIconEngine {
+public:
+    TrayIconEngine(Health overall, int badgeCount, const QPalette &palette)
+        : m_overall(overall), m_count(badgeCount), m_palette(palette)
+    {
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        const QImage image = render(rect.size(), painter->device()->devicePixelRatioF());
+        const QSizeF size = image.deviceIndependentSize().scaled(rect.size(), Qt::KeepAspectRatio);
+        painter->drawImage(QRectF(QPointF(rect.x() + (rect.width() - size.width()) / 2,
+                                          rect.y() + (rect.height() - size.height()) / 2),
+                                  size),
+                           image);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return scaledPixmap(size, mode, state, 1.0);
+    }
+
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode, QIcon::State, qreal scale) override
+    {
+        QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(scale);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        paint(&painter, QRect(QPoint(0, 0), size), QIcon::Normal, QIcon::Off);
+        painter.end();
+        return QPixmap::fromImage(image);
+    }
+
+    QIconEngine *clone() const override
+    {
+        return new TrayIconEngine(m_overall, m_count, m_palette);
+    }
+
+private:
+    QImage render(QSize slot, qreal ratio) const
+    {
+        const QImage wide = draw(m_overall, m_count, m_palette, ratio);
+        const QSizeF wideSize = wide.deviceIndependentSize();
+        // Wide slots take the wide form as long as it would not shrink much.
+        if (slot.width() >= wideSize.width() * 0.9 * slot.height() / wideSize.height())
+            return wide;
+        return drawCompact(m_overall, m_count, m_palette, std::min(slot.width(), slot.height()),
+                           ratio);
+    }
+
+    Health m_overall;
+    int m_count;
+    QPalette m_palette;
+};
+
+} // namespace
+
+QIcon icon(Health overall, int badgeCount, const QPalette &palette)
+{
+    return QIcon(new TrayIconEngine(overall, badgeCount, palette));
 }
 
 QString toolTip(const QString &summaryText)

@@ -2,6 +2,7 @@
 
 #include "model/health.h"
 
+#include <QIcon>
 #include <QImage>
 #include <QString>
 
@@ -12,6 +13,15 @@ namespace lanternic::TrayIcon {
 // The tray icon: the ECG waveform in the overall health's colour and, when the count is at
 // least one, the count punched out of a small disc beside it.
 QImage draw(Health overall, int badgeCount, const QPalette &palette, qreal pixelRatio);
+
+// The same for square tray slots (most Linux trays): the disc overlaps the waveform's
+// lower right corner instead of standing beside it, so the digits stay legible.
+QImage drawCompact(Health overall, int badgeCount, const QPalette &palette, qreal side,
+                   qreal pixelRatio);
+
+// An icon that draws the wide form where the slot is wide and the compact form where it is
+// square.
+QIcon icon(Health overall, int badgeCount, const QPalette &palette);
 
 // "Lanternic — " and the summary.
 QString toolTip(const QString &summaryText);

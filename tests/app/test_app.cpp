@@ -100,6 +100,19 @@ private Q_SLOTS:
         QVERIFY(pixelAt(icon, QPointF(19.5, 8)).alpha() == 0);
     }
 
+    void squareSlotsGetTheCompactForm()
+    {
+        const QIcon icon = TrayIcon::icon(Health::degraded, 3, QApplication::palette());
+        const QImage square = icon.pixmap(QSize(22, 22)).toImage();
+        QCOMPARE(square.size(), QSize(22, 22));
+        const QColor orange = Theme::healthColor(Health::degraded, QApplication::palette());
+        // The disc sits in the lower right corner, inside the slot.
+        QCOMPARE(square.pixelColor(QPoint(21 - 6, 21 - 1)).rgb(), orange.rgb());
+        const QImage wide = icon.pixmap(QSize(68, 32)).toImage();
+        QCOMPARE(wide.pixelColor(QPoint(67 - 13, 16)).rgb(), orange.rgb());
+        QCOMPARE(wide.pixelColor(QPoint(39, 16)).alpha(), 0);
+    }
+
     void iconFollowsTheStore()
     {
         StoreFixture fixture;

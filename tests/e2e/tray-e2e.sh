@@ -15,7 +15,12 @@ cleanup() {
     rm -rf "$work"
 }
 trap cleanup EXIT
-fail() { echo "FAILED: $*"; xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true; exit 1; }
+fail() {
+    echo "FAILED: $*"
+    xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
+    sed 's/^/app: /' "$work/app.log" || true
+    exit 1
+}
 # Waits up to fifteen seconds for a command to succeed.
 await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
