@@ -20,6 +20,7 @@ sed 's/"degraded"/"down"/' samples/relay-feed.json >"$work/down.json"
 (cd "$work" && exec python3 -m http.server 18799 --bind 127.0.0.1 >/dev/null 2>&1) &
 pids+=($!)
 
+unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 export DISPLAY=:$((100 + $$ % 400))
 Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
 pids+=($!)

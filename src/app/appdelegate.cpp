@@ -34,6 +34,9 @@ AppDelegate::AppDelegate(AppEnvironment &environment, UpdateChecker &updates,
       m_loginItem(std::move(loginItem))
 {
     connect(&m_updates, &UpdateChecker::checked, this, [](const UpdateChecker::Outcome &outcome) {
+        // The daily check speaks up only when there is something new.
+        if (!outcome.requested && outcome.kind != UpdateChecker::Outcome::Kind::newerVersion)
+            return;
         QMessageBox box(QMessageBox::Information, u"Lanternic"_s, outcome.message());
         box.setTextFormat(Qt::PlainText);
         QPushButton *download = nullptr;

@@ -40,7 +40,7 @@ UpdateChecker::UpdateChecker(QSettings &defaults, QNetworkAccessManager &session
 {
     m_daily->setInterval(std::chrono::hours(24));
     m_daily->setTimerType(Qt::VeryCoarseTimer);
-    connect(m_daily, &QTimer::timeout, this, &UpdateChecker::checkForUpdates);
+    connect(m_daily, &QTimer::timeout, this, [this] { check(false); });
     scheduleAutomaticChecks();
 }
 
@@ -68,13 +68,19 @@ void UpdateChecker::scheduleAutomaticChecks()
 
 void UpdateChecker::checkForUpdates()
 {
+    check(true);
+}
+
+void UpdateChecker::check(bool requested)
+{
     if (m_feed.isEmpty()) {
-        Q_EMIT checked({Outcome::Kind::noFeed, std::nullopt, {}});
+        Q_EMIT checked({Outcome::Kind::noFeed, std::nullopt, {}, requested});
         return;
     }
-    network::get(m_session, m_feed, this, [this](network::Response response) {
+    network::get(m_session, m_feed, this, [this, requested](network::Response response) {
         if (response.transferFailure) {
-            Q_EMIT checked({Outcome::Kind::failed, std::nullopt, *response.transferFailure});
+            Q_EMIT checked(
+                {Outcome::Kind::failed, std::nullopt, *response.transferFailure, requested});
             return;
         }
         if (response.httpStatus && (*response.httpStatus < 200 || *response.httpStatus > 299)) {
@@ -90,9 +96,9 @@ void UpdateChecker::checkForUpdates()
             return;
         }
         if (compareVersions(newest->version, m_currentVersion) > 0)
-            Q_EMIT checked({Outcome::Kind::newerVersion, newest, {}});
+            Q_EMIT checked({Outcome::Kind::newerVersion, newest, {}, requested});
         else
-            Q_EMIT checked({Outcome::Kind::upToDate, std::nullopt, {}});
+            Q_EMIT checked({Outcome::Kind::upToDate, std::nullopt, {}, requested});
     });
 }
 

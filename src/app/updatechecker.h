@@ -27,6 +27,7 @@ public:
         Kind kind;
         std::optional<Release> release; // for newerVersion
         QString error;                  // for failed
+        bool requested = true;          // false for the daily automatic check
 
         // What to tell the user, in one or two sentences.
         QString message() const;
@@ -50,6 +51,7 @@ Q_SIGNALS:
 
 private:
     void scheduleAutomaticChecks();
+    void check(bool requested);
 
     QSettings &m_defaults;
     QNetworkAccessManager &m_session;

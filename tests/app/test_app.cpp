@@ -1,5 +1,6 @@
 #include "app/appdelegate.h"
 #include "app/appenvironment.h"
+#include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/singleinstance.h"
 #include "app/trayicon.h"
@@ -306,6 +307,15 @@ private Q_SLOTS:
         blocker.close();
         XdgAutostart blocked(dir.filePath(u"file/autostart/lanternic.desktop"_s), u"x"_s);
         QVERIFY(blocked.registerItem().has_value());
+    }
+
+    void escapeClosesTheSettingsWindow()
+    {
+        EscapeClosingWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QVERIFY(!window.isVisible());
     }
 
     void versions()

@@ -24,6 +24,8 @@ fail() {
 # Waits up to fifteen seconds for a command to succeed.
 await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
+# A real X session, whatever the other tests run on.
+unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 export DISPLAY=:$((100 + $$ % 400))
 Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
 pids+=($!)
