@@ -39,10 +39,10 @@ SleepTimer::~SleepTimer()
 void SleepTimer::start(std::chrono::milliseconds interval)
 {
     const auto ms = std::max<qint64>(interval.count(), 1);
-    itimerspec spec{};
-    spec.it_value.tv_sec = time_t(ms / 1000);
-    spec.it_value.tv_nsec = long(ms % 1000) * 1'000'000;
-    timerfd_settime(d->fd, 0, &spec, nullptr);
+    itimerspec wait{};
+    wait.it_value.tv_sec = time_t(ms / 1000);
+    wait.it_value.tv_nsec = long(ms % 1000) * 1'000'000;
+    timerfd_settime(d->fd, 0, &wait, nullptr);
     d->active = true;
     d->notifier->setEnabled(true);
 }
