@@ -83,6 +83,29 @@ private Q_SLOTS:
         QCOMPARE(unknown.size(), QSize(18, 16));
     }
 
+    void iconColour_data()
+    {
+        QTest::addColumn<Health>("health");
+        for (Health health : allHealths)
+            QTest::newRow(qPrintable(rawValue(health))) << health;
+    }
+
+    void iconColour()
+    {
+        QFETCH(Health, health);
+        const QImage icon = TrayIcon::draw(health, 0, QApplication::palette(), 1);
+        const QColor expected = Theme::healthColor(health, QApplication::palette());
+        QColor strongest(Qt::transparent);
+        for (int y = 0; y < icon.height(); ++y) {
+            for (int x = 0; x < icon.width(); ++x) {
+                const QColor pixel = icon.pixelColor(x, y);
+                if (pixel.alpha() > strongest.alpha())
+                    strongest = pixel;
+            }
+        }
+        QCOMPARE(strongest.rgb(), expected.rgb());
+    }
+
     void iconBadgeGeometry()
     {
         const QImage icon = TrayIcon::draw(Health::down, 12, QApplication::palette(), 2);

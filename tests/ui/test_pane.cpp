@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
@@ -109,6 +110,17 @@ DisplayProvider providerWith(QList<ComponentStatus> components)
 }
 
 } // namespace
+
+// Stands in for the browser.
+class UrlRecorder : public QObject {
+    Q_OBJECT
+
+public:
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { opened.append(url); }
+};
 
 class TestPane : public QObject {
     Q_OBJECT
@@ -357,6 +369,18 @@ private Q_SLOTS:
             QVERIFY2(painted > 20 && painted < 32 * 32 * 0.9, name);
         }
         QVERIFY(Symbols::icon(u"no.such.symbol"_s, Qt::red).isNull());
+    }
+
+    void onlyWebLinksOpen()
+    {
+        UrlRecorder recorder;
+        for (const char *scheme : {"http", "https", "file", "javascript", "mailto"})
+            QDesktopServices::setUrlHandler(QString::fromLatin1(scheme), &recorder, "open");
+        for (const char *url : {"https://status.example.com", "http://x.example/a",
+                                "file:///etc/passwd", "javascript:alert(1)", "mailto:a@b.c"})
+            openWebUrl(QUrl(QString::fromLatin1(url)));
+        QCOMPARE(recorder.opened, (QList<QUrl>{QUrl(u"https://status.example.com"_s),
+                                               QUrl(u"http://x.example/a"_s)}));
     }
 
     void feedTextStaysPlain()
