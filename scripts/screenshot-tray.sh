@@ -8,7 +8,9 @@ out=$(realpath -m "${1:-shots}")
 mkdir -p "$out"
 
 scripts/install-deps.sh
-command -v import >/dev/null || DEBIAN_FRONTEND=noninteractive apt-get install -y -qq imagemagick
+for tool in import:imagemagick python3:python3; do
+    command -v "${tool%%:*}" >/dev/null || DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${tool#*:}"
+done
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build --target lanternic
 
