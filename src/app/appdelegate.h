@@ -32,8 +32,6 @@ public:
     void closePanel();
     void openSettings();
 
-    QSystemTrayIcon *trayIcon() const { return m_trayIcon; }
-    PanelWindow *panel() const { return m_panel; }
 
 private:
     void updateIcon();

@@ -19,7 +19,6 @@ public:
 
     // Shows the panel with its top edge centred on the anchor.
     void showAt(QPointF anchorTopCenter);
-    LanternicPane *pane() const { return m_pane; }
 
     // Where a panel of this size goes: centred under the anchor, kept 4 points inside the
     // available area (the right-hand limit wins when the panel is wider than the space).

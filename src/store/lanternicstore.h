@@ -41,9 +41,6 @@ public:
     bool isRefreshing() const { return m_isRefreshing; }
     const CheckHistory &history() const { return m_history; }
 
-    AppSettings &settings() const { return m_settings; }
-    SilenceStore &silence() const { return m_silence; }
-
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
     // and again.
     void start();

@@ -21,7 +21,6 @@ public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
     void setText(const QString &text);
-    QString text() const { return m_text; }
     void setColor(const QColor &color);
 
     QSize sizeHint() const override;
@@ -70,7 +69,6 @@ public:
 
     const DisplayProvider &provider() const { return m_provider; }
     QToolButton *silenceButton() const { return m_menuButton; }
-    bool isHovering() const { return m_hovering; }
 
 protected:
     void enterEvent(QEnterEvent *event) override;
