@@ -32,7 +32,6 @@ public:
     void closePanel();
     void openSettings();
 
-
 private:
     void updateIcon();
     QPointF anchor() const;
