@@ -28,7 +28,7 @@ QSize MenuActionRow::sizeHint() const
 void MenuActionRow::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (m_hovering)
+    if (underMouse())
         painter.fillRect(rect(), Theme::accent(palette(), 0.15));
     const QColor color = palette().color(QPalette::WindowText);
     const qreal symbolSize = 13;
@@ -39,18 +39,6 @@ void MenuActionRow::paintEvent(QPaintEvent *)
     painter.setPen(color);
     painter.drawText(rect().adjusted(12 + 16 + 8, 0, -12, 0), Qt::AlignLeft | Qt::AlignVCenter,
                      text());
-}
-
-void MenuActionRow::enterEvent(QEnterEvent *)
-{
-    m_hovering = true;
-    update();
-}
-
-void MenuActionRow::leaveEvent(QEvent *)
-{
-    m_hovering = false;
-    update();
 }
 
 RefreshButton::RefreshButton(QWidget *parent) : QAbstractButton(parent)
@@ -66,26 +54,15 @@ void RefreshButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_hovering) {
+    const bool hovering = underMouse();
+    if (hovering) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Theme::accent(palette(), 0.15));
         painter.drawEllipse(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
     const QColor color =
-        m_hovering ? palette().color(QPalette::WindowText) : Theme::secondaryText(palette());
+        hovering ? palette().color(QPalette::WindowText) : Theme::secondaryText(palette());
     Symbols::paint(painter, u"arrow.clockwise"_s, QRectF(5, 5, 12, 12), color);
-}
-
-void RefreshButton::enterEvent(QEnterEvent *)
-{
-    m_hovering = true;
-    update();
-}
-
-void RefreshButton::leaveEvent(QEvent *)
-{
-    m_hovering = false;
-    update();
 }
 
 bool RefreshButton::hitButton(const QPoint &pos) const

@@ -7,7 +7,8 @@ class QTimer;
 
 namespace lanternic {
 
-// A full-width menu-like row: symbol, title, and an accent background on hover.
+// A full-width menu-like row: symbol, title, and an accent background on hover. Hover
+// repaints come with Qt::WA_Hover, so the look follows underMouse() without state of its own.
 class MenuActionRow : public QAbstractButton {
     Q_OBJECT
 
@@ -18,12 +19,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
 
 private:
     QString m_systemImage;
-    bool m_hovering = false;
 };
 
 // The round refresh button of the panel's header.
@@ -37,12 +35,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
     bool hitButton(const QPoint &pos) const override;
-
-private:
-    bool m_hovering = false;
 };
 
 // A small indeterminate progress indicator; it animates only while shown.
