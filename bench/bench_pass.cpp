@@ -1,8 +1,8 @@
 // One whole check pass over many sources served on loopback, as the app runs it.
 // Prints the pass's wall time and the process's resident memory before and at its peak.
 
-#include "app/appenvironment.h"
 #include "sources/network.h"
+#include "store/appenvironment.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

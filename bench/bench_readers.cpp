@@ -1,6 +1,7 @@
 // Reading a large Statuspage summary: through the whole detection chain versus the
 // Statuspage reader alone. The chain parses the body once, so the two should be close.
 
+#include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
 #include "sources/statuspagesource.h"
 
@@ -91,15 +92,13 @@ void StatuspageReaderAlone(benchmark::State &state)
 {
     const QByteArray body = largeSummary();
     const JSONSource s = source();
-    auto read = [&] {
-        return StatuspageSource::parse(s.id, s.name, s.homeURL, s.treatAsOperational,
-                                       s.includeGroups, body);
-    };
+    // The chain parses once too, so the parse is part of the reader's cost here.
+    auto read = [&] { return StatuspageSource::parse(s, parseJson(body)); };
     for (auto _ : state) {
         auto reading = read();
         benchmark::DoNotOptimize(reading);
     }
-    checkReading(state, std::get<SourceResult>(read()));
+    checkReading(state, *read());
     state.SetBytesProcessed(state.iterations() * body.size());
 }
 

@@ -1,7 +1,12 @@
 #!/usr/bin/env bash
-# Fails when a C++ file differs from what clang-format makes of it.
+# Fails when a C++ file differs from what clang-format 14 (Debian 12's) makes of it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-mapfile -t files < <(git ls-files -- '*.cpp' '*.h')
-[ ${#files[@]} -eq 0 ] || clang-format --dry-run --Werror "${files[@]}"
+format=clang-format-14
+if ! files=$(git ls-files -- '*.cpp' '*.h' '*.mm') || [ -z "$files" ]; then
+    echo "check-format: cannot list the C++ files (is this a git checkout?)" >&2
+    exit 1
+fi
+mapfile -t files <<<"$files"
+"$format" --dry-run --Werror "${files[@]}"

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 # The X server, tray host and X tools run the end-to-end tray test.
-packages=(g++ cmake ninja-build qt6-base-dev libbenchmark-dev clang-format curl
+packages=(g++ cmake ninja-build qt6-base-dev libbenchmark-dev clang-format-14 curl libcurl4-openssl-dev
     xvfb trayer xdotool x11-utils dbus)
 
 missing=()

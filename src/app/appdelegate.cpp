@@ -1,12 +1,12 @@
 #include "app/appdelegate.h"
 
-#include "app/appenvironment.h"
 #include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/trayicon.h"
 #include "app/updatechecker.h"
+#include "platform/loginitem.h"
+#include "store/appenvironment.h"
 #include "ui/lanternicpane.h"
-#include "ui/loginitem.h"
 #include "ui/settingsview.h"
 
 #include <QApplication>

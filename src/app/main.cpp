@@ -1,9 +1,9 @@
 #include "app/appdelegate.h"
-#include "app/appenvironment.h"
 #include "app/singleinstance.h"
 #include "app/updatechecker.h"
+#include "platform/loginitem.h"
 #include "sources/network.h"
-#include "ui/loginitem.h"
+#include "store/appenvironment.h"
 
 #include <QApplication>
 #include <QNetworkAccessManager>

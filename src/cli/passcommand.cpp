@@ -1,9 +1,10 @@
 #include "cli/passcommand.h"
 
-#include "app/appenvironment.h"
 #include "cli/resultjson.h"
 #include "model/settingskeys.h"
 #include "sources/network.h"
+#include "store/appenvironment.h"
+#include "store/displaytext.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -55,19 +56,6 @@ QJsonValue untilJson(const SilenceUntil &until)
     return isoTimestamp(until.date);
 }
 
-QString untilText(const SilenceUntil &until)
-{
-    switch (until.kind) {
-    case SilenceUntil::Kind::resolved:
-        return u"until resolved"_s;
-    case SilenceUntil::Kind::forever:
-        return u"forever"_s;
-    case SilenceUntil::Kind::date:
-        break;
-    }
-    return u"until "_s + until.date.toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s);
-}
-
 QByteArray jsonReport(const LanternicStore &store)
 {
     QJsonArray results;
@@ -114,7 +102,8 @@ QByteArray textReport(const LanternicStore &store)
     if (!silenced.isEmpty()) {
         text += u"\nSilenced:\n"_s;
         for (const SilencedItem &item : silenced)
-            text += u"  "_s + item.title + u" ("_s + untilText(item.until) + u")\n"_s;
+            text += u"  "_s + item.title + u" ("_s +
+                    DisplayText::timeLeftText(item.until, store.now()) + u")\n"_s;
     }
     return text.toUtf8();
 }

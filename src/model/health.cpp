@@ -68,4 +68,13 @@ std::optional<Health> worstHealth(const QList<Health> &healths)
     return worst;
 }
 
+Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational)
+{
+    if (treatAsOperational.contains(status) || status == QLatin1StringView("operational"))
+        return Health::operational;
+    if (status == QLatin1StringView("major_outage") || status == QLatin1StringView("full_outage"))
+        return Health::down;
+    return Health::degraded;
+}
+
 } // namespace lanternic

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringView>
 #include <array>
@@ -21,6 +22,10 @@ QString label(Health health);
 
 // operational < unknown < degraded < down: not knowing is better than reported trouble.
 int severity(Health health);
+
+// The health a feed's component status word stands for ("operational", "major_outage", …);
+// words nobody lists count as degraded, and treatAsOperational lets a source relax some.
+Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational = {});
 
 // The most severe of the list; on a tie the first one met stands. Empty lists have no worst.
 std::optional<Health> worstHealth(const QList<Health> &healths);

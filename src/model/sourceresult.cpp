@@ -30,9 +30,14 @@ std::pair<Health, QString> SourceResult::summarize(const QList<ComponentStatus> 
     }
     if (count == 0)
         return {Health::operational, allClearText};
+    return {worst, affectedDetail(*first, count, worst)};
+}
+
+QString SourceResult::affectedDetail(const ComponentStatus &first, qsizetype count, Health health)
+{
     if (count == 1)
-        return {worst, first->name + QStringLiteral(" \u2014 ") + label(worst).toLower()};
-    return {worst, QString::number(count) + QStringLiteral(" components affected")};
+        return first.name + QStringLiteral(" \u2014 ") + label(health).toLower();
+    return QString::number(count) + QStringLiteral(" components affected");
 }
 
 } // namespace lanternic

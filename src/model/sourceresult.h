@@ -36,6 +36,10 @@ struct SourceResult {
 
     QList<ComponentStatus> affectedComponents() const;
 
+    // The detail line for affected components: "API — down" for one, "3 components affected"
+    // for more. health is the one component's (or the worst) health.
+    static QString affectedDetail(const ComponentStatus &first, qsizetype count, Health health);
+
     // Folds components into one health and one detail line; allClearText when none is affected.
     static std::pair<Health, QString> summarize(const QList<ComponentStatus> &components,
                                                 const QString &allClearText);

@@ -2,7 +2,7 @@
 
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
-#include "sources/statuspagesource.h"
+#include "sources/jsonsource.h"
 
 #include <QHash>
 
@@ -161,13 +161,7 @@ bool looksLikeIncidentWidget(const QJsonDocument &document)
     return root.contains("ongoing_incidents"_L1) || root.contains("subpages"_L1);
 }
 
-bool looksLikeIncidentWidget(const QByteArray &data)
-{
-    return looksLikeIncidentWidget(parseJson(data));
-}
-
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
 {
     if (!looksLikeIncidentWidget(document))
         return std::nullopt;
@@ -192,10 +186,10 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
             *recorded = keyed->status;
     }
 
-    const QString prefix = id + "::"_L1;
+    const QString prefix = source.id + "::"_L1;
     SourceResult result;
-    result.id = id;
-    result.name = name;
+    result.id = source.id;
+    result.name = source.name;
 
     const QList<Item> items =
         summary->structure ? summary->structure->items.value_or(QList<Item>()) : QList<Item>();
@@ -212,8 +206,8 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
             if (!key)
                 continue;
             const QString status = worstStatus.value(*key, u"operational"_s);
-            result.components.append({prefix + *key, component.name.value_or(*key),
-                                      StatuspageSource::componentHealth(status), status});
+            result.components.append(
+                {prefix + *key, component.name.value_or(*key), componentHealth(status), status});
         }
     }
 
@@ -223,12 +217,11 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
             if (!keyed || keyed->status == "operational"_L1)
                 continue;
             result.components.append({prefix + keyed->key, reference.name.value_or(keyed->key),
-                                      StatuspageSource::componentHealth(keyed->status),
-                                      keyed->status});
+                                      componentHealth(keyed->status), keyed->status});
         }
     }
 
-    result.url = home;
+    result.url = source.homeURL;
     if (summary->publicUrl) {
         if (auto url = parseUrl(*summary->publicUrl))
             result.url = *url;
@@ -249,12 +242,6 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
 
     result.checkedAt = QDateTime::currentDateTimeUtc();
     return result;
-}
-
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const QByteArray &data)
-{
-    return parse(id, name, home, parseJson(data));
 }
 
 } // namespace lanternic::IncidentIOSource

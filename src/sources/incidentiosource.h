@@ -2,13 +2,14 @@
 
 #include "model/sourceresult.h"
 
-#include <QByteArray>
 #include <QJsonDocument>
 #include <QString>
 #include <QUrl>
 #include <optional>
 
 namespace lanternic {
+
+struct JSONSource;
 
 // Reads the widget document that incident.io status pages publish at /proxy/<host>.
 namespace IncidentIOSource {
@@ -58,12 +59,8 @@ std::optional<QUrl> widgetURL(const QString &host, const std::optional<QString> 
 
 // A test of key presence only: does the body look like a widget document at all?
 bool looksLikeIncidentWidget(const QJsonDocument &document);
-bool looksLikeIncidentWidget(const QByteArray &data);
 
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const QJsonDocument &document);
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const QByteArray &data);
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
 
 } // namespace IncidentIOSource
 

@@ -3,12 +3,26 @@
 #include "sources/incidentiosource.h"
 #include "sources/jsondecoder.h"
 #include "sources/network.h"
+#include "sources/relayfeedsource.h"
 #include "sources/statuspagesource.h"
 #include "sources/updogsource.h"
+
+#include <array>
 
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Every reader has this shape: nothing when the document is not in its format.
+using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
+
+// In detection order: the first reader that accepts a document wins.
+constexpr std::array<Reader, 4> readers{&RelayFeedSource::parse, &IncidentIOSource::parse,
+                                        &UpdogSource::parse, &StatuspageSource::parse};
+
+} // namespace
 
 void JSONSource::check(QNetworkAccessManager &session, QObject *context, CheckCompletion done) const
 {
@@ -31,16 +45,10 @@ SourceResult JSONSource::read(const QByteArray &body) const
 {
     // Parsed once; every reader looks at the same document.
     const QJsonDocument document = parseJson(body);
-    if (auto result = Native::parse(id, name, homeURL, document))
-        return *result;
-    if (auto result = IncidentIOSource::parse(id, name, homeURL, document))
-        return *result;
-    if (auto result = UpdogSource::parse(id, name, homeURL, updogProvider, updogService, document))
-        return *result;
-    auto reading =
-        StatuspageSource::parse(id, name, homeURL, treatAsOperational, includeGroups, document);
-    if (auto *result = std::get_if<SourceResult>(&reading))
-        return std::move(*result);
+    for (Reader reader : readers) {
+        if (auto result = reader(*this, document))
+            return std::move(*result);
+    }
     return failure(
         u"Unrecognized status format"_s,
         u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);

@@ -2,9 +2,9 @@
 
 #include "model/healthsource.h"
 #include "model/sourceresult.h"
+#include "sources/relayfeedsource.h"
 
 #include <QByteArray>
-#include <QJsonDocument>
 #include <QSet>
 #include <QString>
 #include <QUrl>
@@ -26,26 +26,8 @@ struct JSONSource {
     std::optional<QString> updogProvider;
     std::optional<QString> updogService;
 
-    // Our own relay feed, schema "lanternic.v1": health, detail and components stated directly.
-    struct Native {
-        struct Component {
-            QString id;
-            QString name;
-            QString status;
-            std::optional<QString> label;
-        };
-        QString schema;
-        std::optional<QString> name;
-        std::optional<QString> health;
-        std::optional<QString> detail;
-        std::optional<QString> url;
-        std::optional<QList<Component>> components;
-
-        static std::optional<SourceResult> parse(const QString &id, const QString &name,
-                                                 const QUrl &home, const QJsonDocument &document);
-        static std::optional<SourceResult> parse(const QString &id, const QString &name,
-                                                 const QUrl &home, const QByteArray &data);
-    };
+    // Our own relay feed document.
+    using Native = RelayFeedSource::Document;
 
     void check(QNetworkAccessManager &session, QObject *context, CheckCompletion done) const;
 

@@ -3,6 +3,7 @@
 #include "model/settingskeys.h"
 #include "model/urls.h"
 #include "sources/incidentiosource.h"
+#include "sources/jsondecoder.h"
 #include "sources/network.h"
 
 #include <QSettings>
@@ -67,7 +68,7 @@ void SourceKindStore::probe(const QString &host, QNetworkAccessManager &session,
         if (response.transferFailure || !response.httpStatus)
             done(std::nullopt);
         else if (*response.httpStatus == 200 &&
-                 IncidentIOSource::looksLikeIncidentWidget(response.body))
+                 IncidentIOSource::looksLikeIncidentWidget(parseJson(response.body)))
             done(SourceKind::incidentio);
         else
             done(SourceKind::atlassian);

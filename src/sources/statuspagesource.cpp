@@ -2,6 +2,7 @@
 
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
+#include "sources/jsonsource.h"
 
 #include <QHash>
 
@@ -9,7 +10,7 @@ namespace lanternic::StatuspageSource {
 
 using namespace Qt::StringLiterals;
 
-std::variant<Summary, DecodingFailure> decode(const QJsonDocument &document)
+std::optional<Summary> decode(const QJsonDocument &document)
 {
     JsonDecoder d(KeyStyle::fromSnakeCase);
     Summary summary;
@@ -36,17 +37,8 @@ std::variant<Summary, DecodingFailure> decode(const QJsonDocument &document)
     if (auto page = d.optionalObject(root, "page"_L1))
         summary.page = Summary::Page{d.optionalString(*page, "url"_L1)};
     if (!d.ok())
-        return DecodingFailure{d.failure()};
+        return std::nullopt;
     return summary;
-}
-
-Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational)
-{
-    if (treatAsOperational.contains(status) || status == "operational"_L1)
-        return Health::operational;
-    if (status == "major_outage"_L1 || status == "full_outage"_L1)
-        return Health::down;
-    return Health::degraded;
 }
 
 Health indicatorHealth(const QString &indicator)
@@ -60,19 +52,18 @@ Health indicatorHealth(const QString &indicator)
     return Health::unknown;
 }
 
-Reading parse(const QString &id, const QString &name, const QUrl &home,
-              const QSet<QString> &treatAsOperational,
-              const std::optional<QSet<QString>> &includeGroups, const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
 {
-    auto decoded = decode(document);
-    if (auto *failure = std::get_if<DecodingFailure>(&decoded))
-        return *failure;
-    const Summary &summary = std::get<Summary>(decoded);
+    const std::optional<Summary> decoded = decode(document);
+    if (!decoded)
+        return std::nullopt;
+    const Summary &summary = *decoded;
+    const auto &includeGroups = source.includeGroups;
 
     SourceResult result;
-    result.id = id;
-    result.name = name;
-    result.url = home;
+    result.id = source.id;
+    result.name = source.name;
+    result.url = source.homeURL;
     if (summary.page && summary.page->url) {
         if (auto url = parseUrl(*summary.page->url))
             result.url = *url;
@@ -94,8 +85,8 @@ Reading parse(const QString &id, const QString &name, const QUrl &home,
             if (group == groupNames.constEnd() || !includeGroups->contains(*group))
                 continue;
         }
-        result.components.append({id + "::"_L1 + component.id, component.name,
-                                  componentHealth(component.status, treatAsOperational),
+        result.components.append({source.id + "::"_L1 + component.id, component.name,
+                                  componentHealth(component.status, source.treatAsOperational),
                                   component.status});
     }
 
@@ -108,13 +99,6 @@ Reading parse(const QString &id, const QString &name, const QUrl &home,
     }
     result.checkedAt = QDateTime::currentDateTimeUtc();
     return result;
-}
-
-Reading parse(const QString &id, const QString &name, const QUrl &home,
-              const QSet<QString> &treatAsOperational,
-              const std::optional<QSet<QString>> &includeGroups, const QByteArray &data)
-{
-    return parse(id, name, home, treatAsOperational, includeGroups, parseJson(data));
 }
 
 } // namespace lanternic::StatuspageSource

@@ -2,19 +2,13 @@
 
 #include "model/sourceresult.h"
 
-#include <QByteArray>
 #include <QJsonDocument>
-#include <QSet>
 #include <QString>
-#include <QUrl>
 #include <optional>
-#include <variant>
 
 namespace lanternic {
 
-struct DecodingFailure {
-    QString description;
-};
+struct JSONSource;
 
 // Reads the summary document that Atlassian Statuspage pages publish at /api/v2/summary.json.
 namespace StatuspageSource {
@@ -40,19 +34,10 @@ struct Summary {
     std::optional<Page> page;
 };
 
-using Reading = std::variant<SourceResult, DecodingFailure>;
+std::optional<Summary> decode(const QJsonDocument &document);
 
-std::variant<Summary, DecodingFailure> decode(const QJsonDocument &document);
-
-Reading parse(const QString &id, const QString &name, const QUrl &home,
-              const QSet<QString> &treatAsOperational,
-              const std::optional<QSet<QString>> &includeGroups, const QJsonDocument &document);
-Reading parse(const QString &id, const QString &name, const QUrl &home,
-              const QSet<QString> &treatAsOperational,
-              const std::optional<QSet<QString>> &includeGroups, const QByteArray &data);
-
-// The health a component status word stands for; unknown words count as degraded.
-Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational = {});
+// Honours the source's treatAsOperational words and includeGroups.
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
 
 // The health a page-wide indicator stands for; unknown indicators count as unknown.
 Health indicatorHealth(const QString &indicator);

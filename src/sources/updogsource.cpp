@@ -1,6 +1,7 @@
 #include "sources/updogsource.h"
 
 #include "sources/jsondecoder.h"
+#include "sources/jsonsource.h"
 
 namespace lanternic::UpdogSource {
 
@@ -95,15 +96,7 @@ bool looksLikeUpdogFeed(const QJsonDocument &document)
         .isArray();
 }
 
-bool looksLikeUpdogFeed(const QByteArray &data)
-{
-    return looksLikeUpdogFeed(parseJson(data));
-}
-
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const std::optional<QString> &provider,
-                                  const std::optional<QString> &service,
-                                  const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
 {
     if (!looksLikeUpdogFeed(document))
         return std::nullopt;
@@ -111,10 +104,13 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
     if (!providers)
         return std::nullopt;
 
+    const QString &id = source.id;
+    const std::optional<QString> &provider = source.updogProvider;
+    const std::optional<QString> &service = source.updogService;
     SourceResult result;
     result.id = id;
-    result.name = name;
-    result.url = home;
+    result.name = source.name;
+    result.url = source.homeURL;
     result.checkedAt = QDateTime::currentDateTimeUtc();
 
     QList<Provider> matches;
@@ -145,13 +141,6 @@ std::optional<SourceResult> parse(const QString &id, const QString &name, const 
         result.detail = noOutages;
     }
     return result;
-}
-
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const std::optional<QString> &provider,
-                                  const std::optional<QString> &service, const QByteArray &data)
-{
-    return parse(id, name, home, provider, service, parseJson(data));
 }
 
 } // namespace lanternic::UpdogSource

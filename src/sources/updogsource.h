@@ -2,13 +2,13 @@
 
 #include "model/sourceresult.h"
 
-#include <QByteArray>
 #include <QJsonDocument>
 #include <QString>
-#include <QUrl>
 #include <optional>
 
 namespace lanternic {
+
+struct JSONSource;
 
 // Reads the Updog cloud-outage feed for one provider, and optionally one of its services.
 namespace UpdogSource {
@@ -32,15 +32,9 @@ struct Provider {
 
 // A test of structure only: data.attributes.provider_data must be an array.
 bool looksLikeUpdogFeed(const QJsonDocument &document);
-bool looksLikeUpdogFeed(const QByteArray &data);
 
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const std::optional<QString> &provider,
-                                  const std::optional<QString> &service,
-                                  const QJsonDocument &document);
-std::optional<SourceResult> parse(const QString &id, const QString &name, const QUrl &home,
-                                  const std::optional<QString> &provider,
-                                  const std::optional<QString> &service, const QByteArray &data);
+// Picks the source's updogProvider, and updogService when it names one.
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
 
 } // namespace UpdogSource
 

@@ -64,11 +64,8 @@ QList<DisplayProvider> providers(const QList<SourceResult> &results, const Silen
         QString detail;
         if (result.error)
             detail = result.detail;
-        else if (unsilenced.size() == 1)
-            detail = unsilenced.first().name + u" \u2014 "_s +
-                     label(unsilenced.first().health).toLower();
-        else if (unsilenced.size() > 1)
-            detail = QString::number(unsilenced.size()) + u" components affected"_s;
+        else if (!unsilenced.isEmpty())
+            detail = SourceResult::affectedDetail(unsilenced.first(), unsilenced.size(), health);
         else
             detail = health == Health::operational ? u"Operational"_s : result.detail;
         rows.append({result, health, detail});

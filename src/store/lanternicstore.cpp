@@ -2,9 +2,9 @@
 
 #include "config/appsettings.h"
 #include "config/sourceregistry.h"
+#include "platform/sleeptimer.h"
 #include "sources/sourcekindstore.h"
 #include "store/silencestore.h"
-#include "store/sleeptimer.h"
 
 #include <QHash>
 #include <QQueue>

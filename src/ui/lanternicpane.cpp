@@ -1,6 +1,7 @@
 #include "ui/lanternicpane.h"
 
 #include "config/appsettings.h"
+#include "store/displaytext.h"
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
 #include "ui/panecontrols.h"
@@ -235,7 +236,7 @@ void LanternicPane::updateHeader()
             .pixmap(QSize(13, 13), devicePixelRatioF()));
     m_overallSymbol->setAccessibleName(label(overall));
     m_summary->setText(m_store.summaryText());
-    m_lastCheck->setText(PaneText::lastCheckText(m_store.lastChecked(), m_store.now()));
+    m_lastCheck->setText(DisplayText::lastCheckText(m_store.lastChecked(), m_store.now()));
     m_refreshControl->setCurrentIndex(m_store.isRefreshing() ? 1 : 0);
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }

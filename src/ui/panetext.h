@@ -14,11 +14,6 @@ namespace lanternic {
 // The texts and menu contents of the panel, apart from the widgets that show them.
 namespace PaneText {
 
-// "Never updated", "Updated just now", "Updated 42s ago", … "Updated 3d ago".
-QString lastCheckText(const std::optional<QDateTime> &lastChecked, const QDateTime &now);
-// "until resolved", "forever", "2d 5h left", "1h 0m left", "0m left".
-QString timeLeftText(const SilenceUntil &until, const QDateTime &now);
-
 // One submenu of a row's silence menu: what it silences, and how it is titled.
 struct SilenceTarget {
     QString id;

@@ -1,5 +1,6 @@
 #include "ui/rowviews.h"
 
+#include "store/displaytext.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"
@@ -308,7 +309,7 @@ QString SilencedRowView::timeLeft() const
 
 void SilencedRowView::updateTimeLeft()
 {
-    m_timeLeft->setText(PaneText::timeLeftText(m_until, m_clock()));
+    m_timeLeft->setText(DisplayText::timeLeftText(m_until, m_clock()));
 }
 
 } // namespace lanternic

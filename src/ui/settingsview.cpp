@@ -2,7 +2,7 @@
 
 #include "config/appsettings.h"
 #include "config/sourceregistry.h"
-#include "ui/loginitem.h"
+#include "platform/loginitem.h"
 #include "ui/theme.h"
 
 #include <QButtonGroup>

@@ -1,4 +1,5 @@
 #include "sources/incidentiosource.h"
+#include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
 #include "sources/statuspagesource.h"
 #include "sources/updogsource.h"
@@ -401,16 +402,11 @@ private Q_SLOTS:
 
     void readersDeclineForeignBodies()
     {
-        const QByteArray summary = R"({"status":{"indicator":"none"}})";
-        const QUrl home(u"https://home.example"_s);
-        QCOMPARE(JSONSource::Native::parse(u"s"_s, u"S"_s, home, summary), std::nullopt);
-        QCOMPARE(IncidentIOSource::parse(u"s"_s, u"S"_s, home, summary), std::nullopt);
-        QCOMPARE(UpdogSource::parse(u"s"_s, u"S"_s, home, std::nullopt, std::nullopt, summary),
-                 std::nullopt);
-        const auto reading =
-            StatuspageSource::parse(u"s"_s, u"S"_s, home, {}, std::nullopt, QByteArray("{}"));
-        QVERIFY(std::holds_alternative<DecodingFailure>(reading));
-        QVERIFY(!std::get<DecodingFailure>(reading).description.isEmpty());
+        const QJsonDocument summary = parseJson(R"({"status":{"indicator":"none"}})");
+        QCOMPARE(RelayFeedSource::parse(source(), summary), std::nullopt);
+        QCOMPARE(IncidentIOSource::parse(source(), summary), std::nullopt);
+        QCOMPARE(UpdogSource::parse(source(), summary), std::nullopt);
+        QCOMPARE(StatuspageSource::parse(source(), parseJson("{}")), std::nullopt);
     }
 
     void widgetURL_data()

@@ -1,6 +1,6 @@
-#include "app/appenvironment.h"
 #include "config/sourceregistry.h"
-#include "store/sleeptimer.h"
+#include "platform/sleeptimer.h"
+#include "store/appenvironment.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 #include "support/redirectingsession.h"

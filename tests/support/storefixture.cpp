@@ -8,8 +8,9 @@
 using namespace Qt::StringLiterals;
 
 StoreFixture::StoreFixture()
-    : defaults(dir.filePath(u"settings.ini"_s), QSettings::IniFormat), settings(defaults),
-      silence(defaults), kinds(defaults), store(settings, silence, kinds, defaults, session),
+    : defaults(dir.filePath(u"settings.ini"_s), QSettings::IniFormat),
+      environment(defaults, session, lanternic::AppEnvironment::LaunchPass::none),
+      settings(environment.settings), silence(environment.silence), store(*environment.store),
       now(QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate))
 {
     store.setClock([this] { return now; });

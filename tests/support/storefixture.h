@@ -1,9 +1,6 @@
 #pragma once
 
-#include "config/appsettings.h"
-#include "sources/sourcekindstore.h"
-#include "store/lanternicstore.h"
-#include "store/silencestore.h"
+#include "store/appenvironment.h"
 #include "support/loopbackserver.h"
 
 #include <QNetworkAccessManager>
@@ -28,10 +25,10 @@ public:
     QSettings defaults;
     LoopbackServer server;
     QNetworkAccessManager session;
-    lanternic::AppSettings settings;
-    lanternic::SilenceStore silence;
-    lanternic::SourceKindStore kinds;
-    lanternic::LanternicStore store;
+    lanternic::AppEnvironment environment;
+    lanternic::AppSettings &settings;
+    lanternic::SilenceStore &silence;
+    lanternic::LanternicStore &store;
     QDateTime now;
 
 private:

@@ -1,4 +1,5 @@
 #include "scenes.h"
+#include "store/displaytext.h"
 #include "ui/lanternicpane.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
@@ -272,7 +273,7 @@ private Q_SLOTS:
     void lastCheckTexts()
     {
         QFETCH(qint64, msAgo);
-        QTEST(PaneText::lastCheckText(now.addMSecs(-msAgo), now), "text");
+        QTEST(DisplayText::lastCheckText(now.addMSecs(-msAgo), now), "text");
     }
 
     void timeLeftTexts_data()
@@ -289,7 +290,8 @@ private Q_SLOTS:
     void timeLeftTexts()
     {
         QFETCH(qint64, secondsLeft);
-        QTEST(PaneText::timeLeftText(SilenceUntil::until(now.addSecs(secondsLeft)), now), "text");
+        QTEST(DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(secondsLeft)), now),
+              "text");
     }
 
     void heightRule()

@@ -1,4 +1,4 @@
-#include "app/xdgautostart.h"
+#include "platform/xdgautostart.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "ui/loginitem.h"
+#include "platform/loginitem.h"
 
 namespace lanternic {
 

@@ -1,4 +1,4 @@
-#include "store/sleeptimer.h"
+#include "platform/sleeptimer.h"
 
 #include <QSocketNotifier>
 #include <sys/timerfd.h>

@@ -1,19 +1,20 @@
+#include "sources/relayfeedsource.h"
+
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
-#include "sources/statuspagesource.h"
 
-namespace lanternic {
+namespace lanternic::RelayFeedSource {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<JSONSource::Native> decodeNative(const QJsonDocument &document)
+std::optional<Document> decode(const QJsonDocument &document)
 {
     JsonDecoder d(KeyStyle::exact);
     const QJsonObject root = d.root(document);
-    JSONSource::Native feed;
+    Document feed;
     feed.schema = d.string(root, "schema"_L1);
     feed.name = d.optionalString(root, "name"_L1);
     feed.health = d.optionalString(root, "health"_L1);
@@ -35,24 +36,23 @@ std::optional<JSONSource::Native> decodeNative(const QJsonDocument &document)
 
 } // namespace
 
-std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const QString &name,
-                                                      const QUrl &home,
-                                                      const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
 {
     // The schema is required, so most foreign documents stop at the first lookup.
     if (document.object().value("schema"_L1) != u"lanternic.v1"_s)
         return std::nullopt;
-    const std::optional<Native> feed = decodeNative(document);
+    const std::optional<Document> feed = decode(document);
     if (!feed)
         return std::nullopt;
 
     SourceResult result;
-    result.id = id;
-    result.name = feed->name.value_or(name);
-    for (const Component &component : feed->components.value_or(QList<Component>())) {
-        const Health health = healthFromRawValue(component.status)
-                                  .value_or(StatuspageSource::componentHealth(component.status));
-        result.components.append({id + "::"_L1 + component.id, component.name, health,
+    result.id = source.id;
+    result.name = feed->name.value_or(source.name);
+    for (const Document::Component &component :
+         feed->components.value_or(QList<Document::Component>())) {
+        const Health health =
+            healthFromRawValue(component.status).value_or(componentHealth(component.status));
+        result.components.append({source.id + "::"_L1 + component.id, component.name, health,
                                   component.label.value_or(component.status)});
     }
     if (result.components.isEmpty()) {
@@ -65,7 +65,7 @@ std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const Q
         if (feed->detail)
             result.detail = *feed->detail;
     }
-    result.url = home;
+    result.url = source.homeURL;
     if (feed->url) {
         if (auto url = parseUrl(*feed->url))
             result.url = *url;
@@ -74,10 +74,4 @@ std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const Q
     return result;
 }
 
-std::optional<SourceResult> JSONSource::Native::parse(const QString &id, const QString &name,
-                                                      const QUrl &home, const QByteArray &data)
-{
-    return parse(id, name, home, parseJson(data));
-}
-
-} // namespace lanternic
+} // namespace lanternic::RelayFeedSource

@@ -1,5 +1,5 @@
-#include "app/xdgautostart.h"
-#include "ui/loginitem.h"
+#include "platform/loginitem.h"
+#include "platform/xdgautostart.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/loginitem.h"
+#include "platform/loginitem.h"
 
 namespace lanternic {
 

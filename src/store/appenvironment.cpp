@@ -1,10 +1,11 @@
-#include "app/appenvironment.h"
+#include "store/appenvironment.h"
 
 #include "config/sourceregistry.h"
 
 namespace lanternic {
 
-AppEnvironment::AppEnvironment(QSettings &defaults, QNetworkAccessManager &session)
+AppEnvironment::AppEnvironment(QSettings &defaults, QNetworkAccessManager &session,
+                               LaunchPass launchPass)
     : settings(defaults), silence(defaults), kinds(defaults)
 {
     QList<std::pair<QString, QString>> current;
@@ -13,6 +14,8 @@ AppEnvironment::AppEnvironment(QSettings &defaults, QNetworkAccessManager &sessi
     silence.rekey(current);
 
     store = std::make_unique<LanternicStore>(settings, silence, kinds, defaults, session);
+    if (launchPass == LaunchPass::none)
+        return;
     // Queued, like a task that starts after construction, so callers can connect first.
     QMetaObject::invokeMethod(
         store.get(), [store = store.get()] { store->refresh(); }, Qt::QueuedConnection);

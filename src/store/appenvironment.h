@@ -17,12 +17,15 @@ namespace lanternic {
 // The app builds one; tests and lanternic-check build their own over files of their choosing.
 class AppEnvironment {
 public:
-    AppEnvironment(QSettings &defaults, QNetworkAccessManager &session);
+    // Tests that run their passes themselves leave out the launch pass.
+    enum class LaunchPass { queued, none };
+
+    AppEnvironment(QSettings &defaults, QNetworkAccessManager &session,
+                   LaunchPass launchPass = LaunchPass::queued);
 
     AppSettings settings;
     SilenceStore silence;
     SourceKindStore kinds;
-    // The update controller joins here when the tray app has one.
     std::unique_ptr<LanternicStore> store;
 };
 

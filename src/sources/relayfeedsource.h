@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/sourceresult.h"
+
+#include <QJsonDocument>
+#include <QList>
+#include <QString>
+#include <optional>
+
+namespace lanternic {
+
+struct JSONSource;
+
+// Reads our own relay feed, schema "lanternic.v1": health, detail and components stated directly.
+namespace RelayFeedSource {
+
+struct Document {
+    struct Component {
+        QString id;
+        QString name;
+        QString status;
+        std::optional<QString> label;
+    };
+    QString schema;
+    std::optional<QString> name;
+    std::optional<QString> health;
+    std::optional<QString> detail;
+    std::optional<QString> url;
+    std::optional<QList<Component>> components;
+};
+
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
+
+} // namespace RelayFeedSource
+
+} // namespace lanternic
