@@ -85,10 +85,5 @@ private Q_SLOTS:
     }
 };
 
+QTEST_GUILESS_MAIN(TestDecoder)
 #include "test_decoder.moc"
-
-int runDecoderTests(int argc, char **argv)
-{
-    TestDecoder test;
-    return QTest::qExec(&test, argc, argv);
-}

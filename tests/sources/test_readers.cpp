@@ -62,8 +62,6 @@ const QString unrecognized = u"unknown | Unrecognized status format | "_s;
 
 } // namespace
 
-int runDecoderTests(int argc, char **argv);
-
 class TestReaders : public QObject {
     Q_OBJECT
 
@@ -457,11 +455,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
-{
-    TestReaders readers;
-    const int failures = QTest::qExec(&readers, argc, argv);
-    return failures + runDecoderTests(argc, argv);
-}
+QTEST_GUILESS_MAIN(TestReaders)
 
 #include "test_readers.moc"

@@ -13,16 +13,6 @@
 using namespace lanternic;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QByteArray relay(const QByteArray &health, const QByteArray &components = "[]")
-{
-    return R"({"schema":"lanternic.v1","health":")" + health + R"(","components":)" + components +
-           "}";
-}
-
-} // namespace
-
 // Whole passes, as the app runs them, against a loopback server.
 class TestStore : public QObject {
     Q_OBJECT
@@ -101,9 +91,9 @@ private Q_SLOTS:
 
     void resultsKeepConfiguredOrder()
     {
-        server->route("/slow", {200, relay("down"), {}, false, 300});
-        server->route("/medium", {200, relay("degraded"), {}, false, 150});
-        server->route("/fast", {200, relay("operational"), {}, false, 0});
+        server->route("/slow", {200, relayFeed("down"), {}, false, 300});
+        server->route("/medium", {200, relayFeed("degraded"), {}, false, 150});
+        server->route("/fast", {200, relayFeed("operational"), {}, false, 0});
         makeStore(line(u"Slow"_s, "/slow?") + u'\n' + line(u"Gone"_s, "/missing?") + u'\n' +
                   line(u"Medium"_s, "/medium?") + u'\n' + line(u"Fast"_s, "/fast?"));
         QSignalSpy refreshing(store.get(), &LanternicStore::isRefreshingChanged);
@@ -120,7 +110,7 @@ private Q_SLOTS:
 
     void longListsQueueBehindTheRequestsInFlight()
     {
-        server->route("/feed", {200, relay("operational"), {}, false, 20});
+        server->route("/feed", {200, relayFeed("operational"), {}, false, 20});
         QStringList lines;
         for (int i = 0; i < 300; ++i)
             lines.append(line(u"S%1"_s.arg(i), "/feed?n=" + QByteArray::number(i)));
@@ -173,11 +163,11 @@ private Q_SLOTS:
         server->route(
             "/a",
             {200,
-             relay(
+             relayFeed(
                  "down",
                  R"([{"id":"db","name":"DB","status":"down"},{"id":"web","name":"Web","status":"degraded"}])"),
              {}});
-        server->route("/b", {200, relay("degraded"), {}});
+        server->route("/b", {200, relayFeed("degraded"), {}});
         makeStore(line(u"A"_s, "/a?") + u'\n' + line(u"B"_s, "/b?"));
         const QString a = u"127.0.0.1:%1/a"_s.arg(server->port());
         const QString b = u"127.0.0.1:%1/b"_s.arg(server->port());
@@ -203,11 +193,11 @@ private Q_SLOTS:
         server->route(
             "/a",
             {200,
-             relay(
+             relayFeed(
                  "down",
                  R"([{"id":"db","name":"DB","status":"operational"},{"id":"web","name":"Web","status":"degraded"}])"),
              {}});
-        server->route("/b", {200, relay("operational"), {}});
+        server->route("/b", {200, relayFeed("operational"), {}});
         pass();
         QVERIFY(silence->entries().isEmpty());
         QCOMPARE(store->history().byId.value(a).size(), 2);
@@ -219,12 +209,12 @@ private Q_SLOTS:
 
     void overlappingPassesBothFinish()
     {
-        server->route("/feed", {200, relay("down"), {}, false, 300});
+        server->route("/feed", {200, relayFeed("down"), {}, false, 300});
         makeStore(line(u"F"_s, "/feed?"));
         int finished = 0;
         store->refresh([&] { ++finished; });
         QTest::qWait(50);
-        server->route("/feed", {200, relay("operational"), {}, false, 0});
+        server->route("/feed", {200, relayFeed("operational"), {}, false, 0});
         store->refresh([&] { ++finished; });
         QTRY_COMPARE_WITH_TIMEOUT(finished, 2, 10'000);
         QCOMPARE(store->results().first().health, Health::down);
@@ -233,7 +223,7 @@ private Q_SLOTS:
 
     void startingTwiceLeavesOneLoop()
     {
-        server->route("/feed", {200, relay("operational"), {}});
+        server->route("/feed", {200, relayFeed("operational"), {}});
         makeStore(line(u"F"_s, "/feed?"));
         QSignalSpy passes(store.get(), &LanternicStore::passFinished);
         store->start();
@@ -266,7 +256,7 @@ private Q_SLOTS:
 
     void environmentRekeysAndRunsTheLaunchPass()
     {
-        server->route("/feed", {200, relay("operational"), {}});
+        server->route("/feed", {200, relayFeed("operational"), {}});
         const QString host = u"127.0.0.1"_s;
         defaults->setValue(u"Lanternic.sources"_s, line(u"F"_s, "/feed?"));
         defaults->setValue(u"Lanternic.silences"_s,

@@ -12,3 +12,11 @@ inline QByteArray fixture(const QString &name)
         qFatal("missing fixture %s", qPrintable(name));
     return file.readAll();
 }
+
+// A relay feed stating this health and these components (JSON array text).
+inline QByteArray relayFeed(const QByteArray &health, const QByteArray &components = "[]",
+                            const QByteArray &extraMembers = {})
+{
+    return R"({"schema":"lanternic.v1","health":")" + health + R"(","components":)" + components +
+           extraMembers + "}";
+}

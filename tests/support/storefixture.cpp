@@ -1,5 +1,7 @@
 #include "support/storefixture.h"
 
+#include "support/fixtures.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,15 +21,15 @@ StoreFixture::StoreFixture()
 void StoreFixture::addSource(const QString &name, const QByteArray &health,
                              const QByteArray &components, const QByteArray &detail)
 {
-    QJsonObject feed{
-        {u"schema"_s, u"lanternic.v1"_s},
-        {u"health"_s, QString::fromUtf8(health)},
-        {u"components"_s, QJsonDocument::fromJson(components).array()},
-        {u"url"_s, u"https://status.example.com/"_s + QString::number(m_lines.size())}};
+    QByteArray members =
+        R"(,"url":"https://status.example.com/)" + QByteArray::number(m_lines.size()) + '"';
     if (!detail.isEmpty())
-        feed.insert(u"detail"_s, QString::fromUtf8(detail));
+        members += R"(,"detail":)" + QJsonDocument(QJsonArray{QString::fromUtf8(detail)})
+                                         .toJson(QJsonDocument::Compact)
+                                         .sliced(1)
+                                         .chopped(1);
     const QByteArray path = "/feed" + QByteArray::number(m_lines.size()) + ".json";
-    server.route(path, {200, QJsonDocument(feed).toJson(), {}});
+    server.route(path, {200, relayFeed(health, components, members), {}});
     m_lines.append(u"%1=%2"_s.arg(name, server.url(path).toString()));
 }
 

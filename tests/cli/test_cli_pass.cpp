@@ -1,0 +1,105 @@
+#include "checkrun.h"
+#include "support/fixtures.h"
+#include "support/loopbackserver.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// One pass over the configured sources, as the app runs it.
+class TestCliPass : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    LoopbackServer server;
+
+    QString line(const QString &label, const QByteArray &path)
+    {
+        return label + u'=' + server.url(path).toString();
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        server.route("/ok", {200, R"({"schema":"lanternic.v1","health":"operational"})", {}});
+        server.route("/down", {200, fixture(u"relay-feed.json"_s).replace("degraded", "down"), {}});
+    }
+
+    void printsRowsSummaryAndSilences()
+    {
+        const QString file = dir.filePath(u"human.ini"_s);
+        const QString down = u"127.0.0.1:%1/down"_s.arg(server.port());
+        QSettings(file, QSettings::IniFormat)
+            .setValue(u"Lanternic.silences"_s,
+                      u"{\"%1::signing\":{\"forever\":{}}}"_s.arg(down).toUtf8());
+        const Run r = run({u"--settings"_s, file, u"--source"_s, line(u"Zeta"_s, "/ok?"),
+                           u"--source"_s, line(u"alpha"_s, "/down?")});
+        QCOMPARE(r.exitCode, 2);
+        const QStringList lines = QString::fromUtf8(r.out).split(u'\n');
+        QCOMPARE(lines.value(0), u"\u2717 Build farm  CI runners \u2014 down"_s);
+        QCOMPARE(lines.value(1), u"\u2713 Zeta        Operational"_s);
+        QCOMPARE(lines.value(2), u"1 down"_s);
+        QCOMPARE(lines.value(4), u"Silenced:"_s);
+        QCOMPARE(lines.value(5), u"  Build farm \u00b7 Code signing (forever)"_s);
+    }
+
+    void jsonReportAndWhatIsKept()
+    {
+        const QString file = dir.filePath(u"json.ini"_s);
+        {
+            QSettings settings(file, QSettings::IniFormat);
+            settings.setValue(u"Lanternic.sources"_s, u"Mine=example.invalid"_s);
+        }
+        const Run r = run({u"--settings"_s, file, u"--json"_s, u"--source"_s, line(u"Ok"_s, "/ok?"),
+                           u"--source"_s, line(u"Down"_s, "/down?")});
+        QCOMPARE(r.exitCode, 2);
+        const QJsonObject report = QJsonDocument::fromJson(r.out).object();
+        QStringList keys = report.keys();
+        QCOMPARE(keys, (QStringList{u"badgeCount"_s, u"checkedAt"_s, u"overallHealth"_s,
+                                    u"results"_s, u"rows"_s, u"silenced"_s, u"summaryText"_s}));
+        QCOMPARE(report[u"overallHealth"_s], u"down"_s);
+        QCOMPARE(report[u"badgeCount"_s], 1);
+        QCOMPARE(report[u"summaryText"_s], u"1 down"_s);
+        QCOMPARE(report[u"results"_s].toArray().size(), 2);
+        QCOMPARE(report[u"results"_s][0][u"name"_s], u"Ok"_s);
+        QCOMPARE(report[u"rows"_s][0][u"name"_s], u"Build farm"_s);
+        QCOMPARE(report[u"rows"_s][0].toObject().keys(),
+                 (QStringList{u"detail"_s, u"health"_s, u"id"_s, u"name"_s}));
+
+        QSettings settings(file, QSettings::IniFormat);
+        QCOMPARE(settings.value(u"Lanternic.sources"_s).toString(), u"Mine=example.invalid"_s);
+        QVERIFY(settings.value(u"Lanternic.checkHistory"_s).toByteArray().contains("/down"));
+    }
+
+    void ownSettingsAreLeftAlone()
+    {
+        QTemporaryDir home;
+        const QString file = home.filePath(u"Lanternic/Lanternic.conf"_s);
+        {
+            QSettings settings(file, QSettings::IniFormat);
+            settings.setValue(u"Lanternic.sources"_s, line(u"Ok"_s, "/ok?"));
+        }
+        QFile conf(file);
+        QVERIFY(conf.open(QIODevice::ReadOnly));
+        const QByteArray before = conf.readAll();
+        conf.close();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.path());
+        const Run r = run({u"--json"_s}, {}, environment);
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(QJsonDocument::fromJson(r.out)[u"results"_s][0][u"name"_s], u"Ok"_s);
+        QVERIFY(conf.open(QIODevice::ReadOnly));
+        QCOMPARE(conf.readAll(), before);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCliPass)
+#include "test_cli_pass.moc"
