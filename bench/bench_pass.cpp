@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -57,10 +56,7 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     QSettings defaults(dir.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
     defaults.setValue(QStringLiteral("Lanternic.sources"), lines.join(u'\n'));
-    QNetworkAccessManager session;
-    network::configureSession(session);
-
-    AppEnvironment environment(defaults, session);
+    AppEnvironment environment(defaults);
     const long idle = residentKilobytes();
     QElapsedTimer timer;
     QObject::connect(environment.store.get(), &LanternicStore::isRefreshingChanged, [&] {

@@ -2,9 +2,10 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-# The X server, tray host and X tools run the end-to-end tray test.
-packages=(g++ cmake ninja-build qt6-base-dev libbenchmark-dev clang-format-14 curl libcurl4-openssl-dev
-    xvfb trayer xdotool x11-utils dbus)
+# openssl makes the TLS tests' certificate; the X server, tray host and X tools run the
+# end-to-end tray test.
+packages=(g++ cmake ninja-build qt6-base-dev libcurl4-openssl-dev libbenchmark-dev clang-format-14
+    curl openssl xvfb trayer xdotool x11-utils dbus)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -2,11 +2,9 @@
 #include "app/singleinstance.h"
 #include "app/updatechecker.h"
 #include "platform/loginitem.h"
-#include "sources/network.h"
 #include "store/appenvironment.h"
 
 #include <QApplication>
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <cstdio>
 
@@ -51,10 +49,9 @@ int main(int argc, char **argv)
     instance.listen();
 
     QSettings defaults;
-    QNetworkAccessManager session;
-    network::configureSession(session);
-    AppEnvironment environment(defaults, session);
-    UpdateChecker updates(defaults, session, QUrl(QStringLiteral(LANTERNIC_APPCAST_URL)),
+    AppEnvironment environment(defaults);
+    UpdateChecker updates(defaults, environment.session,
+                          QUrl(QStringLiteral(LANTERNIC_APPCAST_URL)),
                           QStringLiteral(LANTERNIC_VERSION));
     AppDelegate delegate(environment, updates, LoginItemService::forThisApp());
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openPanel);

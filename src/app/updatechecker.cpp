@@ -33,7 +33,7 @@ QString UpdateChecker::Outcome::message() const
     return u"This build of Lanternic gets its updates from your package manager."_s;
 }
 
-UpdateChecker::UpdateChecker(QSettings &defaults, QNetworkAccessManager &session, QUrl feed,
+UpdateChecker::UpdateChecker(QSettings &defaults, network::Session &session, QUrl feed,
                              QString currentVersion, QObject *parent)
     : QObject(parent), m_defaults(defaults), m_session(session), m_feed(std::move(feed)),
       m_currentVersion(std::move(currentVersion)), m_daily(new QTimer(this))
@@ -77,7 +77,7 @@ void UpdateChecker::check(bool requested)
         Q_EMIT checked({Outcome::Kind::noFeed, std::nullopt, {}, requested});
         return;
     }
-    network::get(m_session, m_feed, this, [this, requested](network::Response response) {
+    m_session.get(m_feed, this, [this, requested](network::Response response) {
         if (response.transferFailure) {
             Q_EMIT checked(
                 {Outcome::Kind::failed, std::nullopt, *response.transferFailure, requested});

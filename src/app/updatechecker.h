@@ -5,11 +5,14 @@
 #include <QUrl>
 #include <optional>
 
-class QNetworkAccessManager;
 class QSettings;
 class QTimer;
 
 namespace lanternic {
+
+namespace network {
+class Session;
+}
 
 // Looks for a newer release in an appcast (an RSS feed whose items carry a version and a
 // download link) at an address fixed at build time. Without an address it never checks.
@@ -33,8 +36,8 @@ public:
         QString message() const;
     };
 
-    UpdateChecker(QSettings &defaults, QNetworkAccessManager &session, QUrl feed,
-                  QString currentVersion, QObject *parent = nullptr);
+    UpdateChecker(QSettings &defaults, network::Session &session, QUrl feed, QString currentVersion,
+                  QObject *parent = nullptr);
 
     bool automaticallyChecksForUpdates() const;
     void setAutomaticallyChecksForUpdates(bool enabled);
@@ -54,7 +57,7 @@ private:
     void check(bool requested);
 
     QSettings &m_defaults;
-    QNetworkAccessManager &m_session;
+    network::Session &m_session;
     QUrl m_feed;
     QString m_currentVersion;
     QTimer *m_daily;

@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 #include <cstdio>
 
 using namespace lanternic;
@@ -52,8 +51,7 @@ int main(int argc, char **argv)
     case cli::Mode::pass:
         return cli::runPass(invocation);
     case cli::Mode::fetch: {
-        QNetworkAccessManager session;
-        network::configureSession(session);
+        network::Session session;
         invocation.source.check(session, &app, [&](SourceResult result) {
             QCoreApplication::exit(report(result, invocation.pretty));
         });

@@ -2,14 +2,12 @@
 
 #include "cli/resultjson.h"
 #include "model/settingskeys.h"
-#include "sources/network.h"
 #include "store/appenvironment.h"
 #include "store/displaytext.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -129,11 +127,9 @@ int runPass(const Invocation &invocation)
     if (invocation.sourcesText)
         work.setValue(SettingsKeys::sources, *invocation.sourcesText);
 
-    QNetworkAccessManager session;
-    network::configureSession(session);
     int exitCode = usageExitCode;
     {
-        AppEnvironment environment(work, session);
+        AppEnvironment environment(work);
         const LanternicStore &store = *environment.store;
         QObject::connect(&store, &LanternicStore::passFinished, &store, [&] {
             const QByteArray report = invocation.json ? jsonReport(store) : textReport(store);

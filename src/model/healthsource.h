@@ -6,8 +6,11 @@
 #include <concepts>
 #include <functional>
 
-class QNetworkAccessManager;
 class QObject;
+
+namespace lanternic::network {
+class Session;
+}
 
 namespace lanternic {
 
@@ -16,7 +19,7 @@ using CheckCompletion = std::function<void(SourceResult)>;
 // The contract of anything the store can poll. check() calls done exactly once with the
 // result (failures are results too), unless context is destroyed first, which cancels it.
 template<typename T>
-concept HealthSource = requires(const T &source, QNetworkAccessManager &session, QObject *context,
+concept HealthSource = requires(const T &source, network::Session &session, QObject *context,
                                 CheckCompletion done)
 {
     {

@@ -10,7 +10,6 @@
 #include <QUrl>
 #include <optional>
 
-class QNetworkAccessManager;
 class QObject;
 
 namespace lanternic {
@@ -29,7 +28,7 @@ struct JSONSource {
     // Our own relay feed document.
     using Native = RelayFeedSource::Document;
 
-    void check(QNetworkAccessManager &session, QObject *context, CheckCompletion done) const;
+    void check(network::Session &session, QObject *context, CheckCompletion done) const;
 
     // Reads a fetched body: relay feed, incident.io, Updog and Statuspage, the first that
     // accepts it wins. A body none of them accepts gives the unrecognised-format result.

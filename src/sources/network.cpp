@@ -1,70 +1,381 @@
 #include "sources/network.h"
 
-#include <QNetworkAccessManager>
+#include <QElapsedTimer>
 #include <QNetworkProxyFactory>
-#include <QNetworkReply>
-#include <QNetworkRequest>
-#include <memory>
+#include <QPointer>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <algorithm>
+#include <curl/curl.h>
 
 namespace lanternic::network {
 
 using namespace Qt::StringLiterals;
+using std::chrono::microseconds;
 
-void configureSession(QNetworkAccessManager &session)
+namespace {
+
+class Transfer;
+
+// The notifiers that watch one socket libcurl asked us to watch.
+struct SocketWatch {
+    QSocketNotifier *read = nullptr;
+    QSocketNotifier *write = nullptr;
+};
+
+void retire(QSocketNotifier *notifier)
 {
-    QNetworkProxyFactory::setUseSystemConfiguration(true);
-    session.setTransferTimeout(transferTimeoutMs);
-    session.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    if (!notifier)
+        return;
+    // It may be the one whose signal is being delivered right now.
+    notifier->setEnabled(false);
+    notifier->deleteLater();
 }
+
+microseconds timeInfo(CURL *easy, CURLINFO info)
+{
+    curl_off_t value = 0;
+    curl_easy_getinfo(easy, info, &value);
+    return microseconds(value);
+}
+
+} // namespace
+
+struct Session::Private {
+    Private(Session *session, Options options);
+    ~Private();
+
+    void start(Transfer *transfer, const QUrl &url);
+    void socketAction(curl_socket_t socket, int events);
+    void processFinished();
+    void complete(Transfer *transfer, CURLcode code);
+    void detach(Transfer *transfer);
+    QByteArray proxyFor(const QUrl &url);
+
+    static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watch);
+    static int onTimer(CURLM *, long timeoutMs, void *self);
+
+    Session *q;
+    Options options;
+    CURLM *multi = nullptr;
+    QTimer timer;
+    QHash<CURL *, Transfer *> transfers;
+    QSet<SocketWatch *> watches;
+    // Proxy lookups ask the desktop's settings; one per host is enough while transfers run.
+    QHash<QString, QByteArray> proxies;
+};
+
+namespace {
+
+// One GET in flight. A child of the caller's context, so destroying the context aborts it.
+class Transfer : public QObject {
+public:
+    Transfer(Session::Private *owner, QObject *context, std::function<void(Response)> done)
+        : QObject(context), owner(owner), easy(curl_easy_init()), done(std::move(done))
+    {
+        error[0] = '\0';
+    }
+
+    ~Transfer() override
+    {
+        if (owner)
+            owner->detach(this);
+        curl_easy_cleanup(easy);
+        curl_slist_free_all(connectTo);
+    }
+
+    static size_t onData(char *data, size_t, size_t size, void *self)
+    {
+        auto *transfer = static_cast<Transfer *>(self);
+        if (transfer->body.size() + qint64(size) > maximumBodySize) {
+            transfer->tooLarge = true;
+            return 0; // aborts the transfer
+        }
+        transfer->body.append(data, qsizetype(size));
+        return size;
+    }
+
+    Session::Private *owner;
+    CURL *easy;
+    std::function<void(Response)> done;
+    QUrl url; // as asked for, before any loopback rewriting
+    curl_slist *connectTo = nullptr;
+    QByteArray body;
+    bool tooLarge = false;
+    Timing timing;
+    QElapsedTimer started;
+    char error[CURL_ERROR_SIZE];
+};
+
+} // namespace
 
 QByteArray userAgent()
 {
     return QByteArrayLiteral("Lanternic/" LANTERNIC_VERSION);
 }
 
-void get(QNetworkAccessManager &session, const QUrl &url, QObject *context,
-         std::function<void(Response)> done)
+QByteArray curlProxyFor(const QNetworkProxy &proxy)
 {
-    QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::UserAgentHeader, userAgent());
-    QNetworkReply *reply = session.get(request);
-    // Owned by the context, so that destroying it aborts the transfer.
-    reply->setParent(context);
+    QByteArray scheme;
+    switch (proxy.type()) {
+    case QNetworkProxy::HttpProxy:
+    case QNetworkProxy::HttpCachingProxy:
+        scheme = "http";
+        break;
+    case QNetworkProxy::Socks5Proxy:
+        scheme = "socks5h"; // the proxy resolves names, as the desktop's settings mean it to
+        break;
+    default:
+        return QByteArray(); // no proxy: libcurl must not look at the environment itself
+    }
+    QUrl url;
+    url.setScheme(QString::fromLatin1(scheme));
+    url.setHost(proxy.hostName());
+    url.setPort(proxy.port());
+    url.setUserName(proxy.user());
+    url.setPassword(proxy.password());
+    return url.toEncoded();
+}
 
-    struct Transfer {
-        QByteArray body;
-        bool tooLarge = false;
-    };
-    auto transfer = std::make_shared<Transfer>();
+Session::Private::Private(Session *session, Options options) : q(session), options(options)
+{
+    static const bool initialised = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    Q_UNUSED(initialised);
+    multi = curl_multi_init();
+    curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, &Private::onSocket);
+    curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &Private::onTimer);
+    curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, q, [this] { socketAction(CURL_SOCKET_TIMEOUT, 0); });
+}
 
-    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, transfer] {
-        transfer->body += reply->readAll();
-        if (transfer->body.size() > maximumBodySize) {
-            transfer->tooLarge = true;
-            transfer->body.clear();
-            reply->abort();
+Session::Private::~Private()
+{
+    // Aborted without answers: their callers are going away with the session.
+    for (Transfer *transfer : transfers.values())
+        delete transfer;
+    curl_multi_cleanup(multi);
+    for (SocketWatch *watch : std::as_const(watches)) {
+        retire(watch->read);
+        retire(watch->write);
+        delete watch;
+    }
+}
+
+int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watchData)
+{
+    auto *d = static_cast<Private *>(self);
+    auto *watch = static_cast<SocketWatch *>(watchData);
+    if (what == CURL_POLL_REMOVE) {
+        if (watch) {
+            retire(watch->read);
+            retire(watch->write);
+            d->watches.remove(watch);
+            delete watch;
+            curl_multi_assign(d->multi, socket, nullptr);
         }
-    });
-    QObject::connect(
-        reply, &QNetworkReply::finished, reply, [reply, transfer, done = std::move(done)] {
-            reply->deleteLater();
-            Response response;
-            const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-            if (status.isValid())
-                response.httpStatus = status.toInt();
-            if (transfer->tooLarge) {
-                response.transferFailure = u"The response is larger than 16 MiB"_s;
-            } else if (reply->error() == QNetworkReply::OperationCanceledError) {
-                // Nothing else cancels a request we still wait for.
-                response.transferFailure = u"The request timed out"_s;
-            } else if (reply->error() != QNetworkReply::NoError &&
-                       !(response.httpStatus && *response.httpStatus >= 300)) {
-                response.transferFailure = reply->errorString();
-            } else {
-                response.body = std::move(transfer->body) + reply->readAll();
-            }
-            done(std::move(response));
-        });
+        return 0;
+    }
+    if (!watch) {
+        watch = new SocketWatch;
+        d->watches.insert(watch);
+        curl_multi_assign(d->multi, socket, watch);
+    }
+    auto want = [&](QSocketNotifier *&notifier, QSocketNotifier::Type type, bool wanted,
+                    int event) {
+        if (!wanted) {
+            if (notifier)
+                notifier->setEnabled(false);
+            return;
+        }
+        if (!notifier) {
+            notifier = new QSocketNotifier(qintptr(socket), type, d->q);
+            QObject::connect(notifier, &QSocketNotifier::activated, d->q,
+                             [d, socket, event] { d->socketAction(socket, event); });
+        }
+        notifier->setEnabled(true);
+    };
+    want(watch->read, QSocketNotifier::Read, what & CURL_POLL_IN, CURL_CSELECT_IN);
+    want(watch->write, QSocketNotifier::Write, what & CURL_POLL_OUT, CURL_CSELECT_OUT);
+    return 0;
+}
+
+int Session::Private::onTimer(CURLM *, long timeoutMs, void *self)
+{
+    auto *d = static_cast<Private *>(self);
+    if (timeoutMs < 0)
+        d->timer.stop();
+    else
+        d->timer.start(int(std::min<long>(timeoutMs, 24 * 3600 * 1000)));
+    return 0;
+}
+
+void Session::Private::socketAction(curl_socket_t socket, int events)
+{
+    int running = 0;
+    curl_multi_socket_action(multi, socket, events, &running);
+    processFinished();
+}
+
+void Session::Private::processFinished()
+{
+    // Collected first: a caller's callback may abort other transfers or start new ones.
+    QList<std::pair<CURL *, CURLcode>> finished;
+    int left = 0;
+    while (CURLMsg *message = curl_multi_info_read(multi, &left)) {
+        if (message->msg == CURLMSG_DONE)
+            finished.append({message->easy_handle, message->data.result});
+    }
+    const QPointer<Session> alive(q);
+    for (const auto &[easy, code] : finished) {
+        if (!alive)
+            return;
+        if (Transfer *transfer = transfers.value(easy))
+            complete(transfer, code);
+    }
+}
+
+void Session::Private::start(Transfer *transfer, const QUrl &url)
+{
+    CURL *easy = transfer->easy;
+    transfer->url = url;
+    transfer->body.clear();
+    curl_slist_free_all(transfer->connectTo);
+    transfer->connectTo = nullptr;
+
+    QUrl target = url;
+    if (auto loopback = options.loopbackHosts.constFind(url.host());
+        loopback != options.loopbackHosts.constEnd()) {
+        target.setScheme(u"http"_s);
+        target.setPort(*loopback);
+        transfer->connectTo = curl_slist_append(
+            nullptr, QByteArray(url.host().toUtf8() + ':' + QByteArray::number(*loopback) +
+                                ":127.0.0.1:" + QByteArray::number(*loopback))
+                         .constData());
+    }
+    curl_easy_setopt(easy, CURLOPT_URL, target.toEncoded().constData());
+    curl_easy_setopt(easy, CURLOPT_CONNECT_TO, transfer->connectTo);
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxyFor(target).constData());
+    // The limit covers the whole redirect chain.
+    const qint64 left = options.transferLimit.count() - transfer->started.elapsed();
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, long(std::max<qint64>(left, 1)));
+    transfers.insert(easy, transfer);
+    curl_multi_add_handle(multi, easy);
+}
+
+void Session::Private::detach(Transfer *transfer)
+{
+    if (transfers.remove(transfer->easy))
+        curl_multi_remove_handle(multi, transfer->easy);
+    transfer->owner = nullptr;
+    if (transfers.isEmpty())
+        proxies.clear();
+}
+
+void Session::Private::complete(Transfer *transfer, CURLcode code)
+{
+    CURL *easy = transfer->easy;
+    long status = 0;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+    Timing &timing = transfer->timing;
+    timing.nameLookup = timeInfo(easy, CURLINFO_NAMELOOKUP_TIME_T);
+    timing.connect = timeInfo(easy, CURLINFO_CONNECT_TIME_T);
+    timing.tlsHandshake = timeInfo(easy, CURLINFO_APPCONNECT_TIME_T);
+    timing.firstByte = timeInfo(easy, CURLINFO_STARTTRANSFER_TIME_T);
+    timing.total += timeInfo(easy, CURLINFO_TOTAL_TIME_T);
+
+    Response response;
+    curl_header *location = nullptr;
+    if (code == CURLE_OK && status >= 300 && status < 400 &&
+        curl_easy_header(easy, "Location", 0, CURLH_HEADER, -1, &location) == CURLHE_OK) {
+        // Resolved against the address asked for, not the loopback one it may have gone to.
+        const QUrl next = transfer->url.resolved(QUrl::fromEncoded(location->value));
+        const QString scheme = next.scheme();
+        if (scheme != "http"_L1 && scheme != "https"_L1) {
+            response.transferFailure = u"Redirect to another kind of address refused"_s;
+        } else if (transfer->url.scheme() == "https"_L1 && scheme == "http"_L1) {
+            response.transferFailure = u"Redirect from https to http refused"_s;
+        } else if (timing.redirects == maximumRedirects) {
+            response.transferFailure = u"Too many redirects"_s;
+        } else {
+            ++timing.redirects;
+            curl_multi_remove_handle(multi, easy);
+            transfers.remove(easy);
+            start(transfer, next);
+            return;
+        }
+    } else if (transfer->tooLarge || code == CURLE_FILESIZE_EXCEEDED) {
+        response.transferFailure = u"The response is larger than 16 MiB"_s;
+    } else if (code == CURLE_OPERATION_TIMEDOUT) {
+        response.transferFailure = u"The request timed out"_s;
+    } else if (code != CURLE_OK) {
+        response.transferFailure = QString::fromUtf8(
+            transfer->error[0] != '\0' ? transfer->error : curl_easy_strerror(code));
+    } else {
+        if (status > 0)
+            response.httpStatus = int(status);
+        response.body = std::move(transfer->body);
+    }
+    response.timing = timing;
+
+    auto done = std::move(transfer->done);
+    detach(transfer);
+    delete transfer;
+    done(std::move(response));
+}
+
+QByteArray Session::Private::proxyFor(const QUrl &url)
+{
+    const QString key = url.scheme() + u' ' + url.host() + u':' + QString::number(url.port());
+    auto cached = proxies.constFind(key);
+    if (cached != proxies.constEnd())
+        return *cached;
+    const QList<QNetworkProxy> found =
+        QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
+    return *proxies.insert(key, curlProxyFor(found.value(0)));
+}
+
+Session::Session(QObject *parent) : Session(Options(), parent) {}
+
+Session::Session(Options options, QObject *parent)
+    : QObject(parent), d(std::make_unique<Private>(this, std::move(options)))
+{
+}
+
+Session::~Session() = default;
+
+qsizetype Session::transfersInFlight() const
+{
+    return d->transfers.size();
+}
+
+void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done)
+{
+    auto *transfer = new Transfer(d.get(), context, std::move(done));
+    CURL *easy = transfer->easy;
+    curl_easy_setopt(easy, CURLOPT_PRIVATE, transfer);
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer->error);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onData);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, transfer);
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
+    // Redirects are followed here, so that each hop is checked against our rules.
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, curl_off_t(maximumBodySize));
+    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_2TLS));
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.inactivityTimeout.count()));
+    // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
+    // limit on the whole transfer.
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME,
+                     long(std::max<qint64>(1, d->options.inactivityTimeout.count() / 1000)));
+    if (!d->options.caFile.isEmpty())
+        curl_easy_setopt(easy, CURLOPT_CAINFO, d->options.caFile.toLocal8Bit().constData());
+    transfer->started.start();
+    d->start(transfer, url);
 }
 
 } // namespace lanternic::network

@@ -1,35 +1,79 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
+#include <QNetworkProxy>
+#include <QObject>
 #include <QString>
 #include <QUrl>
+#include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
-
-class QNetworkAccessManager;
-class QObject;
 
 namespace lanternic::network {
 
-// Bodies beyond this are a failed transfer: no status document comes near it.
+// Bodies beyond this (after decompression) are a failed transfer: no status document comes
+// near it.
 inline constexpr qint64 maximumBodySize = 16 * 1024 * 1024;
-inline constexpr int transferTimeoutMs = 60'000;
-
-// Gives a session the behaviour every fetch relies on: an inactivity time-out, redirects
-// that never go from https to http, and the system's (or environment's) proxy settings.
-void configureSession(QNetworkAccessManager &session);
+inline constexpr int maximumRedirects = 10;
 
 QByteArray userAgent();
 
-struct Response {
-    std::optional<QString> transferFailure; // set when nothing usable arrived
-    std::optional<int> httpStatus;          // absent for responses that are not HTTP
-    QByteArray body;
+// How long the parts of a transfer took, as libcurl measured them (the last hop of a redirect
+// chain; total includes the whole chain).
+struct Timing {
+    std::chrono::microseconds nameLookup{0};
+    std::chrono::microseconds connect{0};
+    std::chrono::microseconds tlsHandshake{0};
+    std::chrono::microseconds firstByte{0};
+    std::chrono::microseconds total{0};
+    int redirects = 0;
 };
 
-// A plain GET. done runs once, on the session's thread, unless context is destroyed first:
-// that aborts the request.
-void get(QNetworkAccessManager &session, const QUrl &url, QObject *context,
-         std::function<void(Response)> done);
+struct Response {
+    std::optional<QString> transferFailure; // set when nothing usable arrived
+    std::optional<int> httpStatus;          // absent when no HTTP answer came
+    QByteArray body;
+    Timing timing;
+};
+
+// The process's one HTTP client: a libcurl multi handle driven by the Qt event loop of the
+// thread that made it, with many transfers in flight at once and connections kept for reuse.
+// Every fetch follows the same rules: the User-Agent, an inactivity time-out and a limit on
+// the whole transfer, redirects only to http and https and never from https to http, TLS
+// verified, compressed bodies accepted, the body cap, and the system's proxy per URL.
+class Session : public QObject {
+    Q_OBJECT
+
+public:
+    struct Options {
+        std::chrono::milliseconds inactivityTimeout = std::chrono::seconds(60);
+        std::chrono::milliseconds transferLimit = std::chrono::seconds(120);
+        // Requests to these hosts (any port, any scheme) go to 127.0.0.1 at the given port over
+        // plain HTTP, keeping their host name: how tests and benchmarks reach loopback servers.
+        QHash<QString, quint16> loopbackHosts;
+        // Trusted instead of the system's CA store: a test's own certificate.
+        QString caFile;
+    };
+
+    explicit Session(QObject *parent = nullptr);
+    explicit Session(Options options, QObject *parent = nullptr);
+    ~Session() override;
+
+    // A plain GET. done runs once, on this thread, from the event loop, unless context is
+    // destroyed first: that aborts the transfer and done never runs.
+    void get(const QUrl &url, QObject *context, std::function<void(Response)> done);
+
+    qsizetype transfersInFlight() const;
+
+    struct Private; // opaque; public only so that the transfers it runs can name it
+
+private:
+    std::unique_ptr<Private> d;
+};
+
+// The proxy libcurl should use for url, as Qt's system proxy lookup reports it ("" for none).
+QByteArray curlProxyFor(const QNetworkProxy &proxy);
 
 } // namespace lanternic::network

@@ -56,7 +56,7 @@ void SourceKindStore::record(const QString &host, SourceKind kind)
     m_defaults.setValue(storageKey, map);
 }
 
-void SourceKindStore::probe(const QString &host, QNetworkAccessManager &session, QObject *context,
+void SourceKindStore::probe(const QString &host, network::Session &session, QObject *context,
                             std::function<void(std::optional<SourceKind>)> done)
 {
     const auto url = parseUrl("https://"_L1 + host + "/proxy/"_L1 + host);
@@ -64,7 +64,7 @@ void SourceKindStore::probe(const QString &host, QNetworkAccessManager &session,
         done(std::nullopt);
         return;
     }
-    network::get(session, *url, context, [done = std::move(done)](network::Response response) {
+    session.get(*url, context, [done = std::move(done)](network::Response response) {
         if (response.transferFailure || !response.httpStatus)
             done(std::nullopt);
         else if (*response.httpStatus == 200 &&

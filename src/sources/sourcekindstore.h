@@ -5,7 +5,9 @@
 #include <functional>
 #include <optional>
 
-class QNetworkAccessManager;
+namespace lanternic::network {
+class Session;
+}
 class QObject;
 class QSettings;
 
@@ -31,7 +33,7 @@ public:
 
     // Asks the host for an incident.io widget. done gets incidentio for a widget answer,
     // atlassian for any other HTTP answer and nothing when the host could not be reached.
-    static void probe(const QString &host, QNetworkAccessManager &session, QObject *context,
+    static void probe(const QString &host, network::Session &session, QObject *context,
                       std::function<void(std::optional<SourceKind>)> done);
 
 private:

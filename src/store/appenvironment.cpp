@@ -4,9 +4,9 @@
 
 namespace lanternic {
 
-AppEnvironment::AppEnvironment(QSettings &defaults, QNetworkAccessManager &session,
+AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options sessionOptions,
                                LaunchPass launchPass)
-    : settings(defaults), silence(defaults), kinds(defaults)
+    : session(std::move(sessionOptions)), settings(defaults), silence(defaults), kinds(defaults)
 {
     QList<std::pair<QString, QString>> current;
     for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))

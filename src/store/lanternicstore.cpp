@@ -118,7 +118,7 @@ private:
 };
 
 LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
-                               QSettings &defaults, QNetworkAccessManager &session, QObject *parent)
+                               QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
       m_history(CheckHistory::load(defaults)), m_pollTimer(new SleepTimer(this))

@@ -11,10 +11,13 @@
 #include <functional>
 #include <optional>
 
-class QNetworkAccessManager;
 class QSettings;
 
 namespace lanternic {
+
+namespace network {
+class Session;
+}
 
 class AppSettings;
 class SilenceStore;
@@ -33,7 +36,7 @@ public:
 
     // defaults keeps the check history; session carries every fetch and probe.
     LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
-                   QSettings &defaults, QNetworkAccessManager &session, QObject *parent = nullptr);
+                   QSettings &defaults, network::Session &session, QObject *parent = nullptr);
     ~LanternicStore() override;
 
     const QList<SourceResult> &results() const { return m_results; }
@@ -78,7 +81,7 @@ private:
     SilenceStore &m_silence;
     SourceKindStore &m_kinds;
     QSettings &m_defaults;
-    QNetworkAccessManager &m_session;
+    network::Session &m_session;
     Clock m_clock;
 
     QList<SourceResult> m_results;

@@ -7,6 +7,7 @@
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "platform/xdgautostart.h"
+#include "sources/network.h"
 #include "store/appenvironment.h"
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
@@ -376,7 +377,7 @@ private Q_SLOTS:
         server.route("/appcast.xml", {status, body, {}});
         QTemporaryDir dir;
         QSettings defaults(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
-        QNetworkAccessManager session;
+        network::Session session;
         UpdateChecker checker(defaults, session, server.url("/appcast.xml"), u"0.1.0"_s);
         QSignalSpy checked(&checker, &UpdateChecker::checked);
         checker.checkForUpdates();
@@ -391,7 +392,7 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         QSettings defaults(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
-        QNetworkAccessManager session;
+        network::Session session;
         UpdateChecker checker(defaults, session, QUrl(), u"0.1.0"_s);
         QSignalSpy checked(&checker, &UpdateChecker::checked);
         checker.checkForUpdates();

@@ -1,17 +1,74 @@
 #include "support/loopbackserver.h"
 
-#include <QTcpSocket>
+#include <QFile>
+#include <QSslCertificate>
+#include <QSslKey>
+#include <QSslSocket>
+#include <QTcpServer>
 #include <QTimer>
 
-LoopbackServer::LoopbackServer(QObject *parent) : QObject(parent)
+namespace {
+
+class TlsServer : public QTcpServer {
+public:
+    TlsServer(const QString &certificateFile, const QString &keyFile)
+    {
+        QFile certificate(certificateFile);
+        QFile key(keyFile);
+        if (!certificate.open(QIODevice::ReadOnly) || !key.open(QIODevice::ReadOnly))
+            qFatal("cannot read the test certificate");
+        m_certificate = QSslCertificate(&certificate, QSsl::Pem);
+        m_key = QSslKey(&key, QSsl::Rsa, QSsl::Pem);
+    }
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        auto *socket = new QSslSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        socket->setLocalCertificate(m_certificate);
+        socket->setPrivateKey(m_key);
+        addPendingConnection(socket);
+        socket->startServerEncryption();
+    }
+
+private:
+    QSslCertificate m_certificate;
+    QSslKey m_key;
+};
+
+} // namespace
+
+LoopbackServer::LoopbackServer(QObject *parent)
+    : QObject(parent), m_server(std::make_unique<QTcpServer>())
 {
-    m_server.listen(QHostAddress::LocalHost);
-    connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+    listen();
+}
+
+LoopbackServer::LoopbackServer(const QString &certificateFile, const QString &keyFile,
+                               QObject *parent)
+    : QObject(parent), m_server(std::make_unique<TlsServer>(certificateFile, keyFile)), m_tls(true)
+{
+    listen();
+}
+
+void LoopbackServer::listen()
+{
+    m_server->setListenBacklogSize(1024);
+    m_server->listen(QHostAddress::LocalHost);
+    connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
+        while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(socket); });
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         }
     });
+}
+
+LoopbackServer::~LoopbackServer() = default;
+
+quint16 LoopbackServer::port() const
+{
+    return m_server->serverPort();
 }
 
 void LoopbackServer::route(const QByteArray &path, Response response)
@@ -21,7 +78,10 @@ void LoopbackServer::route(const QByteArray &path, Response response)
 
 QUrl LoopbackServer::url(const QByteArray &path) const
 {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(port()).arg(QString::fromUtf8(path)));
+    return QUrl(QStringLiteral("%1://127.0.0.1:%2%3")
+                    .arg(m_tls ? QStringLiteral("https") : QStringLiteral("http"))
+                    .arg(port())
+                    .arg(QString::fromUtf8(path)));
 }
 
 void LoopbackServer::serve(QTcpSocket *socket)
@@ -38,8 +98,11 @@ void LoopbackServer::serve(QTcpSocket *socket)
     const QByteArray target = requestLine.value(1);
     m_requests.append(target);
     for (const QByteArray &line : lines) {
-        if (line.toLower().startsWith("user-agent:"))
+        const QByteArray lower = line.toLower();
+        if (lower.startsWith("user-agent:"))
             m_userAgents.append(line.mid(11).trimmed());
+        else if (lower.startsWith("host:"))
+            m_hosts.append(line.mid(5).trimmed());
     }
 
     const QByteArray path =
@@ -48,17 +111,43 @@ void LoopbackServer::serve(QTcpSocket *socket)
         m_routes.value(path, Response{404, QByteArrayLiteral("{\"error\":\"not found\"}"), {}});
     if (response.silent)
         return;
-    QByteArray reply = "HTTP/1.1 " + QByteArray::number(response.status) + " Status\r\n";
-    for (const auto &[name, value] : response.headers)
-        reply += name + ": " + value + "\r\n";
-    reply += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
-    reply += "Connection: close\r\n\r\n";
-    auto send = [socket, data = reply + response.body] {
-        socket->write(data);
-        socket->disconnectFromHost();
-    };
     if (response.delayMs > 0)
-        QTimer::singleShot(response.delayMs, socket, send);
+        QTimer::singleShot(response.delayMs, socket, [=, this] { send(socket, response); });
     else
-        send();
+        send(socket, response);
+}
+
+void LoopbackServer::send(QTcpSocket *socket, const Response &response)
+{
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Status\r\n";
+    for (const auto &[name, value] : response.headers)
+        head += name + ": " + value + "\r\n";
+    if (response.contentLength)
+        head += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
+    head += "Connection: close\r\n\r\n";
+    socket->write(head);
+    if (response.stall)
+        return;
+    if (response.reset) {
+        socket->write(response.body.left(response.body.size() / 2));
+        socket->flush();
+        socket->abort();
+        return;
+    }
+    if (response.dripMs > 0) {
+        auto *drip = new QTimer(socket);
+        connect(drip, &QTimer::timeout, socket, [socket, drip, body = response.body]() mutable {
+            if (body.isEmpty()) {
+                drip->stop();
+                socket->disconnectFromHost();
+                return;
+            }
+            socket->write(body.left(1));
+            body.remove(0, 1);
+        });
+        drip->start(response.dripMs);
+        return;
+    }
+    socket->write(response.body);
+    socket->disconnectFromHost();
 }

@@ -4,10 +4,14 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
-#include <QTcpServer>
 #include <QUrl>
+#include <memory>
+
+class QTcpServer;
+class QTcpSocket;
 
 // A tiny HTTP/1.1 server on 127.0.0.1 for tests: each path answers with a canned response.
+// Given a certificate and key (PEM files) it speaks TLS.
 class LoopbackServer : public QObject {
     Q_OBJECT
 public:
@@ -17,22 +21,34 @@ public:
         QList<std::pair<QByteArray, QByteArray>> headers;
         bool silent = false; // accept the request but never answer
         int delayMs = 0;
+        int dripMs = 0;            // send the body a byte at a time, this far apart
+        bool stall = false;        // send the headers and nothing more
+        bool reset = false;        // send half the body, then drop the connection
+        bool contentLength = true; // without it the body ends when the connection closes
     };
 
     explicit LoopbackServer(QObject *parent = nullptr);
+    LoopbackServer(const QString &certificateFile, const QString &keyFile,
+                   QObject *parent = nullptr);
+    ~LoopbackServer() override;
 
     void route(const QByteArray &path, Response response);
     QUrl url(const QByteArray &path) const;
-    quint16 port() const { return m_server.serverPort(); }
-    // Request targets (path and query) in the order they arrived.
+    quint16 port() const;
+    // Request targets (path and query) in the order they arrived, and their headers.
     const QList<QByteArray> &requests() const { return m_requests; }
     const QList<QByteArray> &userAgents() const { return m_userAgents; }
+    const QList<QByteArray> &hosts() const { return m_hosts; }
 
 private:
-    void serve(class QTcpSocket *socket);
+    void listen();
+    void serve(QTcpSocket *socket);
+    void send(QTcpSocket *socket, const Response &response);
 
-    QTcpServer m_server;
+    std::unique_ptr<QTcpServer> m_server;
+    bool m_tls = false;
     QHash<QByteArray, Response> m_routes;
     QList<QByteArray> m_requests;
     QList<QByteArray> m_userAgents;
+    QList<QByteArray> m_hosts;
 };

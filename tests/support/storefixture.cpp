@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 StoreFixture::StoreFixture()
     : defaults(dir.filePath(u"settings.ini"_s), QSettings::IniFormat),
-      environment(defaults, session, lanternic::AppEnvironment::LaunchPass::none),
+      environment(defaults, {}, lanternic::AppEnvironment::LaunchPass::none),
       settings(environment.settings), silence(environment.silence), store(*environment.store),
       now(QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate))
 {

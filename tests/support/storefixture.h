@@ -3,7 +3,6 @@
 #include "store/appenvironment.h"
 #include "support/loopbackserver.h"
 
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -24,7 +23,6 @@ public:
     QTemporaryDir dir;
     QSettings defaults;
     LoopbackServer server;
-    QNetworkAccessManager session;
     lanternic::AppEnvironment environment;
     lanternic::AppSettings &settings;
     lanternic::SilenceStore &silence;
