@@ -1,7 +1,6 @@
 // One whole check pass over many sources served on loopback, as the app runs it.
 // Prints the pass's wall time and the process's resident memory before and at its peak.
 
-#include "sources/network.h"
 #include "store/appenvironment.h"
 
 #include <QCoreApplication>
@@ -26,6 +25,14 @@ long residentKilobytes()
             return line.mid(6).trimmed().split(' ').first().toLong();
     }
     return -1;
+}
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    auto seconds = [](const timeval &t) { return double(t.tv_sec) + double(t.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 long peakResidentKilobytes()
@@ -59,17 +66,22 @@ int main(int argc, char **argv)
     AppEnvironment environment(defaults);
     const long idle = residentKilobytes();
     QElapsedTimer timer;
+    double cpuAtStart = 0;
     QObject::connect(environment.store.get(), &LanternicStore::isRefreshingChanged, [&] {
-        if (environment.store->isRefreshing())
+        if (environment.store->isRefreshing()) {
             timer.start();
+            cpuAtStart = cpuSeconds();
+        }
     });
     int failed = 0;
     QObject::connect(environment.store.get(), &LanternicStore::passFinished, [&] {
         const double seconds = double(timer.nsecsElapsed()) / 1e9;
         for (const SourceResult &result : environment.store->results())
             failed += result.error ? 1 : 0;
-        std::printf("sources %lld failed %d pass_seconds %.3f idle_rss_kb %ld peak_rss_kb %ld\n",
-                    qlonglong(lines.size()), failed, seconds, idle, peakResidentKilobytes());
+        std::printf("sources %lld failed %d pass_seconds %.3f pass_cpu_seconds %.3f idle_rss_kb %ld "
+                    "peak_rss_kb %ld\n",
+                    qlonglong(lines.size()), failed, seconds, cpuSeconds() - cpuAtStart, idle,
+                    peakResidentKilobytes());
         QCoreApplication::exit(failed == 0 ? 0 : 1);
     });
     return QCoreApplication::exec();

@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
 # A whole check pass over N sources on loopback (127.0.0.1 upwards, one address per source,
 # so per-host connection limits never apply), against curl fetching the same URLs with
-# --parallel-max 300. Usage: bench/pass-vs-curl.sh BUILD-DIR [N]
+# --parallel-max 300, interleaved, ROUNDS rounds (default 5). The server answers with about
+# 1 KB of CDN-like headers and the 5 KB summary. Prints each round, the medians and the
+# ratios, then the pass's syscalls per request under strace.
+# Usage: bench/pass-vs-curl.sh BUILD-DIR [N] [ROUNDS]
 set -euo pipefail
-build=${1:?usage: pass-vs-curl.sh BUILD-DIR [N]}
+build=${1:?usage: pass-vs-curl.sh BUILD-DIR [N] [ROUNDS]}
 count=${2:-1000}
+rounds=${3:-5}
 port=18734
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
@@ -20,10 +24,30 @@ sed 's/^/url = /; s/$/\noutput = \/dev\/null/' "$work/urls" >"$work/curl.conf"
 server=$!
 for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
 
-for run in 1 2 3; do
-    start=$(date +%s.%N)
-    curl --silent --fail --parallel --parallel-max 300 --config "$work/curl.conf"
-    end=$(date +%s.%N)
-    echo "run $run curl_seconds $(awk "BEGIN { printf \"%.3f\", $end - $start }")"
-    echo "run $run lanternic $("$build/bench/bench_pass" $port "$work/urls")"
-done
+for ((round = 1; round <= rounds; round++)); do
+    # /usr/bin/time gives curl's CPU time; the pass measures its own from its start.
+    curl_line=$(/usr/bin/time -f "%e %U %S" curl --silent --fail --parallel --parallel-max 300 \
+        --config "$work/curl.conf" 2>&1 >/dev/null | tail -1)
+    read -r cw cu cs <<<"$curl_line"
+    pass_line=$("$build/bench/bench_pass" $port "$work/urls")
+    echo "round $round curl_seconds $cw curl_cpu_seconds $(awk "BEGIN { print $cu + $cs }") lanternic $pass_line"
+done | tee "$work/rounds"
+
+median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+field() { awk -v name="$1" '{ for (i = 1; i < NF; i++) if ($i == name) print $(i + 1) }' "$work/rounds"; }
+cw=$(field curl_seconds | median)
+cc=$(field curl_cpu_seconds | median)
+pw=$(field pass_seconds | median)
+pc=$(field pass_cpu_seconds | median)
+idle=$(field idle_rss_kb | median)
+peak=$(field peak_rss_kb | median)
+echo "median curl ${cw}s wall ${cc}s cpu; pass ${pw}s wall ${pc}s cpu;" \
+    "wall ratio $(awk "BEGIN { printf \"%.2f\", $pw / $cw }")" \
+    "cpu ratio $(awk "BEGIN { printf \"%.2f\", $pc / $cc }")" \
+    "memory growth $(awk "BEGIN { printf \"%.1f\", ($peak - $idle) / 1024 }") MB"
+
+if command -v strace >/dev/null; then
+    strace -f -c -o "$work/strace" "$build/bench/bench_pass" $port "$work/urls" >/dev/null
+    calls=$(awk '$NF == "total" { print $(NF - 2) }' "$work/strace")
+    echo "syscalls per request (whole process, start-up included): $(awk "BEGIN { printf \"%.1f\", $calls / $count }")"
+fi

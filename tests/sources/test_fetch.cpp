@@ -139,7 +139,7 @@ private Q_SLOTS:
         QFETCH(int, status);
         QFETCH(QByteArray, body);
         server->route("/proxy/Status.Example.COM", {status, body, {}});
-        network::Session via({.loopbackHosts = {{u"status.example.com"_s, server->port()}}});
+        network::Session via(loopback(u"status.example.com"_s, server->port()));
         QTEST(probe(via, u"Status.Example.COM"_s), "kind");
         QCOMPARE(server->hosts(),
                  QList<QByteArray>{"status.example.com:" + QByteArray::number(server->port())});
@@ -148,7 +148,7 @@ private Q_SLOTS:
 
     void unreachableProbeFindsNothing()
     {
-        network::Session via({.loopbackHosts = {{u"status.example.com"_s, 1}}});
+        network::Session via(loopback(u"status.example.com"_s, 1));
         QCOMPARE(probe(via, u"status.example.com"_s), std::nullopt);
     }
 

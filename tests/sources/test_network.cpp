@@ -1,4 +1,5 @@
 #include "sources/network.h"
+#include "support/fixtures.h"
 #include "support/loopbackserver.h"
 
 #include <QProcess>
@@ -59,7 +60,13 @@ class TestNetwork : public QObject {
         return *response;
     }
 
-    static Session::Options quick() { return {.inactivityTimeout = 1s, .transferLimit = 2s}; }
+    static Session::Options quick()
+    {
+        Session::Options options;
+        options.inactivityTimeout = 1s;
+        options.transferLimit = 2s;
+        return options;
+    }
 
 private Q_SLOTS:
     void init()
@@ -233,7 +240,7 @@ private Q_SLOTS:
     void loopbackHostsKeepTheirNames()
     {
         server->route("/proxy/status.example.com", {200, "widget", {}});
-        Session via({.loopbackHosts = {{u"status.example.com"_s, server->port()}}});
+        Session via(loopback(u"status.example.com"_s, server->port()));
         QCOMPARE(get(QUrl(u"https://status.example.com/proxy/status.example.com"_s), &via).body,
                  "widget");
         QCOMPARE(server->hosts(),
@@ -283,7 +290,7 @@ private Q_SLOTS:
         qputenv("no_proxy", "direct.example");
         server->route("http://status.example.com/x", {200, "via the proxy", {}});
         server->route("/y", {200, "direct", {}});
-        Session via({.loopbackHosts = {{u"direct.example"_s, server->port()}}});
+        Session via(loopback(u"direct.example"_s, server->port()));
         const Response proxied = get(QUrl(u"http://status.example.com/x"_s), &via);
         const Response direct = get(QUrl(u"http://direct.example/y"_s), &via);
         qputenv("http_proxy", savedProxy);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/network.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QString>
@@ -19,4 +21,12 @@ inline QByteArray relayFeed(const QByteArray &health, const QByteArray &componen
 {
     return R"({"schema":"lanternic.v1","health":")" + health + R"(","components":)" + components +
            extraMembers + "}";
+}
+
+// A session that reaches host on a loopback server listening at port.
+inline lanternic::network::Session::Options loopback(const QString &host, quint16 port)
+{
+    lanternic::network::Session::Options options;
+    options.loopbackHosts.insert(host, port);
+    return options;
 }
