@@ -78,10 +78,11 @@ int main(int argc, char **argv)
         const double seconds = double(timer.nsecsElapsed()) / 1e9;
         for (const SourceResult &result : environment.store->results())
             failed += result.error ? 1 : 0;
-        std::printf("sources %lld failed %d pass_seconds %.3f pass_cpu_seconds %.3f idle_rss_kb %ld "
-                    "peak_rss_kb %ld\n",
-                    qlonglong(lines.size()), failed, seconds, cpuSeconds() - cpuAtStart, idle,
-                    peakResidentKilobytes());
+        std::printf(
+            "sources %lld failed %d pass_seconds %.3f pass_cpu_seconds %.3f idle_rss_kb %ld "
+            "peak_rss_kb %ld\n",
+            qlonglong(lines.size()), failed, seconds, cpuSeconds() - cpuAtStart, idle,
+            peakResidentKilobytes());
         QCoreApplication::exit(failed == 0 ? 0 : 1);
     });
     return QCoreApplication::exec();

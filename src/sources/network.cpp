@@ -1,6 +1,7 @@
 #include "sources/network.h"
 
 #include <QElapsedTimer>
+#include <QHostAddress>
 #include <QNetworkProxyFactory>
 #include <QPointer>
 #include <QSocketNotifier>
@@ -17,19 +18,18 @@ namespace {
 
 class Transfer;
 
-// The notifiers that watch one socket libcurl asked us to watch.
+// The notifiers that watch one socket libcurl asked us to watch. They are kept for the next
+// socket when this one closes: making and destroying them per connection costs more than the
+// rest of a loopback transfer's event handling.
 struct SocketWatch {
     QSocketNotifier *read = nullptr;
     QSocketNotifier *write = nullptr;
 };
 
-void retire(QSocketNotifier *notifier)
+void stopWatching(QSocketNotifier *notifier)
 {
-    if (!notifier)
-        return;
-    // It may be the one whose signal is being delivered right now.
-    notifier->setEnabled(false);
-    notifier->deleteLater();
+    if (notifier)
+        notifier->setEnabled(false);
 }
 
 microseconds timeInfo(CURL *easy, CURLINFO info)
@@ -60,7 +60,8 @@ struct Session::Private {
     CURLM *multi = nullptr;
     QTimer timer;
     QHash<CURL *, Transfer *> transfers;
-    QSet<SocketWatch *> watches;
+    QSet<SocketWatch *> watches; // in use
+    QList<SocketWatch *> spareWatches;
     // Proxy lookups ask the desktop's settings; one per host is enough while transfers run.
     QHash<QString, QByteArray> proxies;
 };
@@ -87,6 +88,13 @@ public:
     static size_t onData(char *data, size_t, size_t size, void *self)
     {
         auto *transfer = static_cast<Transfer *>(self);
+        if (transfer->body.isEmpty()) {
+            // One allocation for the whole body when its length is known.
+            curl_off_t length = -1;
+            curl_easy_getinfo(transfer->easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+            if (length > 0 && length <= maximumBodySize)
+                transfer->body.reserve(qsizetype(length));
+        }
         if (transfer->body.size() + qint64(size) > maximumBodySize) {
             transfer->tooLarge = true;
             return 0; // aborts the transfer
@@ -156,11 +164,9 @@ Session::Private::~Private()
     for (Transfer *transfer : transfers.values())
         delete transfer;
     curl_multi_cleanup(multi);
-    for (SocketWatch *watch : std::as_const(watches)) {
-        retire(watch->read);
-        retire(watch->write);
-        delete watch;
-    }
+    // The notifiers are the session's children and go with it.
+    qDeleteAll(watches);
+    qDeleteAll(spareWatches);
 }
 
 int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watchData)
@@ -169,16 +175,20 @@ int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *sel
     auto *watch = static_cast<SocketWatch *>(watchData);
     if (what == CURL_POLL_REMOVE) {
         if (watch) {
-            retire(watch->read);
-            retire(watch->write);
+            stopWatching(watch->read);
+            stopWatching(watch->write);
             d->watches.remove(watch);
-            delete watch;
+            d->spareWatches.append(watch);
             curl_multi_assign(d->multi, socket, nullptr);
         }
         return 0;
     }
     if (!watch) {
-        watch = new SocketWatch;
+        watch = d->spareWatches.isEmpty() ? new SocketWatch : d->spareWatches.takeLast();
+        for (QSocketNotifier *notifier : {watch->read, watch->write}) {
+            if (notifier)
+                notifier->setSocket(qintptr(socket));
+        }
         d->watches.insert(watch);
         curl_multi_assign(d->multi, socket, watch);
     }
@@ -192,7 +202,9 @@ int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *sel
         if (!notifier) {
             notifier = new QSocketNotifier(qintptr(socket), type, d->q);
             QObject::connect(notifier, &QSocketNotifier::activated, d->q,
-                             [d, socket, event] { d->socketAction(socket, event); });
+                             [d, event](QSocketDescriptor descriptor) {
+                                 d->socketAction(curl_socket_t(qintptr(descriptor)), event);
+                             });
         }
         notifier->setEnabled(true);
     };
@@ -327,6 +339,9 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
 
 QByteArray Session::Private::proxyFor(const QUrl &url)
 {
+    // Loopback addresses never go through a proxy, as in browsers.
+    if (QHostAddress(url.host()).isLoopback() || url.host() == "localhost"_L1)
+        return QByteArray();
     const QString key = url.scheme() + u' ' + url.host() + u':' + QString::number(url.port());
     auto cached = proxies.constFind(key);
     if (cached != proxies.constEnd())

@@ -76,14 +76,6 @@ class TestApp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void iconWithoutBadge()
-    {
-        const QImage icon = TrayIcon::draw(Health::operational, 0, QApplication::palette(), 2);
-        QCOMPARE(icon.size(), QSize(36, 32));
-        const QImage unknown = TrayIcon::draw(Health::unknown, 0, QApplication::palette(), 1);
-        QCOMPARE(unknown.size(), QSize(18, 16));
-    }
-
     void iconColour_data()
     {
         QTest::addColumn<Health>("health");
@@ -163,12 +155,6 @@ private Q_SLOTS:
         fixture.silence.silence(a, SilenceDuration::forever, fixture.now);
         QCOMPARE(store.overallHealth(), Health::degraded);
         QCOMPARE(store.issueCount(Health::degraded), 1);
-    }
-
-    void emptyStoreTooltip()
-    {
-        QCOMPARE(TrayIcon::toolTip(u"No sources configured"_s),
-                 u"Lanternic \u2014 No sources configured"_s);
     }
 
     void placement_data()
@@ -340,13 +326,6 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QTest::keyClick(&window, Qt::Key_Escape);
         QVERIFY(!window.isVisible());
-    }
-
-    void versions()
-    {
-        QCOMPARE(UpdateChecker::compareVersions(u"1.10"_s, u"1.9"_s), 1);
-        QCOMPARE(UpdateChecker::compareVersions(u"1.2"_s, u"1.2.0"_s), 0);
-        QCOMPARE(UpdateChecker::compareVersions(u"0.1.0"_s, u"0.2"_s), -1);
     }
 
     void updateChecks_data()

@@ -47,13 +47,6 @@ private Q_SLOTS:
         QCOMPARE(component[u"id"_s], u"source::ci"_s);
     }
 
-    void prettyIsIndented()
-    {
-        const Run r = run({u"read"_s, u"--pretty"_s, u"-"_s}, R"({"schema":"lanternic.v1"})");
-        QVERIFY(r.out.count('\n') > 5);
-        QCOMPARE(r.json()[u"url"_s], u"https://status.invalid"_s);
-    }
-
     void exitCodeFollowsHealth_data()
     {
         QTest::addColumn<QByteArray>("health");
@@ -126,14 +119,6 @@ private Q_SLOTS:
         QVERIFY(r.out.isEmpty());
         QCOMPARE(r.err.count('\n'), 1);
         QVERIFY(r.err.startsWith("lanternic-check: "));
-    }
-
-    void help()
-    {
-        const Run r = run({u"--help"_s});
-        QCOMPARE(r.exitCode, 0);
-        QVERIFY(r.out.contains("lanternic-check read"));
-        QVERIFY(r.out.contains("--updog-service"));
     }
 
     void hostileInput_data()

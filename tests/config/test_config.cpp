@@ -62,14 +62,6 @@ private Q_SLOTS:
         QTEST(defaults->value(u"Lanternic.sources"_s).toString(), "loaded");
     }
 
-    void sourcesOfAnotherTypeCountAsEmpty()
-    {
-        store(u"Lanternic.sources"_s, QStringList{u"a=b"_s, u"c=d"_s});
-        QCOMPARE(AppSettings(*defaults).sourcesText(), QString());
-        store(u"Lanternic.sources"_s, QVariantMap{{u"a"_s, 1}});
-        QCOMPARE(AppSettings(*defaults).sourcesText(), QString());
-    }
-
     void storedValues_data()
     {
         QTest::addColumn<QVariant>("interval");
@@ -216,15 +208,6 @@ private Q_SLOTS:
         QTEST(sources[0].updogService, "service");
     }
 
-    void knownServiceAdjustments()
-    {
-        const auto sources = SourceRegistry::sources(u"CF=www.cloudflarestatus.com"_s, {});
-        QCOMPARE(sources[0].id, u"cloudflare"_s);
-        QCOMPARE(sources[0].treatAsOperational, QSet<QString>{u"under_maintenance"_s});
-        QCOMPARE(sources[0].includeGroups, QSet<QString>{u"Cloudflare Sites and Services"_s});
-        QCOMPARE(sources[0].name, u"CF"_s);
-    }
-
     void repeatsAreNumbered()
     {
         const auto sources = SourceRegistry::sources(
@@ -265,14 +248,6 @@ private Q_SLOTS:
                                    u"status.datadoghq.eu"_s, u"github"_s, u"linearstatus.com"_s,
                                    u"openai"_s}));
         QVERIFY(SourceRegistry::baseHosts(text).isEmpty());
-    }
-
-    void defaultTextReadsBackAsTheDefaults()
-    {
-        const QString text = SourceRegistry::defaultText();
-        QVERIFY(text.startsWith(u"AWS (via Updog)=https://updog.ai/status/amazonaws\nClaude="_s));
-        QVERIFY(!text.endsWith(u'\n'));
-        QCOMPARE(SourceRegistry::entries(text).size(), 7);
     }
 
     void baseHosts()

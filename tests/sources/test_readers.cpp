@@ -381,14 +381,6 @@ private Q_SLOTS:
         QCOMPARE(source().read(body).url, QUrl(url));
     }
 
-    void resultNames()
-    {
-        const QByteArray relay = R"({"schema":"lanternic.v1","name":"Build farm"})";
-        QCOMPARE(source().read(relay).name, u"Build farm"_s);
-        const QByteArray summary = R"({"status":{"indicator":"none"},"page":{"name":"Theirs"}})";
-        QCOMPARE(source().read(summary).name, u"Source"_s);
-    }
-
     void updogNamesWhatItDoesNotMonitor()
     {
         const QByteArray empty = R"({"data":{"attributes":{"provider_data":[]}}})";
@@ -405,32 +397,6 @@ private Q_SLOTS:
         QCOMPARE(IncidentIOSource::parse(source(), summary), std::nullopt);
         QCOMPARE(UpdogSource::parse(source(), summary), std::nullopt);
         QCOMPARE(StatuspageSource::parse(source(), parseJson("{}")), std::nullopt);
-    }
-
-    void widgetURL_data()
-    {
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<std::optional<QString>>("subpage");
-        QTest::addColumn<QString>("url");
-        QTest::newRow("no subpage") << u"status.example.com"_s << std::optional<QString>()
-                                    << u"https://status.example.com/proxy/status.example.com"_s;
-        QTest::newRow("empty subpage") << u"status.example.com"_s << std::optional<QString>(u""_s)
-                                       << u"https://status.example.com/proxy/status.example.com"_s;
-        QTest::newRow("subpage")
-            << u"status.example.com"_s << std::optional<QString>(u"api"_s)
-            << u"https://status.example.com/proxy/status.example.com?subpage_slug=api"_s;
-        QTest::newRow("subpage escaped")
-            << u"status.example.com"_s << std::optional<QString>(u"a b/é#"_s)
-            << u"https://status.example.com/proxy/status.example.com?subpage_slug=a%20b/%C3%A9%23"_s;
-    }
-
-    void widgetURL()
-    {
-        QFETCH(QString, host);
-        QFETCH(std::optional<QString>, subpage);
-        const auto url = IncidentIOSource::widgetURL(host, subpage);
-        QVERIFY(url);
-        QTEST(url->toString(QUrl::FullyEncoded), "url");
     }
 
     void recordedDocuments_data()

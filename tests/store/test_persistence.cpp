@@ -34,12 +34,6 @@ private Q_SLOTS:
                                                QSettings::IniFormat);
     }
 
-    void referenceDates()
-    {
-        QCOMPARE(referenceSeconds(at("2026-11-16T17:00:00Z")), 816541200.0);
-        QCOMPARE(fromReferenceSeconds(816541230.5), at("2026-11-16T17:00:30.500Z"));
-    }
-
     void silenceDurations()
     {
         const QDateTime now = at("2026-11-16T17:00:00Z");
@@ -130,12 +124,6 @@ private Q_SLOTS:
         QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
     }
 
-    void silencesOfAnotherTypeAreIgnored()
-    {
-        defaults->setValue(u"Lanternic.silences"_s, u"{\"x\":{\"forever\":{}}}"_s);
-        QVERIFY(SilenceStore(*defaults).entries().isEmpty());
-    }
-
     void pruning()
     {
         SilenceStore store(*defaults);
@@ -170,15 +158,6 @@ private Q_SLOTS:
                                     u"github::api"_s, u"github::web"_s}));
         QCOMPARE(store.entries().value(u"github::api"_s), SilenceUntil::resolved());
         QVERIFY(defaults->value(u"Lanternic.silences"_s).toByteArray() != stored);
-    }
-
-    void rekeyingThatChangesNothingWritesNothing()
-    {
-        const QByteArray stored = R"({"github":{"forever":{}}, "H-x":{"forever":{}}})";
-        defaults->setValue(u"Lanternic.silences"_s, stored);
-        SilenceStore store(*defaults);
-        store.rekey({{u"github"_s, u"H"_s}});
-        QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
     }
 
     void historyKeepsTheNewestForty()

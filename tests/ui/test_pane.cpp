@@ -354,25 +354,6 @@ private Q_SLOTS:
         QCOMPARE(HistorySparkline(ticks.mid(0, 5)).bars().size(), 5);
     }
 
-    void symbolsPaintAtAnyScale()
-    {
-        for (const char *name :
-             {"checkmark.circle.fill", "exclamationmark.triangle.fill", "xmark.octagon.fill",
-              "questionmark.circle.fill", "bell.slash", "bell.slash.fill", "gearshape", "power",
-              "clock", "arrow.clockwise", "chevron.down", "chevron.right", "waveform.path.ecg"}) {
-            const QString symbol = QString::fromLatin1(name);
-            QVERIFY2(Symbols::exists(symbol), name);
-            const QImage image = Symbols::image(symbol, QSizeF(16, 16), Qt::red, 2.0);
-            QCOMPARE(image.size(), QSize(32, 32));
-            int painted = 0;
-            for (int y = 0; y < 32; ++y)
-                for (int x = 0; x < 32; ++x)
-                    painted += qAlpha(image.pixel(x, y)) > 128;
-            QVERIFY2(painted > 20 && painted < 32 * 32 * 0.9, name);
-        }
-        QVERIFY(Symbols::icon(u"no.such.symbol"_s, Qt::red).isNull());
-    }
-
     void onlyWebLinksOpen()
     {
         UrlRecorder recorder;
