@@ -1,6 +1,7 @@
 #include "cli/passcommand.h"
 
 #include "cli/resultjson.h"
+#include "model/feedtext.h"
 #include "model/settingskeys.h"
 #include "store/appenvironment.h"
 #include "store/displaytext.h"
@@ -84,23 +85,29 @@ QByteArray jsonReport(const LanternicStore &store)
     return QJsonDocument(report).toJson(QJsonDocument::Compact) + '\n';
 }
 
+// Feed text on a terminal: one line, no escape sequences, a sane width.
+QString terminalText(const QString &text)
+{
+    return FeedText::clean(text, 200);
+}
+
 QByteArray textReport(const LanternicStore &store)
 {
     const QList<DisplayProvider> rows = store.providers();
     qsizetype width = 0;
     for (const DisplayProvider &row : rows)
-        width = std::max(width, row.result.name.size());
+        width = std::max(width, terminalText(row.result.name).size());
     QString text;
     for (const DisplayProvider &row : rows) {
-        text += healthMark(row.health) + u' ' + row.result.name.leftJustified(width) + u"  "_s +
-                row.detail + u'\n';
+        text += healthMark(row.health) + u' ' + terminalText(row.result.name).leftJustified(width) +
+                u"  "_s + terminalText(row.detail) + u'\n';
     }
     text += store.summaryText() + u'\n';
     const QList<SilencedItem> silenced = store.silencedItems();
     if (!silenced.isEmpty()) {
         text += u"\nSilenced:\n"_s;
         for (const SilencedItem &item : silenced)
-            text += u"  "_s + item.title + u" ("_s +
+            text += u"  "_s + terminalText(item.title) + u" ("_s +
                     DisplayText::timeLeftText(item.until, store.now()) + u")\n"_s;
     }
     return text.toUtf8();

@@ -10,6 +10,17 @@ std::optional<QUrl> parseUrl(const QString &text)
     return url;
 }
 
+std::optional<QUrl> parseWebUrl(const QString &text)
+{
+    auto url = parseUrl(text);
+    if (!url ||
+        (url->scheme() != QLatin1StringView("http") &&
+         url->scheme() != QLatin1StringView("https")) ||
+        url->host().isEmpty())
+        return std::nullopt;
+    return url;
+}
+
 QString percentEncodeQuery(const QString &text)
 {
     return QString::fromLatin1(text.toUtf8().toPercentEncoding("!$&'()*+,/:;=?@"));

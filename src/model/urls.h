@@ -9,6 +9,9 @@ namespace lanternic {
 // A URL only when the text parses strictly; empty text is no URL.
 std::optional<QUrl> parseUrl(const QString &text);
 
+// A link a feed may give: an absolute http or https URL with a host, and nothing else.
+std::optional<QUrl> parseWebUrl(const QString &text);
+
 // Escapes every byte of the UTF-8 form except letters, digits and !$&'()*+,-./:;=?@_~,
 // the characters a URL query may hold as they are.
 QString percentEncodeQuery(const QString &text);

@@ -223,7 +223,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
 
     result.url = source.homeURL;
     if (summary->publicUrl) {
-        if (auto url = parseUrl(*summary->publicUrl))
+        if (auto url = parseWebUrl(*summary->publicUrl))
             result.url = *url;
     }
 

@@ -67,7 +67,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     }
     result.url = source.homeURL;
     if (feed->url) {
-        if (auto url = parseUrl(*feed->url))
+        if (auto url = parseWebUrl(*feed->url))
             result.url = *url;
     }
     result.checkedAt = QDateTime::currentDateTimeUtc();

@@ -65,7 +65,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     result.name = source.name;
     result.url = source.homeURL;
     if (summary.page && summary.page->url) {
-        if (auto url = parseUrl(*summary.page->url))
+        if (auto url = parseWebUrl(*summary.page->url))
             result.url = *url;
     }
 

@@ -1,5 +1,7 @@
 #include "ui/panetext.h"
 
+#include "model/feedtext.h"
+
 #include <QCollator>
 #include <algorithm>
 
@@ -18,36 +20,44 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
                         const std::function<bool(const QString &id)> &isSilenced)
 {
     const SourceResult &result = row.result;
+    // Each piece is cut before it is joined: a feed's names may be of any length.
+    const QString name = FeedText::clean(result.name);
     auto target = [&](const ComponentStatus &component) {
-        QString status = component.status;
+        QString status = FeedText::clean(component.status);
         status.replace(u'_', u' ');
         return SilenceTarget{component.id,
-                             u"Silence "_s + result.name + u" - "_s + component.name + u" ["_s +
-                                 status + u']',
+                             u"Silence "_s + name + u" - "_s + FeedText::clean(component.name) +
+                                 u" ["_s + status + u']',
                              component.health};
     };
 
     SilenceMenu menu;
-    menu.whole = {result.id, u"Silence "_s + result.name + u" (ALL)"_s, row.health};
+    menu.whole = {result.id, u"Silence "_s + name + u" (ALL)"_s, row.health};
     QList<const ComponentStatus *> operational;
+    qsizetype unsilenced = 0;
     for (const ComponentStatus &component : result.components) {
         if (isSilenced(component.id))
             continue;
-        if (component.health != Health::operational)
-            menu.affected.append(target(component));
-        else
+        ++unsilenced;
+        if (component.health == Health::operational)
             operational.append(&component);
+        else if (menu.affected.size() < SilenceMenu::maximumComponents)
+            menu.affected.append(target(component));
     }
 
+    // Only the first few by name are shown, so only those are put in order.
+    const qsizetype room =
+        std::min(operational.size(), SilenceMenu::maximumComponents - menu.affected.size());
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::stable_sort(operational.begin(), operational.end(),
-                     [&](auto *a, auto *b) { return collator.compare(a->name, b->name) < 0; });
-    for (const ComponentStatus *component :
-         QList(operational.begin(),
-               operational.begin() + std::min(operational.size(), SilenceMenu::maximumOperational)))
-        menu.operational.append(target(*component));
-    menu.othersCount = operational.size() - menu.operational.size();
+    std::partial_sort(operational.begin(), operational.begin() + room, operational.end(),
+                      [&](auto *a, auto *b) {
+                          const int order = collator.compare(a->name, b->name);
+                          return order != 0 ? order < 0 : a < b; // equal names keep feed order
+                      });
+    for (qsizetype i = 0; i < room; ++i)
+        menu.operational.append(target(*operational[i]));
+    menu.othersCount = unsilenced - menu.affected.size() - menu.operational.size();
     return menu;
 }
 

@@ -24,12 +24,13 @@ struct SilenceTarget {
 };
 
 struct SilenceMenu {
-    static constexpr qsizetype maximumOperational = 200;
+    // However many a feed lists, the menu lays out no more than this.
+    static constexpr qsizetype maximumComponents = 200;
 
     SilenceTarget whole;
     QList<SilenceTarget> affected;    // unsilenced affected components, in result order
-    QList<SilenceTarget> operational; // unsilenced operational ones, by name, at most 200
-    qsizetype othersCount = 0;        // operational components beyond the 200
+    QList<SilenceTarget> operational; // then unsilenced operational ones, by name
+    qsizetype othersCount = 0;        // components beyond the 200 in all
 
     // "… (and N others)", or empty when nothing was left out.
     QString othersText() const;

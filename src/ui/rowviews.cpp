@@ -1,5 +1,6 @@
 #include "ui/rowviews.h"
 
+#include "model/feedtext.h"
 #include "store/displaytext.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
@@ -64,8 +65,8 @@ ElidedLabel::ElidedLabel(QWidget *parent) : QWidget(parent)
 
 void ElidedLabel::setText(const QString &text)
 {
-    m_text = text;
-    setAccessibleName(text);
+    m_text = FeedText::clean(text);
+    setAccessibleName(m_text);
     updateGeometry();
     update();
 }
@@ -91,11 +92,8 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setPen(m_color);
     painter.setFont(font());
-    // Feed text may hold line breaks; the row shows one line.
-    QString line = m_text;
-    line.replace(u'\n', u' ');
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter,
-                     fontMetrics().elidedText(line, Qt::ElideRight, width()));
+                     fontMetrics().elidedText(m_text, Qt::ElideRight, width()));
 }
 
 HistorySparkline::HistorySparkline(const QList<HealthTick> &ticks, QWidget *parent)
@@ -172,7 +170,7 @@ StatusRowView::StatusRowView(DisplayProvider provider, const QList<HealthTick> &
     m_menuButton->setIcon(Symbols::icon(u"bell.slash"_s, Theme::secondaryText(palette())));
     m_menuButton->setIconSize(QSize(12, 12));
     m_menuButton->setFixedWidth(22);
-    m_menuButton->setToolTip(Theme::plainToolTip(u"Silence "_s + result.name));
+    m_menuButton->setToolTip(Theme::plainToolTip({u"Silence "_s + result.name}));
     m_menuButton->setAccessibleName(u"Silence "_s + result.name);
     QSizePolicy keepSpace = m_menuButton->sizePolicy();
     keepSpace.setRetainSizeWhenHidden(true);
@@ -183,10 +181,10 @@ StatusRowView::StatusRowView(DisplayProvider provider, const QList<HealthTick> &
     connect(m_menuButton->menu(), &QMenu::aboutToShow, this, &StatusRowView::buildMenu);
     row->addWidget(m_menuButton);
 
-    if (result.error)
-        setToolTip(Theme::plainToolTip(*result.error));
-    else if (result.url)
-        setToolTip(Theme::plainToolTip(result.url->toString()));
+    // The full name (the row may elide it), then the page or what went wrong.
+    setToolTip(Theme::plainToolTip(
+        {result.name,
+         result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)}));
     setAccessibleName(result.name + u", "_s + label(m_provider.health) + u", "_s +
                       m_provider.detail);
 }
@@ -211,9 +209,9 @@ void StatusRowView::buildMenu()
         menu->addSeparator();
         for (const auto &target : model.operational)
             addTarget(target);
-        if (model.othersCount > 0)
-            menu->addAction(Theme::menuText(model.othersText()))->setEnabled(false);
     }
+    if (model.othersCount > 0)
+        menu->addAction(Theme::menuText(model.othersText()))->setEnabled(false);
 }
 
 void StatusRowView::setHovering(bool hovering)

@@ -1,5 +1,7 @@
 #include "ui/theme.h"
 
+#include "model/feedtext.h"
+
 #include <QApplication>
 #include <QPalette>
 
@@ -70,18 +72,23 @@ QFont font(qreal size, QFont::Weight weight)
     return font;
 }
 
-QString plainToolTip(const QString &text)
+QString plainToolTip(const QStringList &lines)
 {
-    if (text.isEmpty())
-        return text;
-    // Escaped and wrapped, so that the tooltip shows the text exactly, tags and all.
-    return u"<p style='white-space:pre-wrap'>"_s + text.toHtmlEscaped() + u"</p>"_s;
+    QStringList escaped;
+    for (const QString &line : lines) {
+        if (!line.isEmpty())
+            escaped.append(FeedText::clean(line).toHtmlEscaped());
+    }
+    if (escaped.isEmpty())
+        return QString();
+    // Escaped, so that the tooltip shows the text exactly, tags and all; one line per piece,
+    // never broken inside (an address stays whole).
+    return u"<p style='white-space:pre'>"_s + escaped.join(u"<br>"_s) + u"</p>"_s;
 }
 
 QString menuText(const QString &text)
 {
-    QString escaped = text;
-    return escaped.replace(u'&', u"&&"_s);
+    return FeedText::clean(text).replace(u'&', u"&&"_s);
 }
 
 } // namespace lanternic::Theme

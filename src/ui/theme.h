@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QFont>
 #include <QString>
+#include <QStringList>
 
 class QPalette;
 class QWidget;
@@ -24,7 +25,7 @@ QColor accent(const QPalette &palette, qreal opacity);
 QFont font(qreal size, QFont::Weight weight = QFont::Normal);
 
 // Feed text as a tooltip that is never read as markup.
-QString plainToolTip(const QString &text);
+QString plainToolTip(const QStringList &lines);
 // Feed text as a menu or action title in which "&" is never a mnemonic.
 QString menuText(const QString &text);
 

@@ -33,6 +33,20 @@ private Q_SLOTS:
         server.route("/down", {200, fixture(u"relay-feed.json"_s).replace("degraded", "down"), {}});
     }
 
+    void feedTextCannotForgeTheReport()
+    {
+        server.route("/evil",
+                     {200,
+                      "{\"schema\":\"lanternic.v1\",\"health\":\"down\",\"name\":\"Evil\\u202e\","
+                      "\"detail\":\"x\\u0000y\\u001b[2J\\n\\u2713 GitHub  Operational\"}",
+                      {}});
+        const Run r = run(
+            {u"--settings"_s, dir.filePath(u"evil.ini"_s), u"--source"_s, line(u"E"_s, "/evil?")});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(r.out),
+                 u"\u2717 Evil  x y [2J \u2713 GitHub  Operational\n1 down\n"_s);
+    }
+
     void printsRowsSummaryAndSilences()
     {
         const QString file = dir.filePath(u"human.ini"_s);

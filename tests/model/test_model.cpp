@@ -1,3 +1,4 @@
+#include "model/feedtext.h"
 #include "model/sourceresult.h"
 
 #include <QTest>
@@ -68,6 +69,33 @@ private Q_SLOTS:
         const auto [health, detail] = SourceResult::summarize(components, u"All clear"_s);
         QTEST(health, "health");
         QTEST(detail, "detail");
+    }
+
+    void feedText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("plain") << u"GitHub \u2014 API"_s << u"GitHub \u2014 API"_s;
+        QTest::newRow("forged report line")
+            << u"ok\n\u2713 GitHub  Operational"_s << u"ok \u2713 GitHub  Operational"_s;
+        QTest::newRow("controls and separators")
+            << u"a\rb\vc\td\u0000e\u007ff\u0085g\u2028h\u2029i"_s << u"a b c d e f g h i"_s;
+        QTest::newRow("escape sequence") << u"\u001b]0;owned\u0007x"_s << u" ]0;owned x"_s;
+        QTest::newRow("bidi overrides and isolates")
+            << u"\u202egnp.exe\u202c \u2066x\u2069"_s << u"gnp.exe x"_s;
+        QTest::newRow("cut with an ellipsis")
+            << QString(400, u'a') << QString(299, u'a') + u"\u2026"_s;
+        // A flag is two code points and four code units: never split.
+        QTest::newRow("cut between graphemes")
+            << QString(298, u'a') + u"\U0001F1E9\U0001F1EA"_s << QString(298, u'a') + u"\u2026"_s;
+        QTest::newRow("one huge cluster") << u"e"_s + QString(100000, QChar(0x301))
+                                          << u"e"_s + QString(298, QChar(0x301)) + u"\u2026"_s;
+    }
+
+    void feedText()
+    {
+        QFETCH(QString, text);
+        QTEST(FeedText::clean(text), "shown");
     }
 };
 

@@ -81,9 +81,6 @@ private Q_SLOTS:
         QTest::newRow("indicator without description")
             << source() << QByteArray(R"({"status":{"indicator":"minor"},"components":[]})")
             << u"degraded | minor | "_s;
-        QTest::newRow("null description counts as absent")
-            << source() << QByteArray(R"({"status":{"indicator":"major","description":null}})")
-            << u"down | major | "_s;
         QTest::newRow("unknown indicator")
             << source() << QByteArray(R"({"status":{"indicator":"odd","description":"Hm"}})")
             << u"unknown | Hm | "_s;
@@ -96,15 +93,6 @@ private Q_SLOTS:
                    {"id":"a","name":"A","status":"operational"},
                    {"id":"b","name":"API","status":"major_outage"}]})")
             << u"down | API \u2014 down | a=operational(operational), b=down(major_outage)"_s;
-        QTest::newRow("two affected")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
-                   {"id":"a","name":"A","status":"partial_outage"},
-                   {"id":"b","name":"B","status":"full_outage"}]})")
-            << u"down | 2 components affected | a=degraded(partial_outage), b=down(full_outage)"_s;
-        QTest::newRow("maintenance is degraded")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
-                   {"id":"a","name":"A","status":"under_maintenance"}]})")
-            << u"degraded | A \u2014 degraded | a=degraded(under_maintenance)"_s;
         QTest::newRow("maintenance treated as operational")
             << treating({u"under_maintenance"_s})
             << QByteArray(R"({"status":{"indicator":"none"},"components":[
@@ -128,22 +116,11 @@ private Q_SLOTS:
         QTest::newRow("include one group, snake and camel keys")
             << including({u"Sites"_s}) << grouped
             << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational)"_s;
-        QTest::newRow("group names are case-sensitive")
-            << including({u"sites"_s}) << grouped << u"operational | All Systems Operational | "_s;
         QTest::newRow("empty include set keeps nothing")
             << including({}) << grouped << u"operational | All Systems Operational | "_s;
         QTest::newRow("component without status")
             << source()
             << QByteArray(R"({"status":{"indicator":"none"},"components":[{"id":"a","name":"A"}]})")
-            << unrecognized;
-        QTest::newRow("group flag must be a boolean")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
-                   {"id":"a","name":"A","status":"operational","group":1}]})")
-            << unrecognized;
-        QTest::newRow("status must be an object")
-            << source() << QByteArray(R"({"status":"none"})") << unrecognized;
-        QTest::newRow("component must be an object")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[null]})")
             << unrecognized;
 
         // incident.io widget documents.
@@ -179,10 +156,6 @@ private Q_SLOTS:
         QTest::newRow("widget, worse reference wins")
             << source()
             << QString::fromUtf8(twoRefs).arg(u"degraded_performance"_s, u"full_outage"_s).toUtf8()
-            << u"down | c \u2014 down | c=down(full_outage)"_s;
-        QTest::newRow("widget, first of equals stays")
-            << source()
-            << QString::fromUtf8(twoRefs).arg(u"full_outage"_s, u"major_outage"_s).toUtf8()
             << u"down | c \u2014 down | c=down(full_outage)"_s;
         QTest::newRow("widget, current status wins")
             << source()
@@ -236,8 +209,6 @@ private Q_SLOTS:
             << updog(u"amazonaws"_s, u"s3"_s) << feed << u"degraded | Outage detected | "_s;
         QTest::newRow("updog, ongoing outage with region")
             << updog(u"gcp"_s) << feed << u"degraded | Outage detected \u2014 eu-west-1 | "_s;
-        QTest::newRow("updog, provider is case-sensitive")
-            << updog(u"AmazonAWS"_s) << feed << u"unknown | Not monitored by Updog | "_s;
         QTest::newRow("updog, everything without a provider")
             << updog(std::nullopt, u"ec2"_s) << feed
             << u"degraded | 2 components affected | amazonaws/ec2=operational(operational), amazonaws/s3=degraded(ongoing outage), amazonaws/lambda=operational(operational), gcp/=degraded(ongoing outage)"_s;
@@ -255,9 +226,6 @@ private Q_SLOTS:
             << QByteArray(
                    R"({"schema":"lanternic.v1","health":"down","detail":"Primary database failover"})")
             << u"down | Primary database failover | "_s;
-        QTest::newRow("relay, health without detail")
-            << source() << QByteArray(R"({"schema":"lanternic.v1","health":"degraded"})")
-            << u"degraded | Degraded | "_s;
         QTest::newRow("relay, unknown health word")
             << source() << QByteArray(R"({"schema":"lanternic.v1","health":"Down"})")
             << u"unknown | Unknown | "_s;
@@ -285,9 +253,6 @@ private Q_SLOTS:
         QTest::newRow("relay, other schema")
             << source() << QByteArray(R"({"schema":"lanternic.v2","health":"down"})")
             << unrecognized;
-        QTest::newRow("relay, schema is case-sensitive")
-            << source() << QByteArray(R"({"schema":"Lanternic.v1","health":"down"})")
-            << unrecognized;
         QTest::newRow("relay, keys are exact")
             << source() << QByteArray(R"({"Schema":"lanternic.v1","health":"down"})")
             << unrecognized;
@@ -313,17 +278,10 @@ private Q_SLOTS:
         QTest::newRow("empty body") << source() << QByteArray() << unrecognized;
         QTest::newRow("html") << source() << QByteArray("<!doctype html><title>Status</title>")
                               << unrecognized;
-        QTest::newRow("top-level array")
-            << source() << QByteArray(R"([{"status":{"indicator":"none"}}])") << unrecognized;
         QTest::newRow("invalid UTF-8")
             << source() << QByteArray("{\"status\":{\"indicator\":\"\xff\xfe\"}}") << unrecognized;
         QTest::newRow("deep nesting")
             << source() << QByteArray(100000, '[') + QByteArray(100000, ']') << unrecognized;
-        QTest::newRow("huge number")
-            << source()
-            << QByteArray(
-                   R"({"status":{"indicator":"none"},"x":1e999999,"y":-123456789012345678901234567890})")
-            << unrecognized;
     }
 
     void read()
@@ -369,6 +327,16 @@ private Q_SLOTS:
             << u"https://x.example/s"_s;
         QTest::newRow("relay empty url") << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"\"}")
                                          << u"https://home.example"_s;
+        for (const char *link : {"javascript:alert(1)", "file:///etc/passwd", "data:text/html,x",
+                                 "/relative/page", "https:///no-host"}) {
+            QTest::addRow("relay url %s", link)
+                << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"") + link + "\"}"
+                << u"https://home.example"_s;
+        }
+        QTest::newRow("summary page url of another scheme")
+            << QByteArray(
+                   "{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"ftp://x.example\"}}")
+            << u"https://home.example"_s;
         QTest::newRow("updog never names one")
             << QByteArray("{\"data\":{\"attributes\":{\"provider_data\":[]}}}")
             << u"https://home.example"_s;

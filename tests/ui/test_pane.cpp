@@ -188,11 +188,19 @@ private Q_SLOTS:
             components.append({u"s::%1"_s.arg(i), u"Billing %1"_s.arg(i, 3, 10, QChar(u'0')),
                                Health::operational, u"operational"_s});
         components.append({u"s::api"_s, u"api"_s, Health::operational, u"operational"_s});
-        const auto menu =
+        auto menu =
             PaneText::silenceMenu(providerWith(components), [](const QString &) { return false; });
         QCOMPARE(menu.operational.size(), 200);
         QCOMPARE(menu.operational.first().id, u"s::api"_s);
         QCOMPARE(menu.othersText(), u"\u2026 (and 31 others)"_s);
+        // Affected components come first and count towards the 200 too.
+        for (int i = 0; i < 20000; ++i)
+            components.append({u"s::x%1"_s.arg(i), u"X"_s, Health::down, u"major_outage"_s});
+        menu =
+            PaneText::silenceMenu(providerWith(components), [](const QString &) { return false; });
+        QCOMPARE(menu.affected.size(), 200);
+        QVERIFY(menu.operational.isEmpty());
+        QCOMPARE(menu.othersCount, 20031);
     }
 
     void rowMenusShowFeedTextAsIs()
@@ -368,8 +376,8 @@ private Q_SLOTS:
 
     void feedTextStaysPlain()
     {
-        QCOMPARE(Theme::plainToolTip(u"<b>x</b> & y"_s),
-                 u"<p style='white-space:pre-wrap'>&lt;b&gt;x&lt;/b&gt; &amp; y</p>"_s);
+        QCOMPARE(Theme::plainToolTip({u"<b>x</b> & y"_s, QString(), u"a\nb"_s}),
+                 u"<p style='white-space:pre'>&lt;b&gt;x&lt;/b&gt; &amp; y<br>a b</p>"_s);
         QCOMPARE(Theme::menuText(u"R&D"_s), u"R&&D"_s);
     }
 };

@@ -1,0 +1,54 @@
+#include "model/feedtext.h"
+
+#include <QTextBoundaryFinder>
+
+namespace lanternic::FeedText {
+
+namespace {
+
+bool isControl(char16_t c)
+{
+    return c < 0x20 || (c >= 0x7f && c <= 0x9f) || c == 0x2028 || c == 0x2029;
+}
+
+bool isBidiControl(char16_t c)
+{
+    return (c >= 0x202a && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069);
+}
+
+// Where to cut so that at most maximum characters stay: the last grapheme boundary that fits,
+// or maximum itself when one cluster is longer than that (a base with thousands of marks).
+qsizetype cutPosition(const QString &text, qsizetype maximum)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype fits = 0;
+    for (qsizetype at = finder.toNextBoundary(); at != -1 && at <= maximum;
+         at = finder.toNextBoundary())
+        fits = at;
+    if (fits > 0)
+        return fits;
+    return text.at(maximum - 1).isHighSurrogate() ? maximum - 1 : maximum;
+}
+
+} // namespace
+
+QString clean(QStringView text, qsizetype maximum)
+{
+    // Only as much as can be shown is looked at: the rest is cut anyway.
+    const QStringView considered = text.first(std::min(text.size(), maximum * 4 + 8));
+    QString cleaned;
+    cleaned.reserve(considered.size());
+    for (QChar c : considered) {
+        if (isBidiControl(c.unicode()))
+            continue;
+        cleaned.append(isControl(c.unicode()) ? QChar(u' ') : c);
+    }
+    if (cleaned.size() <= maximum && considered.size() == text.size())
+        return cleaned;
+    // Room for the ellipsis.
+    cleaned.truncate(
+        cutPosition(cleaned.first(std::min(cleaned.size(), maximum + 64)), maximum - 1));
+    return cleaned + QChar(0x2026);
+}
+
+} // namespace lanternic::FeedText
