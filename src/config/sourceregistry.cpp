@@ -137,8 +137,30 @@ Target::Updog updogTarget(const QUrl &url)
     return target;
 }
 
+// Hands out ids: a key already taken gets "-2", "-3", … Each key remembers where its count
+// stands, so a list that repeats one line thousands of times costs no more than a varied one.
+class SourceIds {
+public:
+    QString claim(const QString &key)
+    {
+        QString id = key;
+        if (m_taken.contains(id)) {
+            int &n = m_next[key];
+            n = std::max(n, 2);
+            while (m_taken.contains(id = key + u'-' + QString::number(n)))
+                ++n;
+        }
+        m_taken.insert(id);
+        return id;
+    }
+
+private:
+    QSet<QString> m_taken;
+    QHash<QString, int> m_next;
+};
+
 std::optional<JSONSource> buildSource(const SourceEntry &entry,
-                                      const QHash<QString, SourceKind> &kinds, QSet<QString> &taken)
+                                      const QHash<QString, SourceKind> &kinds, SourceIds &ids)
 {
     const std::optional<Target> target = Target::classify(entry.value);
     if (!target)
@@ -188,20 +210,17 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         }
     }
 
-    source.id = key;
-    for (int n = 2; taken.contains(source.id); ++n)
-        source.id = key + u'-' + QString::number(n);
-    taken.insert(source.id);
+    source.id = ids.claim(key);
     return source;
 }
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
                                const QHash<QString, SourceKind> &kinds)
 {
-    QSet<QString> taken;
+    SourceIds ids;
     QList<JSONSource> sources;
     for (const SourceEntry &entry : entries) {
-        if (auto source = buildSource(entry, kinds, taken))
+        if (auto source = buildSource(entry, kinds, ids))
             sources.append(std::move(*source));
     }
     return sources;
@@ -279,13 +298,16 @@ QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> 
 QStringList baseHosts(const QString &text)
 {
     QStringList hosts;
+    QSet<QString> seen;
     for (const SourceEntry &entry : entries(text)) {
         const auto target = Target::classify(entry.value);
         if (!target)
             continue;
         if (const auto *base = std::get_if<Target::Base>(&target->value)) {
-            if (!hosts.contains(base->host))
+            if (!seen.contains(base->host)) {
+                seen.insert(base->host);
                 hosts.append(base->host);
+            }
         }
     }
     return hosts;

@@ -163,7 +163,8 @@ void LanternicStore::start()
 
 std::chrono::milliseconds LanternicStore::pollInterval() const
 {
-    return std::chrono::minutes(std::max(1, m_settings.refreshIntervalMinutes()));
+    // A stored value no settings window offers must neither hammer the pages nor stop checks.
+    return std::chrono::minutes(std::clamp(m_settings.refreshIntervalMinutes(), 1, 60));
 }
 
 void LanternicStore::finishPass(const QList<JSONSource> &sources, QList<SourceResult> collected)

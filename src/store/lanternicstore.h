@@ -57,7 +57,7 @@ public:
     int issueCount(Health health) const;
     QList<SilencedItem> silencedItems() const;
 
-    // The wait between passes: the interval in minutes, at least one.
+    // The wait between passes: the interval in minutes, at least one and at most sixty.
     std::chrono::milliseconds pollInterval() const;
 
     // Tests replace the clock that passes and display values read.

@@ -54,8 +54,11 @@ SilenceStore::SilenceStore(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)
 {
     const QVariant stored = defaults.value(SettingsKeys::silences);
+    std::optional<Entries> decoded;
     if (stored.typeId() == QMetaType::QByteArray)
-        m_entries = decode(stored.toByteArray()).value_or(Entries());
+        decoded = decode(stored.toByteArray());
+    m_entries = decoded.value_or(Entries());
+    m_storedUnreadable = stored.isValid() && !decoded;
 }
 
 QByteArray SilenceStore::encode(const Entries &entries)
@@ -164,8 +167,13 @@ void SilenceStore::prune(const QSet<QString> &troubleIds, const QDateTime &now)
         if (!over)
             kept.insert(it.key(), until);
     }
-    if (kept.size() != m_entries.size())
+    if (kept.size() != m_entries.size()) {
         replaceEntries(std::move(kept));
+    } else if (m_storedUnreadable) {
+        // Garbage found at start is replaced once, as the history is on every pass.
+        m_defaults.setValue(SettingsKeys::silences, encode(m_entries));
+    }
+    m_storedUnreadable = false;
 }
 
 void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)

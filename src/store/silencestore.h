@@ -86,6 +86,7 @@ private:
 
     QSettings &m_defaults;
     Entries m_entries;
+    bool m_storedUnreadable = false; // a stored value was there but could not be read
 };
 
 } // namespace lanternic

@@ -11,34 +11,46 @@ namespace {
 
 constexpr qint64 referenceEpochMs = 978'307'200'000;
 
-void appendEscaped(QByteArray &out, QStringView text)
+void appendUnicodeEscape(QByteArray &out, char16_t unit)
 {
     static const char hex[] = "0123456789abcdef";
-    for (char c : text.toUtf8()) {
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        out += hex[(unit >> shift) & 0xf];
+}
+
+void appendEscaped(QByteArray &out, QStringView text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
         switch (c) {
-        case '"':
+        case u'"':
             out += "\\\"";
-            break;
-        case '\\':
+            continue;
+        case u'\\':
             out += "\\\\";
-            break;
-        case '\n':
+            continue;
+        case u'\n':
             out += "\\n";
-            break;
-        case '\r':
+            continue;
+        case u'\r':
             out += "\\r";
-            break;
-        case '\t':
+            continue;
+        case u'\t':
             out += "\\t";
-            break;
-        default:
-            if (static_cast<unsigned char>(c) < 0x20) {
-                out += "\\u00";
-                out += hex[(c >> 4) & 0xf];
-                out += hex[c & 0xf];
-            } else {
-                out += c;
-            }
+            continue;
+        }
+        if (c < 0x20) {
+            appendUnicodeEscape(out, c);
+        } else if (QChar::isHighSurrogate(c) && i + 1 < text.size() &&
+                   QChar::isLowSurrogate(text[i + 1].unicode())) {
+            out += text.sliced(i, 2).toUtf8();
+            ++i;
+        } else if (QChar::isSurrogate(c)) {
+            // UTF-8 cannot hold a lone surrogate; escaped, it reads back as it was.
+            appendUnicodeEscape(out, c);
+        } else {
+            out += text.sliced(i, 1).toUtf8();
         }
     }
 }
@@ -52,7 +64,10 @@ double referenceSeconds(const QDateTime &time)
 
 QDateTime fromReferenceSeconds(double seconds)
 {
-    return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(seconds * 1000.0)) + referenceEpochMs,
+    // Far beyond any real date, yet inside what QDateTime and a millisecond count can hold.
+    constexpr double limit = 9.0e15;
+    const double clamped = std::isnan(seconds) ? 0.0 : std::clamp(seconds, -limit, limit);
+    return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(clamped * 1000.0)) + referenceEpochMs,
                                           Qt::UTC);
 }
 
@@ -81,8 +96,10 @@ void appendJsonNumber(QByteArray &out, double value)
         out += '0';
         return;
     }
-    char buffer[32];
-    const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    // Plain digits, as stored dates have always been written ("900000000.0", not "9e+08").
+    char buffer[512];
+    const auto [end, error] =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
     const std::string_view number(buffer, error == std::errc() ? end - buffer : 0);
     out.append(number.data(), qsizetype(number.size()));
     if (number.find_first_of(".e") == std::string_view::npos)

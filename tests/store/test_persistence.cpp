@@ -94,10 +94,26 @@ private Q_SLOTS:
         const SilenceStore::Entries entries{
             {u"quote\" back\\slash\nline\ttab\u0001 caf\u00e9 \u2014 \U0001F600"_s,
              SilenceUntil::forever()},
-            {u"plain"_s, SilenceUntil::until(fromReferenceSeconds(-12.25))}};
+            {u"plain"_s, SilenceUntil::until(fromReferenceSeconds(-12.25))},
+            // Lone surrogates, which UTF-8 cannot hold, stay distinct.
+            {u"a"_s + QChar(0xd800), SilenceUntil::forever()},
+            {u"a"_s + QChar(0xdc00), SilenceUntil::forever()},
+            {u"round"_s, SilenceUntil::until(fromReferenceSeconds(900000000))}};
         const QByteArray stored = SilenceStore::encode(entries);
         QVERIFY(QJsonDocument::fromJson(stored).isObject());
+        QVERIFY2(stored.contains("900000000.0"), stored.constData());
         QCOMPARE(SilenceStore::decode(stored), entries);
+    }
+
+    void farFutureSilencesStaySilences()
+    {
+        for (double seconds : {9.2e15, 1e300}) {
+            const QByteArray stored =
+                "{\"x\":{\"date\":{\"_0\":" + QByteArray::number(seconds, 'g', 17) + "}}}";
+            defaults->setValue(u"Lanternic.silences"_s, stored);
+            SilenceStore loaded(*defaults);
+            QVERIFY(loaded.isSilenced(u"x"_s, at("2026-11-16T17:00:00Z")));
+        }
     }
 
     void silencesDecoding_data()
@@ -122,6 +138,17 @@ private Q_SLOTS:
         SilenceStore store(*defaults);
         QTEST(int(store.entries().size()), "entries");
         QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
+    }
+
+    void unreadableSilencesAreReplacedAfterThePass()
+    {
+        for (const QVariant &stored : {QVariant(QByteArray("not json")), QVariant(42)}) {
+            defaults->setValue(u"Lanternic.silences"_s, stored);
+            SilenceStore store(*defaults);
+            QCOMPARE(defaults->value(u"Lanternic.silences"_s), stored);
+            store.prune({}, at("2026-11-16T17:00:00Z"));
+            QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), QByteArray("{}"));
+        }
     }
 
     void pruning()

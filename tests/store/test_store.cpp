@@ -233,6 +233,8 @@ private Q_SLOTS:
         QCOMPARE(store->pollInterval(), std::chrono::minutes(2));
         settings->setRefreshIntervalMinutes(-3);
         QCOMPARE(store->pollInterval(), std::chrono::minutes(1));
+        settings->setRefreshIntervalMinutes(2147483647);
+        QCOMPARE(store->pollInterval(), std::chrono::hours(1));
     }
 
     void sleepTimerFiresOnceAndCanBeStopped()
