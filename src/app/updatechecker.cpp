@@ -40,7 +40,7 @@ UpdateChecker::UpdateChecker(QSettings &defaults, network::Session &session, QUr
 {
     m_daily->setInterval(std::chrono::hours(24));
     m_daily->setTimerType(Qt::VeryCoarseTimer);
-    connect(m_daily, &QTimer::timeout, this, [this] { check(false); });
+    connect(m_daily, &QTimer::timeout, this, &UpdateChecker::checkInBackground);
     scheduleAutomaticChecks();
 }
 
@@ -71,34 +71,39 @@ void UpdateChecker::checkForUpdates()
     check(true);
 }
 
+void UpdateChecker::checkInBackground()
+{
+    check(false);
+}
+
 void UpdateChecker::check(bool requested)
 {
+    // Every outcome leaves through here, so none can forget whose check it answers.
+    auto report = [this, requested](Outcome::Kind kind, std::optional<Release> release = {},
+                                    const QString &error = {}) {
+        Q_EMIT checked({kind, std::move(release), error, requested});
+    };
     if (m_feed.isEmpty()) {
-        Q_EMIT checked({Outcome::Kind::noFeed, std::nullopt, {}, requested});
+        report(Outcome::Kind::noFeed);
         return;
     }
-    m_session.get(m_feed, this, [this, requested](network::Response response) {
+    m_session.get(m_feed, this, [this, report](network::Response response) {
         if (response.transferFailure) {
-            Q_EMIT checked(
-                {Outcome::Kind::failed, std::nullopt, *response.transferFailure, requested});
+            report(Outcome::Kind::failed, std::nullopt, *response.transferFailure);
             return;
         }
         if (response.httpStatus && (*response.httpStatus < 200 || *response.httpStatus > 299)) {
-            Q_EMIT checked(
-                {Outcome::Kind::failed, std::nullopt,
-                 u"the update feed answered with HTTP status %1"_s.arg(*response.httpStatus)});
+            report(Outcome::Kind::failed, std::nullopt,
+                   u"the update feed answered with HTTP status %1"_s.arg(*response.httpStatus));
             return;
         }
         const auto newest = newestRelease(response.body);
-        if (!newest) {
-            Q_EMIT checked(
-                {Outcome::Kind::failed, std::nullopt, u"the update feed lists no release"_s});
-            return;
-        }
-        if (compareVersions(newest->version, m_currentVersion) > 0)
-            Q_EMIT checked({Outcome::Kind::newerVersion, newest, {}, requested});
+        if (!newest)
+            report(Outcome::Kind::failed, std::nullopt, u"the update feed lists no release"_s);
+        else if (compareVersions(newest->version, m_currentVersion) > 0)
+            report(Outcome::Kind::newerVersion, newest);
         else
-            Q_EMIT checked({Outcome::Kind::upToDate, std::nullopt, {}, requested});
+            report(Outcome::Kind::upToDate);
     });
 }
 

@@ -30,7 +30,7 @@ public:
         Kind kind;
         std::optional<Release> release; // for newerVersion
         QString error;                  // for failed
-        bool requested = true;          // false for the daily automatic check
+        bool requested;                 // false for the daily automatic check
 
         // What to tell the user, in one or two sentences.
         QString message() const;
@@ -43,6 +43,8 @@ public:
     void setAutomaticallyChecksForUpdates(bool enabled);
     // Checks now; the outcome arrives through checked().
     void checkForUpdates();
+    // The daily check: its outcome says it was not asked for.
+    void checkInBackground();
 
     // The newest release an appcast lists; nothing when it lists none or is not one.
     static std::optional<Release> newestRelease(const QByteArray &appcast);

@@ -211,6 +211,9 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
     }
 
     source.id = ids.claim(key);
+    // Ids keep the host as written, and so must whatever is matched against them.
+    source.urlHost =
+        source.url.host().compare(host, Qt::CaseInsensitive) == 0 ? host : source.url.host();
     return source;
 }
 

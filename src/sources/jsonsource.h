@@ -24,6 +24,8 @@ struct JSONSource {
     std::optional<QSet<QString>> includeGroups;
     std::optional<QString> updogProvider;
     std::optional<QString> updogService;
+    // The host of url in the case the user wrote it (QUrl lower-cases hosts).
+    QString urlHost;
 
     // Our own relay feed document.
     using Native = RelayFeedSource::Document;

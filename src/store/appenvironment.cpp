@@ -10,7 +10,7 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
 {
     QList<std::pair<QString, QString>> current;
     for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
-        current.append({source.id, source.url.host()});
+        current.append({source.id, source.urlHost});
     silence.rekey(current);
 
     store = std::make_unique<LanternicStore>(settings, silence, kinds, defaults, session);

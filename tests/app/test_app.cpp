@@ -359,12 +359,19 @@ private Q_SLOTS:
         network::Session session;
         UpdateChecker checker(defaults, session, server.url("/appcast.xml"), u"0.1.0"_s);
         QSignalSpy checked(&checker, &UpdateChecker::checked);
+        // Asked for, then the daily check: the same answer, each saying whose it is.
         checker.checkForUpdates();
         QVERIFY(checked.wait(5000));
-        const auto outcome = checked.first().first().value<UpdateChecker::Outcome>();
-        QTEST(outcome.message(), "message");
-        if (outcome.release)
-            QCOMPARE(outcome.release->link, QUrl(u"https://e.example/0.3.1"_s));
+        checker.checkInBackground();
+        QVERIFY(checked.wait(5000));
+        for (bool requested : {true, false}) {
+            const auto outcome =
+                checked.at(requested ? 0 : 1).first().value<UpdateChecker::Outcome>();
+            QTEST(outcome.message(), "message");
+            QCOMPARE(outcome.requested, requested);
+            if (outcome.release)
+                QCOMPARE(outcome.release->link, QUrl(u"https://e.example/0.3.1"_s));
+        }
     }
 
     void updatesWithoutAFeed()

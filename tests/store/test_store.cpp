@@ -255,6 +255,15 @@ private Q_SLOTS:
         QCOMPARE(fired.size(), 1);
     }
 
+    void rekeyingUsesTheHostAsWritten()
+    {
+        defaults->setValue(u"Lanternic.sources"_s, u"S=Status.Example.COM"_s);
+        defaults->setValue(u"Lanternic.silences"_s,
+                           QByteArray(R"({"Status.Example.COM-2::api":{"forever":{}}})"));
+        AppEnvironment environment(*defaults, {}, AppEnvironment::LaunchPass::none);
+        QCOMPARE(environment.silence.entries().keys(), QStringList{u"Status.Example.COM::api"_s});
+    }
+
     void environmentRekeysAndRunsTheLaunchPass()
     {
         server->route("/feed", {200, relayFeed("operational"), {}});
