@@ -1,6 +1,9 @@
 #include "store/appenvironment.h"
 
+#include "config/settingsfile.h"
 #include "config/sourceregistry.h"
+
+#include <QSettings>
 
 namespace lanternic {
 
@@ -8,6 +11,8 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
                                LaunchPass launchPass)
     : session(std::move(sessionOptions)), settings(defaults), silence(defaults), kinds(defaults)
 {
+    SettingsFile::removeLeftovers(defaults.fileName(), QDateTime::currentDateTimeUtc());
+
     QList<std::pair<QString, QString>> current;
     for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
         current.append({source.id, source.urlHost});

@@ -1,4 +1,5 @@
 #include "config/appsettings.h"
+#include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 
 #include <QSettings>
@@ -258,6 +259,33 @@ private Q_SLOTS:
         QCOMPARE(
             SourceRegistry::baseHosts(text),
             (QStringList{u"Status.Example.com"_s, u"other.example:81"_s, u"status.example.com"_s}));
+    }
+
+    void leftoversOfKilledWritersGo()
+    {
+        QTemporaryDir here;
+        const QString settings = here.filePath(u"Lanternic.conf"_s);
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        auto make = [&](const QString &name, qint64 age) {
+            QFile file(here.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("x");
+            file.flush();
+            file.setFileTime(now.addSecs(-age), QFileDevice::FileModificationTime);
+        };
+        make(u"Lanternic.conf"_s, 3600);
+        make(u"Lanternic.conf.PjMdsL"_s, 3600); // orphaned
+        make(u"Lanternic.conf.Ab12Cd"_s, 5);    // perhaps being written right now
+        make(u"Lanternic.conf.backup"_s, 3600); // not ours
+        // A lock left by a process that is gone: the same form QLockFile writes.
+        QFile lock(settings + u".lock"_s);
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.write("999999999\nLanternic\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        lock.close();
+        SettingsFile::removeLeftovers(settings, now);
+        const QStringList left = QDir(here.path()).entryList(QDir::Files);
+        QCOMPARE(left, (QStringList{u"Lanternic.conf"_s, u"Lanternic.conf.Ab12Cd"_s,
+                                    u"Lanternic.conf.backup"_s}));
     }
 };
 
