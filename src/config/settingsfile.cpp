@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace lanternic::SettingsFile {
 
@@ -19,7 +20,12 @@ void removeLeftovers(const QString &settingsFile, const QDateTime &now)
         dir.entryList({settings.fileName() + QStringLiteral(".??????")}, QDir::Files);
     for (const QString &name : candidates) {
         const QFileInfo file(dir.filePath(name));
-        if (temporary.match(name).hasMatch() && file.lastModified().secsTo(now) > 60)
+        // Random suffixes nearly always mix cases; a user's "Lanternic.conf.backup" does not.
+        const QStringView suffix = QStringView(name).last(6);
+        const bool mixed =
+            std::any_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isUpper(); }) &&
+            std::any_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isLower(); });
+        if (mixed && temporary.match(name).hasMatch() && file.lastModified().secsTo(now) > 60)
             QFile::remove(file.filePath());
     }
     // A lock whose process is gone counts as stale: taking it removes it, releasing it too.
