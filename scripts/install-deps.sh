@@ -2,10 +2,10 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-# openssl makes the TLS tests' certificate; the X server, tray host and X tools run the
-# end-to-end tray test.
+# openssl makes the TLS tests' certificate; clang and its runtimes build the fuzzers; the X
+# server, tray host and X tools run the end-to-end tray test.
 packages=(g++ cmake ninja-build qt6-base-dev libcurl4-openssl-dev libbenchmark-dev clang-format-14
-    curl openssl xvfb trayer xdotool x11-utils dbus)
+    clang-14 libclang-rt-14-dev curl openssl xvfb trayer xdotool x11-utils dbus)
 
 missing=()
 for package in "${packages[@]}"; do

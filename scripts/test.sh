@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, then builds and runs the whole test suite twice: once as released,
-# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting.
+# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting and
+# runs each fuzzer for a minute.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -20,3 +21,5 @@ cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLANTERNIC_SANIT
 cmake --build build-sanitize -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --test-dir build-sanitize --output-on-failure -j "$jobs"
+
+scripts/fuzz.sh 60

@@ -2,11 +2,11 @@
 
 #include "model/settingskeys.h"
 #include "model/urls.h"
+#include "sources/appcast.h"
 #include "sources/network.h"
 
 #include <QSettings>
 #include <QTimer>
-#include <QXmlStreamReader>
 
 namespace lanternic {
 
@@ -97,69 +97,14 @@ void UpdateChecker::check(bool requested)
                    u"the update feed answered with HTTP status %1"_s.arg(*response.httpStatus));
             return;
         }
-        const auto newest = newestRelease(response.body);
+        const auto newest = Appcast::newestRelease(response.body);
         if (!newest)
             report(Outcome::Kind::failed, std::nullopt, u"the update feed lists no release"_s);
-        else if (compareVersions(newest->version, m_currentVersion) > 0)
+        else if (Appcast::compareVersions(newest->version, m_currentVersion) > 0)
             report(Outcome::Kind::newerVersion, newest);
         else
             report(Outcome::Kind::upToDate);
     });
-}
-
-std::optional<UpdateChecker::Release> UpdateChecker::newestRelease(const QByteArray &appcast)
-{
-    QXmlStreamReader xml(appcast);
-    std::optional<Release> newest;
-    Release current;
-    bool inItem = false;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        const QStringView name = xml.name();
-        if (xml.isStartElement()) {
-            if (name == u"item") {
-                inItem = true;
-                current = {};
-            } else if (inItem && name == u"enclosure") {
-                const QXmlStreamAttributes attributes = xml.attributes();
-                for (const QXmlStreamAttribute &attribute : attributes) {
-                    if (attribute.name() == u"version" && current.version.isEmpty())
-                        current.version = attribute.value().toString();
-                    else if (attribute.name() == u"shortVersionString")
-                        current.version = attribute.value().toString();
-                    else if (attribute.name() == u"url")
-                        current.link = QUrl(attribute.value().toString());
-                }
-            } else if (inItem && name == u"shortVersionString") {
-                current.version = xml.readElementText().trimmed();
-            } else if (inItem && name == u"version" && current.version.isEmpty()) {
-                current.version = xml.readElementText().trimmed();
-            } else if (inItem && name == u"link" && current.link.isEmpty()) {
-                current.link = QUrl(xml.readElementText().trimmed());
-            }
-        } else if (xml.isEndElement() && name == u"item") {
-            inItem = false;
-            if (!current.version.isEmpty() &&
-                (!newest || compareVersions(current.version, newest->version) > 0))
-                newest = current;
-        }
-    }
-    if (xml.hasError())
-        return std::nullopt;
-    return newest;
-}
-
-int UpdateChecker::compareVersions(const QString &a, const QString &b)
-{
-    const QStringList left = a.split(u'.');
-    const QStringList right = b.split(u'.');
-    for (qsizetype i = 0; i < std::max(left.size(), right.size()); ++i) {
-        const int x = left.value(i).toInt();
-        const int y = right.value(i).toInt();
-        if (x != y)
-            return x < y ? -1 : 1;
-    }
-    return 0;
 }
 
 } // namespace lanternic

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/appcast.h"
+
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -14,16 +16,13 @@ namespace network {
 class Session;
 }
 
-// Looks for a newer release in an appcast (an RSS feed whose items carry a version and a
-// download link) at an address fixed at build time. Without an address it never checks.
+// Looks for a newer release in an appcast at an address fixed at build time. Without an address it
+// never checks.
 class UpdateChecker : public QObject {
     Q_OBJECT
 
 public:
-    struct Release {
-        QString version;
-        QUrl link;
-    };
+    using Release = Appcast::Release;
 
     struct Outcome {
         enum class Kind { newerVersion, upToDate, failed, noFeed };
@@ -45,11 +44,6 @@ public:
     void checkForUpdates();
     // The daily check: its outcome says it was not asked for.
     void checkInBackground();
-
-    // The newest release an appcast lists; nothing when it lists none or is not one.
-    static std::optional<Release> newestRelease(const QByteArray &appcast);
-    // Dotted versions compared number by number ("1.10" is newer than "1.9").
-    static int compareVersions(const QString &a, const QString &b);
 
 Q_SIGNALS:
     void checked(const lanternic::UpdateChecker::Outcome &outcome);

@@ -64,8 +64,9 @@ double referenceSeconds(const QDateTime &time)
 
 QDateTime fromReferenceSeconds(double seconds)
 {
-    // Far beyond any real date, yet inside what QDateTime and a millisecond count can hold.
-    constexpr double limit = 9.0e15;
+    // About 3,000 years either way: beyond any real date, and small enough that every
+    // millisecond survives the trip through a double and back.
+    constexpr double limit = 1.0e11;
     const double clamped = std::isnan(seconds) ? 0.0 : std::clamp(seconds, -limit, limit);
     return QDateTime::fromMSecsSinceEpoch(qint64(std::llround(clamped * 1000.0)) + referenceEpochMs,
                                           Qt::UTC);

@@ -1,0 +1,26 @@
+// Stored history and silences as anything may have left them: whatever decodes must survive
+// being written and read back unchanged.
+
+#include "store/checkhistory.h"
+#include "store/silencestore.h"
+
+#include <QByteArray>
+
+using namespace lanternic;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const QByteArray stored =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
+    if (const auto history = CheckHistory::decode(stored)) {
+        const auto again = CheckHistory::decode(history->encode());
+        if (!again || !(*again == *history))
+            __builtin_trap();
+    }
+    if (const auto silences = SilenceStore::decode(stored)) {
+        const auto again = SilenceStore::decode(SilenceStore::encode(*silences));
+        if (!again || *again != *silences)
+            __builtin_trap();
+    }
+    return 0;
+}
