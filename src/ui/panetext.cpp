@@ -50,11 +50,13 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
         std::min(operational.size(), SilenceMenu::maximumComponents - menu.affected.size());
     QCollator collator;
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::partial_sort(operational.begin(), operational.begin() + room, operational.end(),
-                      [&](auto *a, auto *b) {
-                          const int order = collator.compare(a->name, b->name);
-                          return order != 0 ? order < 0 : a < b; // equal names keep feed order
-                      });
+    std::partial_sort(
+        operational.begin(), operational.begin() + room, operational.end(), [&](auto *a, auto *b) {
+            // Compared as shown: no longer than feed text is ever shown.
+            const int order = collator.compare(QStringView(a->name).left(FeedText::maximumLength),
+                                               QStringView(b->name).left(FeedText::maximumLength));
+            return order != 0 ? order < 0 : a < b; // equal names keep feed order
+        });
     for (qsizetype i = 0; i < room; ++i)
         menu.operational.append(target(*operational[i]));
     menu.othersCount = unsilenced - menu.affected.size() - menu.operational.size();
