@@ -6,7 +6,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRandomGenerator>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -18,14 +17,6 @@ class TestCli : public QObject {
     Q_OBJECT
 
     QTemporaryDir dir;
-
-    QString writeFile(const QString &name, const QByteArray &data)
-    {
-        QFile file(dir.filePath(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(data);
-        return file.fileName();
-    }
 
 private Q_SLOTS:
     void printsOneLineWithExactlyTheResultKeys()
@@ -119,34 +110,6 @@ private Q_SLOTS:
         QVERIFY(r.out.isEmpty());
         QCOMPARE(r.err.count('\n'), 1);
         QVERIFY(r.err.startsWith("lanternic-check: "));
-    }
-
-    void hostileInput_data()
-    {
-        QTest::addColumn<QByteArray>("input");
-        QByteArray noise(1 << 16, Qt::Uninitialized);
-        QRandomGenerator random(20261122);
-        for (char &c : noise)
-            c = char(random.bounded(256));
-        QTest::newRow("random bytes") << noise;
-        QTest::newRow("invalid UTF-8")
-            << QByteArray("{\"schema\":\"lanternic.v1\",\"name\":\"\xc3\x28\"}");
-        QTest::newRow("deep arrays") << QByteArray(200000, '[') + QByteArray(200000, ']');
-        QByteArray objects;
-        for (int i = 0; i < 50000; ++i)
-            objects += "{\"a\":";
-        QTest::newRow("deep objects, unterminated") << objects;
-        QTest::newRow("enormous numbers") << QByteArray(
-            R"({"schema":"lanternic.v1","health":1e999999,"n":)" + QByteArray(100000, '9') + "}");
-        QTest::newRow("NUL bytes") << QByteArray("{\"schema\":\"lanternic.v1\"\0}", 27);
-    }
-
-    void hostileInput()
-    {
-        QFETCH(QByteArray, input);
-        const Run r = run({u"read"_s, writeFile(u"hostile.json"_s, input)});
-        QCOMPARE(r.exitCode, 3);
-        QCOMPARE(r.json()[u"detail"_s], u"Unrecognized status format"_s);
     }
 
     void hundredMegabyteFileIsRefused()
