@@ -2,10 +2,13 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-# openssl makes the TLS tests' certificate; clang and its runtimes build the fuzzers; the X
-# server, tray host and X tools run the end-to-end tray test.
-packages=(g++ cmake ninja-build qt6-base-dev libcurl4-openssl-dev libbenchmark-dev clang-format-14
-    clang-14 libclang-rt-14-dev curl openssl xvfb trayer xdotool x11-utils dbus)
+# qt6-svg-dev and scdoc render the icons and manual pages; openssl makes the TLS tests'
+# certificate; clang and its runtimes build the fuzzers; the X server, tray host and X tools run
+# the end-to-end tray test; lintian, desktop-file-utils, appstream, man-db and bash-completion
+# check the package.
+packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcurl4-openssl-dev libbenchmark-dev
+    scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl xvfb trayer xdotool x11-utils
+    dbus lintian desktop-file-utils appstream man-db bash-completion)
 
 missing=()
 for package in "${packages[@]}"; do

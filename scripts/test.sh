@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, then builds and runs the whole test suite twice: once as released,
-# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting and
-# runs each fuzzer for a minute.
+# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting, builds
+# and checks the Debian package, and runs each fuzzer for a minute.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,6 +15,7 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLANTERNIC_BUILD
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
 cmake --build build -j "$jobs"
 ctest --test-dir build --output-on-failure -j "$jobs"
+scripts/package-test.sh build
 
 cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLANTERNIC_SANITIZE=ON \
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null

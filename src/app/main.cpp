@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QSettings>
 #include <cstdio>
+#include <string_view>
 
 using namespace lanternic;
 
@@ -33,6 +34,22 @@ int noSession(const char *why)
 
 int main(int argc, char **argv)
 {
+    // Answered before anything needs a graphical session.
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--version") {
+            std::fputs("lanternic " LANTERNIC_VERSION "\n", stdout);
+            return 0;
+        }
+        if (argument == "--help" || argument == "-h") {
+            std::fputs("Usage: lanternic [--help] [--version]\n"
+                       "Shows the health of the status pages you watch in the system tray.\n"
+                       "Starting it again while it runs opens the running one's panel.\n"
+                       "For checks from a terminal, see lanternic-check(1).\n",
+                       stdout);
+            return 0;
+        }
+    }
     if (!hasGraphicalSession())
         return noSession("no graphical session (neither DISPLAY nor WAYLAND_DISPLAY is set)");
 

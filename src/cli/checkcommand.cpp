@@ -56,6 +56,7 @@ Options of read and fetch:
   --updog-service NAME           The Updog provider's service to look up
   --pretty                       Indent the JSON output
   --help                         Show this help
+  --version                      Show the version
 )"_s;
 }
 
@@ -75,14 +76,19 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QCommandLineOption sourceLine(u"source"_s, QString(), u"LABEL=VALUE"_s);
     const QCommandLineOption json(u"json"_s);
     const QCommandLineOption help(QStringList{u"help"_s, u"h"_s});
+    const QCommandLineOption version(u"version"_s);
     parser.addOptions({id, name, home, treat, group, provider, service, pretty, settings,
-                       sourceLine, json, help});
+                       sourceLine, json, help, version});
     if (!parser.parse(arguments))
         return UsageError{parser.errorText()};
 
     Invocation invocation;
     if (parser.isSet(help))
         return invocation;
+    if (parser.isSet(version)) {
+        invocation.mode = Mode::version;
+        return invocation;
+    }
 
     const QStringList positional = parser.positionalArguments();
     const QList<QCommandLineOption> readOptions{id,    name,     home,    treat,

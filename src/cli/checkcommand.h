@@ -9,7 +9,7 @@
 
 namespace lanternic::cli {
 
-enum class Mode { help, read, fetch, pass };
+enum class Mode { help, version, read, fetch, pass };
 
 // What the command line asked for.
 struct Invocation {

@@ -42,6 +42,9 @@ int main(int argc, char **argv)
     case cli::Mode::help:
         std::fputs(qUtf8Printable(cli::helpText()), stdout);
         return 0;
+    case cli::Mode::version:
+        std::fputs("lanternic-check " LANTERNIC_VERSION "\n", stdout);
+        return 0;
     case cli::Mode::read: {
         const auto input = cli::readInput(invocation.target);
         if (auto *error = std::get_if<cli::UsageError>(&input))

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# The bash completion for lanternic-check offers the commands, each mode's options, and file
+# names where a file is expected. Exits 77 (skipped) without bash-completion.
+set -uo pipefail
+completion=${1:?usage: completion-test.sh PATH-TO-COMPLETION}
+framework=/usr/share/bash-completion/bash_completion
+[ -r "$framework" ] || { echo "skipped: bash-completion is not installed"; exit 77; }
+# shellcheck disable=SC1090
+source "$framework"
+# shellcheck disable=SC1090
+source "$completion"
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" && touch summary.json notes.txt
+
+failures=0
+# expect "WORDS…" "EXPECTED REPLIES (sorted, space-separated)"
+expect() {
+    local line=$1 expected=$2
+    read -r -a COMP_WORDS <<<"$line"
+    [[ $line == *" " ]] && COMP_WORDS+=("")
+    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    COMP_LINE=$line
+    COMP_POINT=${#line}
+    COMPREPLY=()
+    _lanternic_check
+    local got
+    got=$(printf '%s\n' "${COMPREPLY[@]}" | sort | tr '\n' ' ' | sed 's/ $//')
+    if [ "$got" != "$expected" ]; then
+        echo "FAILED: '$line' gave '$got', expected '$expected'"
+        failures=$((failures + 1))
+    fi
+}
+
+expect "lanternic-check " "fetch read"
+expect "lanternic-check --j" "--json"
+expect "lanternic-check --se" "--settings"
+expect "lanternic-check --settings n" "notes.txt"
+expect "lanternic-check read --pr" "--pretty"
+expect "lanternic-check read s" "summary.json"
+expect "lanternic-check fetch --updog-p" "--updog-provider"
+expect "lanternic-check read --name " ""
+
+[ $failures -eq 0 ] && echo "completion: 8 passed, 0 failed" || exit 1
