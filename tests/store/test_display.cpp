@@ -1,3 +1,4 @@
+#include "store/changenotice.h"
 #include "store/displaysummary.h"
 
 #include <QSettings>
@@ -6,6 +7,8 @@
 
 using namespace lanternic;
 using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(lanternic::SourceResult)
 
 namespace {
 
@@ -156,6 +159,71 @@ private Q_SLOTS:
         for (const SilencedItem &item : DisplaySummary::silencedItems(results, *silence, now))
             titles.append(item.title);
         QCOMPARE(titles, (QStringList{u"Alpha"_s, u"alpha \u00b7 API"_s, u"beta"_s}));
+    }
+
+    void changeNotices_data()
+    {
+        QTest::addColumn<QList<SourceResult>>("before");
+        QTest::addColumn<QList<SourceResult>>("after");
+        QTest::addColumn<QString>("notice"); // title | body, empty for none
+        const auto op = Health::operational, deg = Health::degraded, down = Health::down,
+                   unk = Health::unknown;
+        QTest::newRow("worse") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, down)}
+                               << u"gh is down | gh \u2014 down"_s;
+        QTest::newRow("degraded to down")
+            << QList{result(u"gh"_s, deg)} << QList{result(u"gh"_s, down)}
+            << u"gh is down | gh \u2014 down"_s;
+        QTest::newRow("recovered") << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
+                                   << u"gh recovered | gh \u2014 operational"_s;
+        QTest::newRow("better, not recovered")
+            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, deg)} << QString();
+        QTest::newRow("into unknown")
+            << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)} << QString();
+        QTest::newRow("out of unknown")
+            << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString();
+        QTest::newRow("new source")
+            << QList<SourceResult>{} << QList{result(u"gh"_s, down)} << QString();
+        QTest::newRow("components, worst first, at most three")
+            << QList{result(u"gh"_s, op,
+                            {component(u"gh"_s, u"a"_s, op), component(u"gh"_s, u"b"_s, op),
+                             component(u"gh"_s, u"c"_s, deg), component(u"gh"_s, u"d"_s, op),
+                             component(u"gh"_s, u"e"_s, op)}),
+                     result(u"aws"_s, deg)}
+            << QList{result(u"gh"_s, down,
+                            {component(u"gh"_s, u"a"_s, deg), component(u"gh"_s, u"b"_s, down),
+                             component(u"gh"_s, u"c"_s, op), component(u"gh"_s, u"d"_s, deg),
+                             component(u"gh"_s, u"e"_s, unk)}),
+                     result(u"aws"_s, op)}
+            << u"gh is down | B \u2014 down\nA \u2014 degraded\nD \u2014 degraded\nand 2 more"_s;
+    }
+
+    void changeNotices()
+    {
+        QFETCH(QList<SourceResult>, before);
+        QFETCH(QList<SourceResult>, after);
+        const auto notice = ChangeNotice::between(ChangeNotice::snapshot(before, *silence, now),
+                                                  ChangeNotice::snapshot(after, *silence, now));
+        QTEST(notice ? notice->title + u" | "_s + notice->body : QString(), "notice");
+    }
+
+    void silencedThingsNeverNotify()
+    {
+        const QList before{result(u"gh"_s, Health::operational),
+                           result(u"aws"_s, Health::operational,
+                                  {component(u"aws"_s, u"ec2"_s, Health::operational)})};
+        const auto watchedBefore = ChangeNotice::snapshot(before, *silence, now);
+        silence->silence(u"gh"_s, SilenceDuration::twoHours, now);
+        silence->silence(u"aws::ec2"_s, SilenceDuration::twoHours, now);
+        const QList after{
+            result(u"gh"_s, Health::down),
+            result(u"aws"_s, Health::down, {component(u"aws"_s, u"ec2"_s, Health::down)})};
+        const auto watchedDuring = ChangeNotice::snapshot(after, *silence, now);
+        QCOMPARE(ChangeNotice::between(watchedBefore, watchedDuring), std::nullopt);
+        // When the silences end, what changed under them is not news either.
+        const QDateTime later = now.addSecs(3 * 3600);
+        QCOMPARE(
+            ChangeNotice::between(watchedDuring, ChangeNotice::snapshot(after, *silence, later)),
+            std::nullopt);
     }
 };
 
