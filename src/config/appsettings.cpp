@@ -35,6 +35,22 @@ QString AppSettings::migratedSourcesText(const QString &stored)
     return lines.join(u'\n');
 }
 
+namespace {
+
+// File-backed settings keep booleans as the words "true" and "false".
+bool storedBool(QSettings &defaults, const QString &key, bool fallback)
+{
+    const QVariant value = defaults.value(key);
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    if (value.typeId() == QMetaType::QString &&
+        (value.toString() == "true"_L1 || value.toString() == "false"_L1))
+        return value.toString() == "true"_L1;
+    return fallback;
+}
+
+} // namespace
+
 AppSettings::AppSettings(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)
 {
@@ -49,15 +65,10 @@ AppSettings::AppSettings(QSettings &defaults, QObject *parent)
     m_refreshIntervalMinutes =
         interval == 0 ? SettingsKeys::defaultRefreshIntervalMinutes : interval;
 
-    // File-backed settings keep booleans as the words "true" and "false".
-    const QVariant show = defaults.value(SettingsKeys::showOperational);
-    if (show.typeId() == QMetaType::Bool)
-        m_showOperational = show.toBool();
-    else if (show.typeId() == QMetaType::QString &&
-             (show.toString() == "true"_L1 || show.toString() == "false"_L1))
-        m_showOperational = show.toString() == "true"_L1;
-    else
-        m_showOperational = SettingsKeys::defaultShowOperational;
+    m_showOperational =
+        storedBool(defaults, SettingsKeys::showOperational, SettingsKeys::defaultShowOperational);
+    m_notifications =
+        storedBool(defaults, SettingsKeys::notifications, SettingsKeys::defaultNotifications);
 }
 
 void AppSettings::setSourcesText(const QString &text)
@@ -75,6 +86,15 @@ void AppSettings::setRefreshIntervalMinutes(int minutes)
     if (minutes != m_refreshIntervalMinutes) {
         m_refreshIntervalMinutes = minutes;
         Q_EMIT refreshIntervalMinutesChanged();
+    }
+}
+
+void AppSettings::setNotifications(bool notify)
+{
+    m_defaults.setValue(SettingsKeys::notifications, notify);
+    if (notify != m_notifications) {
+        m_notifications = notify;
+        Q_EMIT notificationsChanged();
     }
 }
 

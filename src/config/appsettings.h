@@ -15,6 +15,8 @@ class AppSettings : public QObject {
                    setRefreshIntervalMinutes NOTIFY refreshIntervalMinutesChanged)
     Q_PROPERTY(bool showOperational READ showOperational WRITE setShowOperational NOTIFY
                    showOperationalChanged)
+    Q_PROPERTY(
+        bool notifications READ notifications WRITE setNotifications NOTIFY notificationsChanged)
 
 public:
     explicit AppSettings(QSettings &defaults, QObject *parent = nullptr);
@@ -22,10 +24,13 @@ public:
     QString sourcesText() const { return m_sourcesText; }
     int refreshIntervalMinutes() const { return m_refreshIntervalMinutes; }
     bool showOperational() const { return m_showOperational; }
+    // Whether a desktop notification tells of changes between passes.
+    bool notifications() const { return m_notifications; }
 
     void setSourcesText(const QString &text);
     void setRefreshIntervalMinutes(int minutes);
     void setShowOperational(bool show);
+    void setNotifications(bool notify);
 
     // The older one-line form "a=x, b=y" as one entry per line; other text unchanged.
     static QString migratedSourcesText(const QString &stored);
@@ -34,12 +39,14 @@ Q_SIGNALS:
     void sourcesTextChanged();
     void refreshIntervalMinutesChanged();
     void showOperationalChanged();
+    void notificationsChanged();
 
 private:
     QSettings &m_defaults;
     QString m_sourcesText;
     int m_refreshIntervalMinutes;
     bool m_showOperational;
+    bool m_notifications;
 };
 
 // Blanks are the tab and the space separators (Unicode category Zs).

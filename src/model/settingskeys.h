@@ -13,9 +13,11 @@ inline const QString showOperational = QStringLiteral("Lanternic.showOperational
 inline const QString sourceKinds = QStringLiteral("Lanternic.sourceKinds");
 inline const QString checkHistory = QStringLiteral("Lanternic.checkHistory");
 inline const QString silences = QStringLiteral("Lanternic.silences");
+inline const QString notifications = QStringLiteral("Lanternic.notifications");
 
 inline constexpr int defaultRefreshIntervalMinutes = 2;
 inline constexpr bool defaultShowOperational = true;
+inline constexpr bool defaultNotifications = true;
 
 } // namespace SettingsKeys
 

@@ -72,6 +72,8 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     options->setSpacing(8);
     m_showOperational = new QCheckBox(u"Show operational systems"_s, optionsGroup);
     options->addWidget(m_showOperational);
+    m_notifications = new QCheckBox(u"Notify me when a service changes"_s, optionsGroup);
+    options->addWidget(m_notifications);
     m_launchAtLogin = new QCheckBox(u"Launch at login"_s, optionsGroup);
     options->addWidget(m_launchAtLogin);
     m_loginError = caption(QString(), optionsGroup);
@@ -120,6 +122,8 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
             [this] { m_settings.setSourcesText(m_sources->toPlainText()); });
     connect(m_showOperational, &QCheckBox::clicked, this,
             [this](bool checked) { m_settings.setShowOperational(checked); });
+    connect(m_notifications, &QCheckBox::clicked, this,
+            [this](bool checked) { m_settings.setNotifications(checked); });
     connect(m_launchAtLogin, &QCheckBox::clicked, this, &GeneralSettingsView::changeLaunchAtLogin);
     connect(checkNow, &QPushButton::clicked, this, [this] { m_updates.onCheckForUpdates(); });
     connect(m_automaticUpdates, &QCheckBox::clicked, this, [this](bool checked) {
@@ -155,6 +159,7 @@ void GeneralSettingsView::syncFromSettings()
     if (m_sources->toPlainText() != m_settings.sourcesText())
         m_sources->setPlainText(m_settings.sourcesText());
     m_showOperational->setChecked(m_settings.showOperational());
+    m_notifications->setChecked(m_settings.notifications());
     for (QAbstractButton *segment : m_interval->buttons())
         segment->setChecked(m_interval->id(segment) == m_settings.refreshIntervalMinutes());
 }

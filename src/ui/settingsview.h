@@ -43,6 +43,7 @@ private:
     UpdateActions m_updates;
     QPlainTextEdit *m_sources;
     QCheckBox *m_showOperational;
+    QCheckBox *m_notifications;
     QCheckBox *m_launchAtLogin;
     QLabel *m_loginError;
     QCheckBox *m_automaticUpdates;

@@ -224,14 +224,20 @@ private Q_SLOTS:
 
         QCheckBox *showOperational = nullptr;
         QCheckBox *updatesToggle = nullptr;
+        QStringList switches;
         for (QCheckBox *box : general->findChildren<QCheckBox *>()) {
+            switches.append(box->text());
             if (box->text() == u"Show operational systems"_s)
                 showOperational = box;
             if (box->text().isEmpty())
                 updatesToggle = box;
         }
+        QCOMPARE(switches.mid(0, 2), (QStringList{u"Show operational systems"_s,
+                                                  u"Notify me when a service changes"_s}));
         showOperational->click();
         QCOMPARE(fixture.settings.showOperational(), false);
+        general->findChildren<QCheckBox *>().at(1)->click();
+        QCOMPARE(fixture.settings.notifications(), false);
         updatesToggle->click();
         QCOMPARE(automatic, false);
         for (QPushButton *button : general->findChildren<QPushButton *>()) {

@@ -40,6 +40,7 @@ private Q_SLOTS:
         QCOMPARE(settings.sourcesText(), QString());
         QCOMPARE(settings.refreshIntervalMinutes(), 2);
         QCOMPARE(settings.showOperational(), true);
+        QCOMPARE(settings.notifications(), true);
         QVERIFY(defaults->allKeys().isEmpty());
     }
 
@@ -104,8 +105,12 @@ private Q_SLOTS:
         settings.setShowOperational(false);
         settings.setShowOperational(false);
         QCOMPARE(shown.size(), 1);
+        QSignalSpy notify(&settings, &AppSettings::notificationsChanged);
+        settings.setNotifications(false);
+        QCOMPARE(notify.size(), 1);
         defaults->sync();
         QCOMPARE(AppSettings(*defaults).showOperational(), false);
+        QCOMPARE(AppSettings(*defaults).notifications(), false);
     }
 
     void entries()
