@@ -1,10 +1,12 @@
 #include "app/appdelegate.h"
 
+#include "app/changenotifier.h"
 #include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/trayicon.h"
 #include "app/updatechecker.h"
 #include "platform/loginitem.h"
+#include "platform/notifier.h"
 #include "store/appenvironment.h"
 #include "ui/lanternicpane.h"
 #include "ui/settingsview.h"
@@ -68,6 +70,18 @@ void AppDelegate::launch()
     connect(&m_environment.silence, &SilenceStore::entriesChanged, this, &AppDelegate::updateIcon);
     updateIcon();
     m_trayIcon->show();
+
+    m_notifier = Notifier::forThisSession();
+    auto *changes = new ChangeNotifier(
+        m_environment, *m_notifier,
+        [this](const QString &title, const QString &body, bool critical) {
+            m_trayIcon->showMessage(
+                title, body, critical ? QSystemTrayIcon::Critical : QSystemTrayIcon::Warning);
+        },
+        this);
+    connect(changes, &ChangeNotifier::openPanelRequested, this, &AppDelegate::openPanel);
+    connect(changes, &ChangeNotifier::openPageRequested, this, &openWebUrl);
+    connect(m_trayIcon, &QSystemTrayIcon::messageClicked, this, &AppDelegate::openPanel);
     store.start();
 }
 

@@ -9,6 +9,7 @@ class QSystemTrayIcon;
 namespace lanternic {
 
 class AppEnvironment;
+class Notifier;
 class EscapeClosingWindow;
 class LoginItemService;
 class PanelWindow;
@@ -39,6 +40,7 @@ private:
     AppEnvironment &m_environment;
     UpdateChecker &m_updates;
     std::unique_ptr<LoginItemService> m_loginItem;
+    std::unique_ptr<Notifier> m_notifier;
     QSystemTrayIcon *m_trayIcon = nullptr;
     PanelWindow *m_panel = nullptr;
     EscapeClosingWindow *m_settingsWindow = nullptr;

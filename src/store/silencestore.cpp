@@ -141,6 +141,13 @@ void SilenceStore::silence(const QString &id, SilenceDuration duration, const QD
     replaceEntries(std::move(entries));
 }
 
+void SilenceStore::silenceUntil(const QString &id, const QDateTime &until)
+{
+    Entries entries = m_entries;
+    entries.insert(id, SilenceUntil::until(until));
+    replaceEntries(std::move(entries));
+}
+
 void SilenceStore::unsilence(const QString &id)
 {
     Entries entries = m_entries;

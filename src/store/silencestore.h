@@ -61,6 +61,8 @@ public:
     const Entries &entries() const { return m_entries; }
 
     void silence(const QString &id, SilenceDuration duration, const QDateTime &now);
+    // A dated silence of any length, as a notification's "Silence for 1 hour" gives.
+    void silenceUntil(const QString &id, const QDateTime &until);
     void unsilence(const QString &id);
     bool isSilenced(const QString &id, const QDateTime &now) const;
 

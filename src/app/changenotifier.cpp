@@ -1,0 +1,54 @@
+#include "app/changenotifier.h"
+
+#include "platform/notifier.h"
+#include "store/appenvironment.h"
+
+namespace lanternic {
+
+ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, Fallback fallback,
+                               QObject *parent)
+    : QObject(parent), m_environment(environment), m_notifier(notifier),
+      m_fallback(std::move(fallback))
+{
+    connect(environment.store.get(), &LanternicStore::passFinished, this,
+            &ChangeNotifier::passFinished);
+    connect(&notifier, &Notifier::clicked, this, [this] { Q_EMIT openPanelRequested(); });
+    connect(&notifier, &Notifier::actionInvoked, this, [this](quint32 id, Notifier::Action action) {
+        const auto notice = m_shown.constFind(id);
+        if (notice == m_shown.constEnd())
+            return;
+        if (action == Notifier::Action::silence) {
+            m_environment.silence.silenceUntil(notice->sourceId,
+                                               m_environment.store->now().addSecs(3600));
+        } else if (notice->page) {
+            Q_EMIT openPageRequested(*notice->page);
+        }
+    });
+}
+
+void ChangeNotifier::passFinished()
+{
+    if (m_offline)
+        return;
+    const LanternicStore &store = *m_environment.store;
+    ChangeNotice::Snapshot current =
+        ChangeNotice::snapshot(store.results(), m_environment.silence, store.now());
+    const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);
+    if (!previous || !m_environment.settings.notifications())
+        return;
+    const auto notice = ChangeNotice::between(*previous, current);
+    if (!notice)
+        return;
+    const bool critical = notice->worst == Health::down;
+    if (!m_notifier.isAvailable()) {
+        m_fallback(notice->title, notice->body, critical);
+        return;
+    }
+    const quint32 id =
+        m_notifier.notify(notice->title, notice->body,
+                          critical ? Notifier::Urgency::critical : Notifier::Urgency::normal, true);
+    if (id != 0)
+        m_shown.insert(id, *notice);
+}
+
+} // namespace lanternic

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "store/changenotice.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUrl>
+#include <functional>
+#include <optional>
+
+namespace lanternic {
+
+class AppEnvironment;
+class Notifier;
+
+// Tells the user what changed between two passes (the first after start excepted), in one
+// notification per pass: through the session's notification server, or through fallback (the
+// tray icon's message) where there is none. Silences and the settings switch are honoured.
+class ChangeNotifier : public QObject {
+    Q_OBJECT
+
+public:
+    using Fallback = std::function<void(const QString &title, const QString &body, bool critical)>;
+
+    ChangeNotifier(AppEnvironment &environment, Notifier &notifier, Fallback fallback,
+                   QObject *parent = nullptr);
+
+    // While the system reports no network nothing is announced, and what is seen then is not
+    // compared with later passes.
+    void setOffline(bool offline) { m_offline = offline; }
+
+Q_SIGNALS:
+    void openPanelRequested();
+    void openPageRequested(const QUrl &url);
+
+private:
+    void passFinished();
+
+    AppEnvironment &m_environment;
+    Notifier &m_notifier;
+    Fallback m_fallback;
+    bool m_offline = false;
+    std::optional<ChangeNotice::Snapshot> m_previous;
+    QHash<quint32, ChangeNotice::Notice> m_shown;
+};
+
+} // namespace lanternic

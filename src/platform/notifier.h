@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+namespace lanternic {
+
+// Desktop notifications. Each platform has its own implementation, chosen by the build; where
+// there is no notification service the app shows its tray icon's message instead.
+class Notifier : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Urgency { normal, critical };
+    // Actions a notification may offer besides clicking its body.
+    enum class Action { openPage, silence };
+
+    using QObject::QObject;
+
+    virtual bool isAvailable() const = 0;
+    // Shows a notification; returns an id for the signals below, 0 when none was shown.
+    virtual quint32 notify(const QString &title, const QString &body, Urgency urgency,
+                           bool offerActions) = 0;
+
+    // The service on this platform, talking to the session's notification server.
+    static std::unique_ptr<Notifier> forThisSession();
+
+Q_SIGNALS:
+    void clicked(quint32 id);
+    void actionInvoked(quint32 id, lanternic::Notifier::Action action);
+};
+
+} // namespace lanternic

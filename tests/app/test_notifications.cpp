@@ -1,0 +1,195 @@
+// Notifications of changes between passes, through a fake org.freedesktop.Notifications server
+// on the private session bus that dbus-run-session gives this test.
+
+#include "app/changenotifier.h"
+#include "platform/notifier.h"
+#include "support/fixtures.h"
+#include "support/storefixture.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+// Records what it is asked to show, and offers actions.
+class FakeNotificationServer : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    struct Call {
+        QString appName, icon, summary, body;
+        QStringList actions;
+        QVariantMap hints;
+        uint id;
+    };
+
+    explicit FakeNotificationServer(QDBusConnection bus) : m_bus(std::move(bus))
+    {
+        m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
+                             QDBusConnection::ExportAllSlots);
+        if (!m_bus.registerService(u"org.freedesktop.Notifications"_s))
+            qFatal("cannot own the notification service: run under dbus-run-session");
+    }
+
+    void invoke(uint id, const QString &key)
+    {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,
+                                       u"org.freedesktop.Notifications"_s, u"ActionInvoked"_s);
+        signal << id << key;
+        m_bus.send(signal);
+    }
+
+    QList<Call> calls;
+
+public Q_SLOTS:
+    QStringList GetCapabilities() { return {u"body"_s, u"actions"_s}; }
+
+    uint Notify(const QString &appName, uint, const QString &icon, const QString &summary,
+                const QString &body, const QStringList &actions, const QVariantMap &hints, int)
+    {
+        const uint id = 100 + uint(calls.size());
+        calls.append({appName, icon, summary, body, actions, hints, id});
+        return id;
+    }
+
+private:
+    QDBusConnection m_bus;
+};
+
+class TestNotifications : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<FakeNotificationServer> server;
+    std::unique_ptr<StoreFixture> fixture;
+    std::unique_ptr<Notifier> notifier;
+    std::unique_ptr<ChangeNotifier> changes;
+    QStringList fallback;
+
+    void serve(const QByteArray &health, const QByteArray &components)
+    {
+        fixture->server.route("/feed0.json", {200, relayFeed(health, components), {}});
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        server = std::make_unique<FakeNotificationServer>(
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"fake-server"_s));
+        fixture = std::make_unique<StoreFixture>();
+        fixture->addSource(u"GitHub"_s, "operational",
+                           "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"operational"_s) +
+                               "," + relayComponent(u"api"_s, u"API"_s, u"operational"_s) + "]");
+        notifier = Notifier::forThisSession();
+        QVERIFY(notifier->isAvailable());
+        fallback.clear();
+        changes = std::make_unique<ChangeNotifier>(
+            fixture->environment, *notifier,
+            [this](const QString &title, const QString &, bool) { fallback.append(title); });
+        // The first pass after start is the baseline: nothing to tell.
+        fixture->runPass();
+        QTest::qWait(100);
+        QVERIFY(server->calls.isEmpty());
+    }
+
+    void cleanup()
+    {
+        changes.reset();
+        notifier.reset();
+        fixture.reset();
+        server.reset();
+        QDBusConnection::disconnectFromBus(u"fake-server"_s);
+    }
+
+    void worseThenBetter()
+    {
+        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "," +
+                                 relayComponent(u"api"_s, u"API"_s, u"degraded"_s) + "]");
+        fixture->runPass();
+        QTRY_COMPARE(server->calls.size(), 1);
+        const auto down = server->calls.first();
+        QCOMPARE(down.appName, u"Lanternic"_s);
+        QCOMPARE(down.icon, u"lanternic"_s);
+        QCOMPARE(down.summary, u"GitHub is down"_s);
+        QCOMPARE(down.body, u"Git Operations \u2014 down\nAPI \u2014 degraded"_s);
+        QCOMPARE(down.hints.value(u"urgency"_s).toInt(), 2);
+        QCOMPARE(down.actions,
+                 (QStringList{u"default"_s, u"Open panel"_s, u"open-page"_s, u"Open status page"_s,
+                              u"silence-1h"_s, u"Silence for 1 hour"_s}));
+
+        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"operational"_s) +
+                                 "," + relayComponent(u"api"_s, u"API"_s, u"degraded"_s) + "]");
+        fixture->runPass();
+        QTRY_COMPARE(server->calls.size(), 2);
+        QCOMPARE(server->calls.last().summary, u"GitHub recovered"_s);
+        QCOMPARE(server->calls.last().hints.value(u"urgency"_s).toInt(), 1);
+        QVERIFY(fallback.isEmpty());
+    }
+
+    void unknownSilencedAndSwitchedOffStayQuiet()
+    {
+        // Unreachable: unknown is no news.
+        fixture->server.route("/feed0.json", {503, {}, {}});
+        fixture->runPass();
+        // Reachable and down again, but silenced.
+        fixture->silence.silence(fixture->store.results().first().id, SilenceDuration::twoHours,
+                                 fixture->now);
+        serve("down", "[]");
+        fixture->runPass();
+        // Not silenced any more, changed again, but the switch is off.
+        fixture->silence.unsilence(fixture->store.results().first().id);
+        fixture->runPass();
+        fixture->settings.setNotifications(false);
+        serve("operational", "[]");
+        fixture->runPass();
+        QTest::qWait(200);
+        QVERIFY(server->calls.isEmpty());
+    }
+
+    void actions()
+    {
+        QSignalSpy panel(changes.get(), &ChangeNotifier::openPanelRequested);
+        QSignalSpy page(changes.get(), &ChangeNotifier::openPageRequested);
+        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "]");
+        fixture->runPass();
+        QTRY_COMPARE(server->calls.size(), 1);
+        const uint id = server->calls.first().id;
+        server->invoke(id, u"open-page"_s);
+        QTRY_COMPARE(page.size(), 1);
+        QCOMPARE(page.first().first().toUrl(), *fixture->store.results().first().url);
+        server->invoke(id, u"default"_s);
+        QTRY_COMPARE(panel.size(), 1);
+        server->invoke(id, u"silence-1h"_s);
+        const QString source = fixture->store.results().first().id;
+        QTRY_VERIFY(fixture->silence.entries().contains(source));
+        QCOMPARE(fixture->silence.entries().value(source),
+                 SilenceUntil::until(fixture->now.addSecs(3600)));
+        // Someone else's notification is not ours to act on.
+        server->invoke(id + 50, u"default"_s);
+        QTest::qWait(100);
+        QCOMPARE(panel.size(), 1);
+    }
+
+    void withoutAServerTheTrayTells()
+    {
+        cleanup();
+        fixture = std::make_unique<StoreFixture>();
+        fixture->addSource(u"GitHub"_s, "operational");
+        notifier = Notifier::forThisSession();
+        QVERIFY(!notifier->isAvailable());
+        changes = std::make_unique<ChangeNotifier>(
+            fixture->environment, *notifier,
+            [this](const QString &title, const QString &, bool) { fallback.append(title); });
+        fixture->runPass();
+        serve("degraded", "[]");
+        fixture->runPass();
+        QCOMPARE(fallback, QStringList{u"GitHub is degraded"_s});
+    }
+};
+
+QTEST_GUILESS_MAIN(TestNotifications)
+#include "test_notifications.moc"
