@@ -7,7 +7,9 @@
 #include "app/updatechecker.h"
 #include "platform/loginitem.h"
 #include "platform/notifier.h"
+#include "platform/systemevents.h"
 #include "store/appenvironment.h"
+#include "store/recheck.h"
 #include "ui/lanternicpane.h"
 #include "ui/settingsview.h"
 
@@ -82,6 +84,9 @@ void AppDelegate::launch()
     connect(changes, &ChangeNotifier::openPanelRequested, this, &AppDelegate::openPanel);
     connect(changes, &ChangeNotifier::openPageRequested, this, &openWebUrl);
     connect(m_trayIcon, &QSystemTrayIcon::messageClicked, this, &AppDelegate::openPanel);
+
+    m_systemEvents = SystemEvents::forThisComputer();
+    new Recheck(store, *m_systemEvents, std::chrono::seconds(3), this);
     store.start();
 }
 

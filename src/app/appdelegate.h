@@ -10,6 +10,7 @@ namespace lanternic {
 
 class AppEnvironment;
 class Notifier;
+class SystemEvents;
 class EscapeClosingWindow;
 class LoginItemService;
 class PanelWindow;
@@ -41,6 +42,7 @@ private:
     UpdateChecker &m_updates;
     std::unique_ptr<LoginItemService> m_loginItem;
     std::unique_ptr<Notifier> m_notifier;
+    std::unique_ptr<SystemEvents> m_systemEvents;
     QSystemTrayIcon *m_trayIcon = nullptr;
     PanelWindow *m_panel = nullptr;
     EscapeClosingWindow *m_settingsWindow = nullptr;

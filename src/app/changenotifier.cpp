@@ -28,9 +28,9 @@ ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, 
 
 void ChangeNotifier::passFinished()
 {
-    if (m_offline)
-        return;
     const LanternicStore &store = *m_environment.store;
+    if (store.isOffline())
+        return;
     ChangeNotice::Snapshot current =
         ChangeNotice::snapshot(store.results(), m_environment.silence, store.now());
     const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);

@@ -16,6 +16,8 @@ class Notifier;
 // Tells the user what changed between two passes (the first after start excepted), in one
 // notification per pass: through the session's notification server, or through fallback (the
 // tray icon's message) where there is none. Silences and the settings switch are honoured.
+// While the system reports no network nothing is announced, and what is seen then is not
+// compared with later passes.
 class ChangeNotifier : public QObject {
     Q_OBJECT
 
@@ -24,10 +26,6 @@ public:
 
     ChangeNotifier(AppEnvironment &environment, Notifier &notifier, Fallback fallback,
                    QObject *parent = nullptr);
-
-    // While the system reports no network nothing is announced, and what is seen then is not
-    // compared with later passes.
-    void setOffline(bool offline) { m_offline = offline; }
 
 Q_SIGNALS:
     void openPanelRequested();
@@ -39,7 +37,6 @@ private:
     AppEnvironment &m_environment;
     Notifier &m_notifier;
     Fallback m_fallback;
-    bool m_offline = false;
     std::optional<ChangeNotice::Snapshot> m_previous;
     QHash<quint32, ChangeNotice::Notice> m_shown;
 };

@@ -200,6 +200,14 @@ void LanternicStore::finishPass(const QList<JSONSource> &sources, QList<SourceRe
     Q_EMIT passFinished();
 }
 
+void LanternicStore::setOffline(bool offline)
+{
+    if (offline == m_isOffline)
+        return;
+    m_isOffline = offline;
+    Q_EMIT offlineChanged();
+}
+
 void LanternicStore::setRefreshing(bool refreshing)
 {
     if (refreshing == m_isRefreshing)

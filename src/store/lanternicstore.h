@@ -42,6 +42,9 @@ public:
     const QList<SourceResult> &results() const { return m_results; }
     std::optional<QDateTime> lastChecked() const { return m_lastChecked; }
     bool isRefreshing() const { return m_isRefreshing; }
+    // Whether the system reports no network; the header says so.
+    bool isOffline() const { return m_isOffline; }
+    void setOffline(bool offline);
     const CheckHistory &history() const { return m_history; }
 
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
@@ -68,6 +71,7 @@ Q_SIGNALS:
     void resultsChanged();
     void lastCheckedChanged();
     void isRefreshingChanged();
+    void offlineChanged();
     void historyChanged();
     void passFinished();
 
@@ -87,6 +91,7 @@ private:
     QList<SourceResult> m_results;
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;
+    bool m_isOffline = false;
     CheckHistory m_history;
 
     SleepTimer *m_pollTimer = nullptr;

@@ -142,7 +142,8 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_updateTimer->setInterval(0);
     connect(m_updateTimer, &QTimer::timeout, this, &LanternicPane::rebuild);
     for (auto signal : {&LanternicStore::resultsChanged, &LanternicStore::lastCheckedChanged,
-                        &LanternicStore::isRefreshingChanged, &LanternicStore::historyChanged})
+                        &LanternicStore::isRefreshingChanged, &LanternicStore::historyChanged,
+                        &LanternicStore::offlineChanged})
         connect(&m_store, signal, this, &LanternicPane::scheduleUpdate);
     connect(&m_silence, &SilenceStore::entriesChanged, this, &LanternicPane::scheduleUpdate);
     connect(&m_settings, &AppSettings::showOperationalChanged, this,
@@ -236,7 +237,8 @@ void LanternicPane::updateHeader()
             .pixmap(QSize(13, 13), devicePixelRatioF()));
     m_overallSymbol->setAccessibleName(label(overall));
     m_summary->setText(m_store.summaryText());
-    m_lastCheck->setText(DisplayText::lastCheckText(m_store.lastChecked(), m_store.now()));
+    const QString lastCheck = DisplayText::lastCheckText(m_store.lastChecked(), m_store.now());
+    m_lastCheck->setText(m_store.isOffline() ? u"Offline \u00b7 "_s + lastCheck : lastCheck);
     m_refreshControl->setCurrentIndex(m_store.isRefreshing() ? 1 : 0);
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }

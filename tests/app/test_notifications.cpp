@@ -150,6 +150,20 @@ private Q_SLOTS:
         QVERIFY(server->calls.isEmpty());
     }
 
+    void nothingWhileOffline()
+    {
+        fixture->store.setOffline(true);
+        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "]");
+        fixture->runPass();
+        QTest::qWait(100);
+        QVERIFY(server->calls.isEmpty());
+        // Back online, the change is measured against the last pass before the network went.
+        fixture->store.setOffline(false);
+        fixture->runPass();
+        QTRY_COMPARE(server->calls.size(), 1);
+        QCOMPARE(server->calls.first().summary, u"GitHub is down"_s);
+    }
+
     void actions()
     {
         QSignalSpy panel(changes.get(), &ChangeNotifier::openPanelRequested);

@@ -1,6 +1,8 @@
 #include "config/sourceregistry.h"
 #include "platform/sleeptimer.h"
 #include "store/appenvironment.h"
+#include "store/recheck.h"
+#include "support/fakesystemevents.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 
@@ -235,6 +237,37 @@ private Q_SLOTS:
         QCOMPARE(store->pollInterval(), std::chrono::minutes(1));
         settings->setRefreshIntervalMinutes(2147483647);
         QCOMPARE(store->pollInterval(), std::chrono::hours(1));
+    }
+
+    void reconnectsAndWakesCheckAgain()
+    {
+        server->route("/feed", {200, relayFeed("operational"), {}, false, 300});
+        makeStore(line(u"F"_s, "/feed?"));
+        FakeSystemEvents events;
+        Recheck recheck(*store, events, std::chrono::milliseconds(50));
+        QSignalSpy passes(store, &LanternicStore::passFinished);
+        auto passesAfter = [&](auto cause) {
+            passes.clear();
+            cause();
+            QTest::qWait(1000);
+            return passes.size();
+        };
+        QCOMPARE(passesAfter([&] { Q_EMIT events.reconnected(); }), 1);
+        QCOMPARE(passesAfter([&] { Q_EMIT events.woke(); }), 1);
+        QCOMPARE(passesAfter([&] {
+                     Q_EMIT events.reconnected();
+                     Q_EMIT events.woke();
+                 }),
+                 1);
+        // Another wake while the pass the first one started still runs (it takes 300 ms).
+        QCOMPARE(passesAfter([&] {
+                     Q_EMIT events.woke();
+                     QTimer::singleShot(150, [&] { Q_EMIT events.woke(); });
+                 }),
+                 1);
+        QVERIFY(!store->isOffline());
+        events.setOffline(true);
+        QVERIFY(store->isOffline());
     }
 
     void sleepTimerFiresOnceAndCanBeStopped()

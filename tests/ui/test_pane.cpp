@@ -160,6 +160,9 @@ private Q_SLOTS:
         Pane view(fixture);
         QVERIFY(view.labels().contains(u"Never updated"_s));
         QCOMPARE(view.rows().size(), 7);
+        fixture.store.setOffline(true);
+        view.settle();
+        QVERIFY(view.labels().contains(u"Offline \u00b7 Never updated"_s));
     }
 
     void silenceMenuOrder()
