@@ -42,7 +42,13 @@ Options of a pass:
                                  nothing)
   --source LABEL=VALUE           Check this source instead of the configured ones
                                  (repeatable)
-  --json                         Print the outcome as one JSON object
+  --json                         Print the outcome as one JSON object (--format json)
+  --format FORMAT                text (the default), json, relay (a "lanternic.v1" feed),
+                                 waybar (a line for a waybar custom module) or nagios (a
+                                 monitoring plugin's output)
+  --relay-name NAME              relay: the feed's name (default "Lanternic")
+  --relay-url URL                relay: the page the feed links to
+  --short                        waybar: a health glyph and the issue count as the text
 
 Options of read and fetch:
   --id ID                        The source's id (default "source")
@@ -75,10 +81,14 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QCommandLineOption settings(u"settings"_s, QString(), u"FILE"_s);
     const QCommandLineOption sourceLine(u"source"_s, QString(), u"LABEL=VALUE"_s);
     const QCommandLineOption json(u"json"_s);
+    const QCommandLineOption format(u"format"_s, QString(), u"FORMAT"_s);
+    const QCommandLineOption relayName(u"relay-name"_s, QString(), u"NAME"_s);
+    const QCommandLineOption relayUrl(u"relay-url"_s, QString(), u"URL"_s);
+    const QCommandLineOption shortText(u"short"_s);
     const QCommandLineOption help(QStringList{u"help"_s, u"h"_s});
     const QCommandLineOption version(u"version"_s);
     parser.addOptions({id, name, home, treat, group, provider, service, pretty, settings,
-                       sourceLine, json, help, version});
+                       sourceLine, json, format, relayName, relayUrl, shortText, help, version});
     if (!parser.parse(arguments))
         return UsageError{parser.errorText()};
 
@@ -93,7 +103,8 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QStringList positional = parser.positionalArguments();
     const QList<QCommandLineOption> readOptions{id,    name,     home,    treat,
                                                 group, provider, service, pretty};
-    const QList<QCommandLineOption> passOptions{settings, sourceLine, json};
+    const QList<QCommandLineOption> passOptions{settings,  sourceLine, json,     format,
+                                                relayName, relayUrl,   shortText};
     auto firstSet = [&](const QList<QCommandLineOption> &options) {
         for (const QCommandLineOption &option : options) {
             if (parser.isSet(option))
@@ -109,7 +120,32 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
             invocation.settingsFile = parser.value(settings);
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
-        invocation.json = parser.isSet(json);
+        if (parser.isSet(json))
+            invocation.format = Format::json;
+        if (parser.isSet(format)) {
+            static const QHash<QString, Format> formats{{u"text"_s, Format::text},
+                                                        {u"json"_s, Format::json},
+                                                        {u"relay"_s, Format::relay},
+                                                        {u"waybar"_s, Format::waybar},
+                                                        {u"nagios"_s, Format::nagios}};
+            const auto chosen = formats.constFind(parser.value(format));
+            if (chosen == formats.constEnd())
+                return UsageError{
+                    u"unknown format \"%1\" (text, json, relay, waybar or nagios)"_s.arg(
+                        parser.value(format))};
+            if (parser.isSet(json) && *chosen != Format::json)
+                return UsageError{
+                    u"--json and --format %1 do not go together"_s.arg(parser.value(format))};
+            invocation.format = *chosen;
+        }
+        if (parser.isSet(relayName))
+            invocation.relayName = parser.value(relayName);
+        if (parser.isSet(relayUrl)) {
+            invocation.relayUrl = webUrl(parser.value(relayUrl));
+            if (!invocation.relayUrl)
+                return UsageError{u"not an http or https URL: %1"_s.arg(parser.value(relayUrl))};
+        }
+        invocation.shortText = parser.isSet(shortText);
         return invocation;
     }
     if (auto option = firstSet(passOptions))

@@ -11,6 +11,9 @@ namespace lanternic::cli {
 
 enum class Mode { help, version, read, fetch, pass };
 
+// How a pass is printed.
+enum class Format { text, json, relay, waybar, nagios };
+
 // What the command line asked for.
 struct Invocation {
     Mode mode = Mode::help;
@@ -21,7 +24,10 @@ struct Invocation {
     // text replacing the stored one for this run, and whether to print JSON.
     std::optional<QString> settingsFile;
     std::optional<QString> sourcesText;
-    bool json = false;
+    Format format = Format::text;
+    QString relayName = QStringLiteral("Lanternic"); // relay: the feed's name, and its page
+    std::optional<QUrl> relayUrl;
+    bool shortText = false; // waybar: a glyph and the issue count instead of the summary
 };
 
 struct UsageError {

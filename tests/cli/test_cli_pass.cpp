@@ -33,6 +33,56 @@ private Q_SLOTS:
         server.route("/down", {200, fixture(u"relay-feed.json"_s).replace("degraded", "down"), {}});
     }
 
+    void relayRoundTrip()
+    {
+        const QStringList sources{u"--source"_s, line(u"Ok"_s, "/ok?"), u"--source"_s,
+                                  line(u"Down"_s, "/down?")};
+        const Run pass =
+            run(sources + QStringList{u"--format"_s, u"relay"_s, u"--relay-name"_s, u"Team"_s,
+                                      u"--relay-url"_s, u"https://team.example/status"_s});
+        QCOMPARE(pass.exitCode, 2);
+        const Run rows = run(sources + QStringList{u"--json"_s});
+        server.route("/team.json", {200, pass.out, {}});
+        const Run back = run({u"--json"_s, u"--source"_s, line(u"Team"_s, "/team.json?")});
+        QCOMPARE(back.exitCode, 2);
+        const QJsonObject team = back.json()[u"results"_s][0].toObject();
+        QCOMPARE(team[u"name"_s], u"Team"_s);
+        QCOMPARE(team[u"health"_s], rows.json()[u"overallHealth"_s]);
+        QCOMPARE(team[u"detail"_s], rows.json()[u"summaryText"_s]);
+        QCOMPARE(team[u"url"_s], u"https://team.example/status"_s);
+        QCOMPARE(team[u"components"_s].toArray().size(), rows.json()[u"rows"_s].toArray().size());
+    }
+
+    void statusBarAndPluginOutput()
+    {
+        const QStringList sources{u"--source"_s, line(u"Ok"_s, "/ok?"), u"--source"_s,
+                                  line(u"Down"_s, "/down?")};
+        Run r = run(sources + QStringList{u"--format"_s, u"waybar"_s});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(r.out.count('\n'), 1);
+        QCOMPARE(r.json(), (QJsonObject{{u"text"_s, u"1 down"_s},
+                                        {u"tooltip"_s, u"Build farm: CI runners \u2014 down\n"
+                                                       u"Ok: Operational"_s},
+                                        {u"class"_s, u"down"_s},
+                                        {u"percentage"_s, 0}}));
+        r = run(sources + QStringList{u"--format"_s, u"waybar"_s, u"--short"_s});
+        QCOMPARE(r.json()[u"text"_s], u"\u2717 1"_s);
+        r = run(sources + QStringList{u"--format"_s, u"nagios"_s});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(r.out),
+                 u"LANTERNIC CRITICAL - 1 down | down=1 degraded=0 unknown=0 operational=1\n"
+                 u"\u2717 Build farm: CI runners \u2014 down\n"_s);
+    }
+
+    void unusableSourcesAreAUsageError()
+    {
+        const Run r = run({u"--source"_s, u"no equals sign"_s, u"--source"_s, u"X=https://"_s});
+        QCOMPARE(r.exitCode, 3);
+        QVERIFY(r.out.isEmpty());
+        QCOMPARE(r.err,
+                 "lanternic-check: no usable source in --source \"no equals sign\" (see --help)\n");
+    }
+
     void feedTextCannotForgeTheReport()
     {
         server.route("/evil",

@@ -1,0 +1,179 @@
+#include "cli/passreports.h"
+
+#include "cli/resultjson.h"
+#include "model/feedtext.h"
+#include "store/displaytext.h"
+#include "store/lanternicstore.h"
+#include "store/relaydocument.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace lanternic::cli {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString healthMark(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return u"\u2713"_s;
+    case Health::degraded:
+        return u"!"_s;
+    case Health::down:
+        return u"\u2717"_s;
+    case Health::unknown:
+        break;
+    }
+    return u"?"_s;
+}
+
+QJsonValue untilJson(const SilenceUntil &until)
+{
+    switch (until.kind) {
+    case SilenceUntil::Kind::resolved:
+        return u"resolved"_s;
+    case SilenceUntil::Kind::forever:
+        return u"forever"_s;
+    case SilenceUntil::Kind::date:
+        break;
+    }
+    return isoTimestamp(until.date);
+}
+
+QByteArray jsonReport(const LanternicStore &store)
+{
+    QJsonArray results;
+    for (const SourceResult &result : store.results())
+        results.append(resultToJson(result));
+    QJsonArray rows;
+    for (const DisplayProvider &row : store.providers()) {
+        rows.append(QJsonObject{{u"id"_s, row.result.id},
+                                {u"name"_s, row.result.name},
+                                {u"health"_s, rawValue(row.health)},
+                                {u"detail"_s, row.detail}});
+    }
+    QJsonArray silenced;
+    for (const SilencedItem &item : store.silencedItems()) {
+        silenced.append(QJsonObject{
+            {u"id"_s, item.id}, {u"title"_s, item.title}, {u"until"_s, untilJson(item.until)}});
+    }
+    const Health overall = store.overallHealth();
+    const QJsonObject report{
+        {u"checkedAt"_s, isoTimestamp(store.lastChecked().value_or(store.now()))},
+        {u"overallHealth"_s, rawValue(overall)},
+        {u"summaryText"_s, store.summaryText()},
+        {u"badgeCount"_s, store.issueCount(overall)},
+        {u"results"_s, results},
+        {u"rows"_s, rows},
+        {u"silenced"_s, silenced},
+    };
+    return QJsonDocument(report).toJson(QJsonDocument::Compact) + '\n';
+}
+
+// Feed text on a terminal: one line, no escape sequences, a sane width.
+QString terminalText(const QString &text)
+{
+    return FeedText::clean(text, 200);
+}
+
+QByteArray textReport(const LanternicStore &store)
+{
+    const QList<DisplayProvider> rows = store.providers();
+    qsizetype width = 0;
+    for (const DisplayProvider &row : rows)
+        width = std::max(width, terminalText(row.result.name).size());
+    QString text;
+    for (const DisplayProvider &row : rows) {
+        text += healthMark(row.health) + u' ' + terminalText(row.result.name).leftJustified(width) +
+                u"  "_s + terminalText(row.detail) + u'\n';
+    }
+    text += store.summaryText() + u'\n';
+    const QList<SilencedItem> silenced = store.silencedItems();
+    if (!silenced.isEmpty()) {
+        text += u"\nSilenced:\n"_s;
+        for (const SilencedItem &item : silenced)
+            text += u"  "_s + terminalText(item.title) + u" ("_s +
+                    DisplayText::timeLeftText(item.until, store.now()) + u")\n"_s;
+    }
+    return text.toUtf8();
+}
+
+QByteArray compactLine(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+// One line for a waybar custom module with "return-type": "json". Waybar reads text and
+// tooltip as Pango markup, so feed text is escaped as well as cleaned.
+QByteArray waybarReport(const LanternicStore &store, bool shortText)
+{
+    const Health overall = store.overallHealth();
+    const int issues = store.issueCount(overall);
+    const QString text =
+        shortText ? healthMark(overall) + (issues > 0 ? u' ' + QString::number(issues) : QString())
+                  : store.summaryText();
+    QStringList tooltip;
+    for (const DisplayProvider &row : store.providers())
+        tooltip.append(terminalText(row.result.name) + u": "_s + terminalText(row.detail));
+    static const QHash<Health, int> percentage{{Health::operational, 100},
+                                               {Health::degraded, 66},
+                                               {Health::unknown, 33},
+                                               {Health::down, 0}};
+    return compactLine({{u"text"_s, text.toHtmlEscaped()},
+                        {u"tooltip"_s, tooltip.join(u'\n').toHtmlEscaped()},
+                        {u"class"_s, rawValue(overall)},
+                        {u"percentage"_s, percentage.value(overall)}});
+}
+
+// The monitoring-plugin convention: a status line with performance data, then one line per
+// row that is not operational.
+QByteArray nagiosReport(const LanternicStore &store)
+{
+    static const QHash<Health, QString> states{{Health::operational, u"OK"_s},
+                                               {Health::degraded, u"WARNING"_s},
+                                               {Health::down, u"CRITICAL"_s},
+                                               {Health::unknown, u"UNKNOWN"_s}};
+    const QList<DisplayProvider> rows = store.providers();
+    QHash<Health, int> counts;
+    for (const DisplayProvider &row : rows)
+        ++counts[row.health];
+    // A "|" in feed text would end the plugin output and start its performance data.
+    auto plain = [](const QString &text) { return terminalText(text).replace(u'|', u'/'); };
+    QString text = u"LANTERNIC %1 - %2 | down=%3 degraded=%4 unknown=%5 operational=%6\n"_s
+                       .arg(states.value(store.overallHealth()), plain(store.summaryText()))
+                       .arg(counts.value(Health::down))
+                       .arg(counts.value(Health::degraded))
+                       .arg(counts.value(Health::unknown))
+                       .arg(counts.value(Health::operational));
+    for (const DisplayProvider &row : rows) {
+        if (row.health != Health::operational)
+            text += healthMark(row.health) + u' ' + plain(row.result.name) + u": "_s +
+                    plain(row.detail) + u'\n';
+    }
+    return text.toUtf8();
+}
+
+} // namespace
+
+QByteArray report(const LanternicStore &store, const Invocation &invocation)
+{
+    switch (invocation.format) {
+    case Format::json:
+        return jsonReport(store);
+    case Format::relay:
+        return compactLine(relayDocument(store, invocation.relayName, invocation.relayUrl));
+    case Format::waybar:
+        return waybarReport(store, invocation.shortText);
+    case Format::nagios:
+        return nagiosReport(store);
+    case Format::text:
+        break;
+    }
+    return textReport(store);
+}
+
+} // namespace lanternic::cli

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QUrl>
+#include <optional>
+
+namespace lanternic {
+
+class LanternicStore;
+
+// The latest pass as one "lanternic.v1" relay feed, which Lanternic's own relay reader
+// accepts: one component per display row (its source id, name, effective health and detail),
+// the summary as the detail, the overall health.
+QJsonObject relayDocument(const LanternicStore &store, const QString &name,
+                          const std::optional<QUrl> &url);
+
+} // namespace lanternic
