@@ -35,6 +35,7 @@ expect() {
 
 expect "lanternic-check " "fetch read"
 expect "lanternic-check --j" "--json"
+expect "lanternic-check --format w" "waybar"
 expect "lanternic-check --se" "--settings"
 expect "lanternic-check --settings n" "notes.txt"
 expect "lanternic-check read --pr" "--pretty"
@@ -42,4 +43,4 @@ expect "lanternic-check read s" "summary.json"
 expect "lanternic-check fetch --updog-p" "--updog-provider"
 expect "lanternic-check read --name " ""
 
-[ $failures -eq 0 ] && echo "completion: 8 passed, 0 failed" || exit 1
+[ $failures -eq 0 ] && echo "completion: 9 passed, 0 failed" || exit 1
