@@ -163,6 +163,8 @@ void LanternicStore::start()
 
 std::chrono::milliseconds LanternicStore::pollInterval() const
 {
+    if (m_intervalOverride)
+        return *m_intervalOverride;
     // A stored value no settings window offers must neither hammer the pages nor stop checks.
     return std::chrono::minutes(std::clamp(m_settings.refreshIntervalMinutes(), 1, 60));
 }

@@ -62,6 +62,8 @@ public:
 
     // The wait between passes: the interval in minutes, at least one and at most sixty.
     std::chrono::milliseconds pollInterval() const;
+    // A wait chosen for this run instead of the stored one (the watcher's --interval).
+    void setPollIntervalOverride(std::chrono::minutes interval) { m_intervalOverride = interval; }
 
     // Tests replace the clock that passes and display values read.
     void setClock(Clock clock) { m_clock = std::move(clock); }
@@ -92,6 +94,7 @@ private:
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;
     bool m_isOffline = false;
+    std::optional<std::chrono::minutes> m_intervalOverride;
     CheckHistory m_history;
 
     SleepTimer *m_pollTimer = nullptr;

@@ -1,0 +1,121 @@
+// lanternic-serve: the poll loop of the app over its own settings file, headless, with the
+// latest pass served over HTTP for a team's desktops and its monitoring.
+
+#include "serve/watchserver.h"
+#include "store/appenvironment.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QSettings>
+#include <QSocketNotifier>
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int signalPipe[2] = {-1, -1};
+
+void onSignal(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
+}
+
+int usageError(const QString &message)
+{
+    std::fprintf(stderr, "lanternic-serve: %s\n", qUtf8Printable(message));
+    return 2;
+}
+
+// "127.0.0.1:9317", "[::1]:9317" or ":9317" (every address).
+std::optional<std::pair<QHostAddress, quint16>> listenAddress(const QString &text)
+{
+    const qsizetype colon = text.lastIndexOf(u':');
+    if (colon < 0)
+        return std::nullopt;
+    bool ok = false;
+    const uint port = text.mid(colon + 1).toUInt(&ok);
+    QString host = text.left(colon);
+    if (host.startsWith(u'[') && host.endsWith(u']'))
+        host = host.mid(1, host.size() - 2);
+    const QHostAddress address =
+        host.isEmpty() ? QHostAddress(QHostAddress::Any) : QHostAddress(host);
+    if (!ok || port > 65535 || address.isNull())
+        return std::nullopt;
+    return std::pair{address, quint16(port)};
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(u"lanternic-serve"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(LANTERNIC_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Runs Lanternic's checks headless and serves the latest pass over HTTP."_s);
+    const QCommandLineOption settings(u"settings"_s, u"The settings file to keep (required)."_s,
+                                      u"FILE"_s);
+    const QCommandLineOption interval(
+        u"interval"_s, u"Minutes between passes, 1 to 60 (default: stored)."_s, u"MINUTES"_s);
+    const QCommandLineOption listen(u"listen"_s, u"Where to serve (default 127.0.0.1:9317)."_s,
+                                    u"ADDRESS:PORT"_s, u"127.0.0.1:9317"_s);
+    const QCommandLineOption relayName(u"relay-name"_s,
+                                       u"The name of the served relay feed (default Lanternic)."_s,
+                                       u"NAME"_s, u"Lanternic"_s);
+    parser.addOptions({settings, interval, listen, relayName});
+    parser.addHelpOption();
+    parser.addVersionOption();
+    if (!parser.parse(QCoreApplication::arguments()))
+        return usageError(parser.errorText());
+    if (parser.isSet(u"help"_s)) {
+        std::fputs(qUtf8Printable(parser.helpText()), stdout);
+        return 0;
+    }
+    if (parser.isSet(u"version"_s)) {
+        std::fputs("lanternic-serve " LANTERNIC_VERSION "\n", stdout);
+        return 0;
+    }
+    if (!parser.isSet(settings))
+        return usageError(u"--settings FILE is required"_s);
+    std::optional<int> minutes;
+    if (parser.isSet(interval)) {
+        bool ok = false;
+        minutes = parser.value(interval).toInt(&ok);
+        if (!ok || *minutes < 1 || *minutes > 60)
+            return usageError(u"--interval takes 1 to 60 minutes"_s);
+    }
+    const auto address = listenAddress(parser.value(listen));
+    if (!address)
+        return usageError(u"not an ADDRESS:PORT: %1"_s.arg(parser.value(listen)));
+
+    QSettings defaults(parser.value(settings), QSettings::IniFormat);
+    AppEnvironment environment(defaults);
+    if (minutes)
+        environment.store->setPollIntervalOverride(std::chrono::minutes(*minutes));
+    WatchServer server(*environment.store, parser.value(relayName));
+    const quint16 port = server.listen(address->first, address->second);
+    if (port == 0)
+        return usageError(u"cannot listen on %1"_s.arg(parser.value(listen)));
+    std::fprintf(stderr, "lanternic-serve: serving on %s port %u\n",
+                 qUtf8Printable(address->first.toString()), unsigned(port));
+
+    // SIGTERM and SIGINT end the loop; the history is saved with every pass already.
+    if (::pipe(signalPipe) != 0)
+        return 1;
+    QSocketNotifier stop(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(&stop, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
+    std::signal(SIGTERM, onSignal);
+    std::signal(SIGINT, onSignal);
+
+    environment.store->start();
+    const int status = QCoreApplication::exec();
+    defaults.sync();
+    return status;
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "serve/metrics.h"
+
+#include <QAbstractHttpServer>
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QHostAddress>
+
+namespace lanternic {
+
+class LanternicStore;
+
+// Serves the latest pass over HTTP: /lanternic.json (the relay feed, with ETag and
+// Last-Modified), /metrics (Prometheus) and /healthz (200 once a pass has finished). Only GET
+// and HEAD; requests whose head is over 8 KiB, and connections beyond 100, are refused.
+class WatchServer : public QAbstractHttpServer {
+    Q_OBJECT
+
+public:
+    static constexpr int maximumConnections = 100;
+    static constexpr qint64 maximumHeadBytes = 8 * 1024;
+
+    WatchServer(LanternicStore &store, QString relayName, QObject *parent = nullptr);
+
+    // Listens on address and port (0: any free one); the port, or 0 when it cannot listen.
+    quint16 listen(const QHostAddress &address, quint16 port);
+
+    const PassStatistics &statistics() const { return m_statistics; }
+
+protected:
+    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
+    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
+
+private:
+    void passFinished();
+
+    LanternicStore &m_store;
+    QString m_relayName;
+    PassStatistics m_statistics;
+    QElapsedTimer m_passClock;
+    QByteArray m_relay; // the feed of the last pass, and its tag
+    QByteArray m_etag;
+};
+
+} // namespace lanternic
