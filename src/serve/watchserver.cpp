@@ -41,12 +41,9 @@ protected:
             if (head < 0)
                 return; // this request's head was complete
             const QByteArray available = socket->peek(socket->bytesAvailable());
-            if (available.contains("\r\n\r\n")) {
-                socket->setProperty("headBytes", -1);
-                return;
-            }
-            head += available.size();
-            socket->setProperty("headBytes", head);
+            const qsizetype end = available.indexOf("\r\n\r\n");
+            head += end < 0 ? available.size() : end;
+            socket->setProperty("headBytes", end < 0 ? head : -1);
             if (head > WatchServer::maximumHeadBytes) {
                 socket->write("HTTP/1.1 431 Request Header Fields Too Large\r\n"
                               "Content-Length: 0\r\nConnection: close\r\n\r\n");

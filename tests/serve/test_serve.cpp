@@ -1,0 +1,165 @@
+// The watcher's HTTP side over loopback: its routes, the relay round trip, conditional
+// requests, and requests and connections it must refuse without harm.
+
+#include "serve/watchserver.h"
+#include "sources/jsondecoder.h"
+#include "sources/jsonsource.h"
+#include "support/fixtures.h"
+#include "support/storefixture.h"
+
+#include <QTcpSocket>
+#include <QTest>
+
+using namespace lanternic;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Answer {
+    int status = 0;
+    QByteArray head;
+    QByteArray body;
+};
+
+// One raw request on its own connection; the answer as it came. The server runs on this
+// thread, so the wait keeps the event loop turning.
+Answer ask(quint16 port, const QByteArray &request)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    if (!QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::ConnectedState; }, 5000))
+        return {};
+    socket.write(request);
+    QByteArray data;
+    auto complete = [&] {
+        data += socket.readAll();
+        const qsizetype end = data.indexOf("\r\n\r\n");
+        if (end < 0)
+            return socket.state() == QAbstractSocket::UnconnectedState;
+        const QByteArray head = data.left(end).toLower();
+        const qsizetype at = head.indexOf("content-length:");
+        const qsizetype length =
+            at < 0 ? 0 : head.mid(at + 15, head.indexOf('\r', at) - at - 15).trimmed().toLongLong();
+        return data.size() >= end + 4 + length || request.startsWith("HEAD");
+    };
+    if (!QTest::qWaitFor(complete, 5000))
+        return {};
+    const qsizetype end = data.indexOf("\r\n\r\n");
+    return {data.mid(9, 3).toInt(), data.left(end), end < 0 ? QByteArray() : data.mid(end + 4)};
+}
+
+QByteArray get(const QByteArray &path, const QByteArray &extra = {})
+{
+    return "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n" + extra + "\r\n";
+}
+
+} // namespace
+
+class TestServe : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<StoreFixture> fixture;
+    std::unique_ptr<WatchServer> server;
+    quint16 port = 0;
+
+private Q_SLOTS:
+    void init()
+    {
+        fixture = std::make_unique<StoreFixture>();
+        server = std::make_unique<WatchServer>(fixture->store, u"Team"_s);
+        port = server->listen(QHostAddress::LocalHost, 0);
+        QVERIFY(port != 0);
+        fixture->addSource(u"GitHub"_s, "operational",
+                           "[" + relayComponent(u"git"_s, u"Git \"Ops\"\n"_s, u"down"_s) + "]");
+        fixture->addSource(u"Linear"_s, "operational");
+    }
+
+    void cleanup()
+    {
+        server.reset();
+        fixture.reset();
+    }
+
+    void beforeTheFirstPass()
+    {
+        QCOMPARE(ask(port, get("/healthz")).status, 503);
+        QCOMPARE(ask(port, get("/lanternic.json")).status, 503);
+        fixture->runPass();
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+    }
+
+    void relayRoundTripAndConditionalRequests()
+    {
+        fixture->runPass();
+        const Answer feed = ask(port, get("/lanternic.json"));
+        QCOMPARE(feed.status, 200);
+        QVERIFY(feed.head.contains("Last-Modified: Mon, 16 Nov 2026 17:00:00 GMT"));
+        const qsizetype at = feed.head.indexOf("ETag: ");
+        const QByteArray etag = feed.head.mid(at + 6, feed.head.indexOf('\r', at) - at - 6);
+
+        JSONSource team;
+        team.id = u"team"_s;
+        team.name = u"Team feed"_s;
+        const SourceResult read = team.read(feed.body);
+        QCOMPARE(read.name, u"Team"_s);
+        QCOMPARE(read.health, fixture->store.overallHealth());
+        QCOMPARE(read.detail, fixture->store.summaryText());
+        QCOMPARE(read.components.size(), fixture->store.providers().size());
+
+        QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: " + etag + "\r\n")).status, 304);
+        QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: \"other\"\r\n")).status, 200);
+        const Answer head = ask(port, "HEAD /lanternic.json HTTP/1.1\r\nHost: x\r\n\r\n");
+        QCOMPARE(head.status, 200);
+        QVERIFY(head.body.isEmpty());
+    }
+
+    void metrics()
+    {
+        fixture->runPass();
+        const Answer answer = ask(port, get("/metrics"));
+        QCOMPARE(answer.status, 200);
+        QVERIFY(answer.head.contains("Content-Type: text/plain; version=0.0.4"));
+        const QByteArray source = fixture->store.results().first().id.toUtf8();
+        for (const QByteArray &line :
+             {"lanternic_source_health{id=\"" + source + "\",name=\"GitHub\"} 2",
+              "lanternic_component_health{source=\"" + source + "\",id=\"" + source +
+                  "::git\",name=\"Git \\\"Ops\\\" \"} 2",
+              "lanternic_source_up{id=\"" + source + "\"} 1",
+              QByteArray("lanternic_passes_total 1"),
+              QByteArray("# TYPE lanternic_passes_total counter")})
+            QVERIFY2(answer.body.contains(line + '\n'), line.constData());
+    }
+
+    void refusedWithoutHarm()
+    {
+        fixture->runPass();
+        QCOMPARE(ask(port, get("/nowhere")).status, 404);
+        QCOMPARE(ask(port, "POST /metrics HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n").status,
+                 405);
+        const Answer huge =
+            ask(port, get("/metrics", "X-Filler: " + QByteArray(9000, 'x') + "\r\n"));
+        QVERIFY(huge.status == 431 || huge.status == 0);
+        ask(port, "\x16\x03\x01 not http at all\r\n\r\n");
+
+        // Past 100 open connections, new ones are closed at once.
+        std::vector<std::unique_ptr<QTcpSocket>> idle;
+        for (int i = 0; i < 110; ++i) {
+            idle.push_back(std::make_unique<QTcpSocket>());
+            idle.back()->connectToHost(QHostAddress::LocalHost, port);
+        }
+        QTest::qWait(500);
+        const auto closed = std::count_if(idle.begin(), idle.end(), [](const auto &socket) {
+            return socket->state() != QAbstractSocket::ConnectedState;
+        });
+        QCOMPARE(closed, 10);
+        idle.clear();
+        QTest::qWait(200);
+        // The loop goes on, and so does the server.
+        fixture->runPass();
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+        QCOMPARE(server->statistics().passes, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestServe)
+#include "test_serve.moc"
