@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# A real Prometheus scrapes a real lanternic-serve on loopback: promtool accepts the
+# exposition, and the query API returns the source health series. The sources are recorded
+# documents served on loopback. Exits 77 (skipped) when Prometheus or python3 is missing.
+set -euo pipefail
+serve=${1:?usage: prometheus-e2e.sh PATH-TO-LANTERNIC-SERVE SAMPLES-DIR}
+samples=${2:?usage: prometheus-e2e.sh PATH-TO-LANTERNIC-SERVE SAMPLES-DIR}
+for tool in prometheus promtool python3 curl; do
+    command -v "$tool" >/dev/null || { echo "skipped: $tool is not installed"; exit 77; }
+done
+
+work=$(mktemp -d)
+pids=()
+cleanup() {
+    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+    wait 2>/dev/null || true
+    rm -rf "$work"
+}
+trap cleanup EXIT
+fail() {
+    echo "FAILED: $*"
+    for log in "$work"/*.log; do sed "s|^|$(basename "$log"): |" "$log" | tail -20; done
+    exit 1
+}
+await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.1; done; return 1; }
+
+base=$((20000 + $$ % 20000))
+feeds=$base watcher=$((base + 1)) prom=$((base + 2))
+(cd "$samples" && exec python3 -m http.server "$feeds" --bind 127.0.0.1) >"$work/feeds.log" 2>&1 &
+pids+=($!)
+printf '[General]\nLanternic.sources="Build farm=http://127.0.0.1:%s/relay-feed.json\\nGitHub=http://127.0.0.1:%s/statuspage-summary.json"\n' \
+    "$feeds" "$feeds" >"$work/watcher.ini"
+await curl -sf "http://127.0.0.1:$feeds/relay-feed.json" || fail "the feed server did not start"
+
+"$serve" --settings "$work/watcher.ini" --listen "127.0.0.1:$watcher" >"$work/watcher.log" 2>&1 &
+pids+=($!)
+await curl -sf "http://127.0.0.1:$watcher/healthz" || fail "the watcher did not finish a pass"
+curl -sf "http://127.0.0.1:$watcher/metrics" >"$work/metrics.txt"
+promtool check metrics <"$work/metrics.txt" || fail "promtool rejected the exposition"
+
+cat >"$work/prometheus.yml" <<CONFIG
+global:
+  scrape_interval: 1s
+scrape_configs:
+  - job_name: lanternic
+    static_configs:
+      - targets: ['127.0.0.1:$watcher']
+CONFIG
+prometheus --config.file="$work/prometheus.yml" --storage.tsdb.path="$work/data" \
+    --web.listen-address="127.0.0.1:$prom" >"$work/prometheus.log" 2>&1 &
+pids+=($!)
+query="http://127.0.0.1:$prom/api/v1/query?query=lanternic_source_health"
+cat >"$work/series.py" <<'SCRIPT'
+import json, sys
+result = json.load(sys.stdin)["data"]["result"]
+print(" ".join(sorted(r["metric"]["name"] + "=" + r["value"][1] for r in result)))
+SCRIPT
+series() { curl -sf "$query" | python3 "$work/series.py"; }
+got=""
+for _ in $(seq 300); do
+    got=$(series 2>/dev/null || true)
+    [ -n "$got" ] && break
+    sleep 0.1
+done
+[ -n "$got" ] || fail "Prometheus never had the series"
+echo "query lanternic_source_health: $got"
+[ "$got" = "Build farm=1 GitHub=1" ] || fail "unexpected series: $got"
+echo "prometheus e2e: 1 passed, 0 failed"
