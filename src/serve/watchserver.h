@@ -13,7 +13,8 @@ class LanternicStore;
 
 // Serves the latest pass over HTTP: /lanternic.json (the relay feed, with ETag and
 // Last-Modified), /metrics (Prometheus) and /healthz (200 once a pass has finished). Only GET
-// and HEAD; requests whose head is over 8 KiB, and connections beyond 100, are refused.
+// and HEAD; requests whose head is over 8 KiB are refused, and no more than 100 connections are
+// taken at once.
 class WatchServer : public QAbstractHttpServer {
     Q_OBJECT
 
@@ -41,6 +42,7 @@ private:
     QElapsedTimer m_passClock;
     QByteArray m_relay; // the feed of the last pass, and its tag
     QByteArray m_etag;
+    QByteArray m_metrics; // the exposition of the last pass
 };
 
 } // namespace lanternic

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# The watcher (lanternic-serve's server and loop) measured: its resident memory after PASSES
+# passes (default 1000) over 100 loopback sources against after 10, and serving /metrics and
+# /lanternic.json to 200 concurrent clients (two ab runs of 100 each, 10,000 requests in all)
+# while it starts a pass every 2 s. Usage: bench/watch-bench.sh BUILD-DIR [PASSES]
+set -euo pipefail
+build=${1:?usage: watch-bench.sh BUILD-DIR [PASSES]}
+passes=${2:-1000}
+port=18744
+here=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+pids=()
+trap 'for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done; rm -rf "$work"' EXIT
+ulimit -n 16384
+command -v ab >/dev/null || { echo "ab is not installed (apache2-utils)" >&2; exit 1; }
+
+"$build/bench/pass_server" $port "$here/../samples/statuspage-summary.json" >"$work/ready" &
+pids+=($!)
+for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+
+"$build/bench/bench_watch" memory $port 100 "$passes"
+
+"$build/bench/bench_watch" serve $port 100 40 >"$work/watch" &
+pids+=($!)
+for _ in $(seq 100); do grep -q ready "$work/watch" && break; sleep 0.1; done
+load=()
+for path in metrics lanternic.json; do
+    ab -q -n 5000 -c 100 "http://127.0.0.1:$((port + 1))/$path" >"$work/ab-$path" 2>&1 &
+    load+=($!)
+done
+wait "${load[@]}" || true
+for path in metrics lanternic.json; do
+    echo "/$path: $(grep -E '^(Complete|Failed|Non-2xx)' "$work/ab-$path" | tr -s ' ' | tr '\n' ';')" \
+        "p99 $(awk '/ 99%/ { print $2 }' "$work/ab-$path") ms," \
+        "max $(awk '/100%/ { print $2 }' "$work/ab-$path") ms"
+done
+wait "${pids[-1]}" || true
+cat "$work/watch" | grep passes
