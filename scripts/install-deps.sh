@@ -6,11 +6,13 @@ set -euo pipefail
 # scdoc render the icons and manual pages; openssl makes the TLS tests'
 # certificate; clang and its runtimes build the fuzzers; the X server, tray host and X tools run
 # the end-to-end tray test; lintian, desktop-file-utils, appstream, man-db and bash-completion
-# check the package; Prometheus (and python3 to serve it feeds) scrapes lanternic-serve.
+# check the package; Prometheus (and python3 to serve it feeds) scrapes lanternic-serve, and
+# ab loads it in the watcher's benchmark.
 packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-httpserver-dev qt6-websockets-dev
     libcurl4-openssl-dev libbenchmark-dev
     scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl xvfb trayer xdotool x11-utils
-    dbus lintian desktop-file-utils appstream man-db bash-completion prometheus python3)
+    dbus lintian desktop-file-utils appstream man-db bash-completion prometheus python3
+    apache2-utils)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -16,6 +16,8 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLANTERNIC_BUILD
 cmake --build build -j "$jobs"
 ctest --test-dir build --output-on-failure -j "$jobs"
 scripts/package-test.sh build
+# The watcher's benchmark, as a short smoke run: its figures come from longer runs.
+bench/watch-bench.sh build 20
 
 cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLANTERNIC_SANITIZE=ON \
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
