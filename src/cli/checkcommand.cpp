@@ -196,17 +196,7 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
 
 int exitCodeFor(Health health)
 {
-    switch (health) {
-    case Health::operational:
-        return 0;
-    case Health::degraded:
-        return 1;
-    case Health::down:
-        return 2;
-    case Health::unknown:
-        break;
-    }
-    return 3;
+    return monitoringCode(health);
 }
 
 std::variant<QByteArray, UsageError> readInput(const QString &path)

@@ -77,4 +77,19 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
     return Health::degraded;
 }
 
+int monitoringCode(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return 0;
+    case Health::degraded:
+        return 1;
+    case Health::down:
+        return 2;
+    case Health::unknown:
+        break;
+    }
+    return 3;
+}
+
 } // namespace lanternic

@@ -20,6 +20,10 @@ std::optional<Health> healthFromRawValue(QStringView text);
 QString rawValue(Health health);
 QString label(Health health);
 
+// The monitoring convention shared by exit statuses and metrics: 0 operational, 1 degraded,
+// 2 down, 3 unknown.
+int monitoringCode(Health health);
+
 // operational < unknown < degraded < down: not knowing is better than reported trouble.
 int severity(Health health);
 

@@ -7,21 +7,6 @@ namespace lanternic {
 
 namespace {
 
-int healthValue(Health health)
-{
-    switch (health) {
-    case Health::operational:
-        return 0;
-    case Health::degraded:
-        return 1;
-    case Health::down:
-        return 2;
-    case Health::unknown:
-        break;
-    }
-    return 3;
-}
-
 // A label value: feed text cleaned and capped, then escaped as the format asks.
 QByteArray label(const QString &text)
 {
@@ -45,7 +30,7 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
            "Health of each source: 0 operational, 1 degraded, 2 down, 3 unknown.");
     for (const SourceResult &result : results) {
         out += "lanternic_source_health{id=" + label(result.id) + ",name=" + label(result.name) +
-               "} " + QByteArray::number(healthValue(result.health)) + '\n';
+               "} " + QByteArray::number(monitoringCode(result.health)) + '\n';
     }
     family(out, "lanternic_component_health", "gauge",
            "Health of each component: 0 operational, 1 degraded, 2 down, 3 unknown.");
@@ -53,7 +38,7 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
         for (const ComponentStatus &component : result.components) {
             out += "lanternic_component_health{source=" + label(result.id) +
                    ",id=" + label(component.id) + ",name=" + label(component.name) + "} " +
-                   QByteArray::number(healthValue(component.health)) + '\n';
+                   QByteArray::number(monitoringCode(component.health)) + '\n';
         }
     }
     family(out, "lanternic_source_up", "gauge",
