@@ -8,6 +8,7 @@
 //                                           started (the lag of the event loop) while a load
 //                                           generator asks it for /metrics and /lanternic.json
 
+#include "processstats.h"
 #include "serve/watchserver.h"
 #include "store/appenvironment.h"
 
@@ -23,18 +24,6 @@
 using namespace lanternic;
 
 namespace {
-
-long residentKilobytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
 
 QString sourcesText(int port, int count)
 {

@@ -7,32 +7,11 @@
 set -euo pipefail
 app=$(realpath "${1:?usage: tray-startup.sh PATH-TO-LANTERNIC [RUNS]}")
 runs=${2:-10}
-for tool in Xvfb trayer xwininfo xdpyinfo xev setsid dbus-daemon dbus-run-session; do
-    command -v "$tool" >/dev/null || { echo "$tool is not installed" >&2; exit 1; }
-done
-
-work=$(mktemp -d)
-pids=()
-cleanup() {
-    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    rm -rf "$work"
-}
-trap cleanup EXIT
-await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
-
-unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-export DISPLAY=:$((100 + $$ % 400))
-Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
-pids+=($!)
-await xdpyinfo
-trayer --edge top --align right --SetDockType true --expand true --widthtype request \
-    --height 24 >/dev/null 2>&1 &
-pids+=($!)
-await sh -c 'xwininfo -root -tree | grep -q "(\"panel\" \"trayer\")"'
-
-mkdir -p "$work/config/Lanternic"
-printf '[General]\nLanternic.sources=Local=http://127.0.0.1:1/status.json\n' \
-    >"$work/config/Lanternic/Lanternic.conf"
+# shellcheck source=../tests/e2e/lib.sh
+source "$(dirname "$0")/../tests/e2e/lib.sh"
+need Xvfb trayer xwininfo xdpyinfo xev setsid dbus-daemon dbus-run-session
+start_x_with_tray
+write_offline_settings
 
 # Docking shows as a window mapped inside trayer's panel. Polling xwininfo takes about 70 ms a
 # look here, so xev reports the panel's child windows as they come, each line stamped with

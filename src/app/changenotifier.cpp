@@ -13,6 +13,7 @@ ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, 
     connect(environment.store.get(), &LanternicStore::passFinished, this,
             &ChangeNotifier::passFinished);
     connect(&notifier, &Notifier::clicked, this, [this] { Q_EMIT openPanelRequested(); });
+    connect(&notifier, &Notifier::closed, this, [this](quint32 id) { m_shown.remove(id); });
     connect(&notifier, &Notifier::actionInvoked, this, [this](quint32 id, Notifier::Action action) {
         const auto notice = m_shown.constFind(id);
         if (notice == m_shown.constEnd())

@@ -29,6 +29,8 @@ public:
 Q_SIGNALS:
     void clicked(quint32 id);
     void actionInvoked(quint32 id, lanternic::Notifier::Action action);
+    // The notification is gone: nothing more will come of it.
+    void closed(quint32 id);
 };
 
 } // namespace lanternic

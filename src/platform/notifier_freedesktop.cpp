@@ -29,6 +29,8 @@ public:
         m_available = m_bus.interface() && m_bus.interface()->isServiceRegistered(service);
         m_bus.connect(service, path, interface, QStringLiteral("ActionInvoked"), this,
                       SLOT(onActionInvoked(uint, QString)));
+        m_bus.connect(service, path, interface, QStringLiteral("NotificationClosed"), this,
+                      SLOT(onNotificationClosed(uint, uint)));
         if (!m_available)
             return;
         // Asked once: servers either offer actions or they do not.
@@ -85,6 +87,12 @@ private Q_SLOTS:
             Q_EMIT actionInvoked(*ours, Action::silence);
         else
             Q_EMIT clicked(*ours);
+    }
+
+    void onNotificationClosed(uint serverId, uint)
+    {
+        if (auto ours = m_ours.take(serverId))
+            Q_EMIT closed(ours);
     }
 
 private:

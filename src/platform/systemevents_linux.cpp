@@ -2,10 +2,9 @@
 // logind's PrepareForSleep on the system bus, or, without logind, from the boot-time clock
 // running ahead of the monotonic one (it keeps counting while the computer sleeps).
 
-#include "platform/systemevents.h"
+#include "platform/reachability.h"
 
 #include <QDBusConnection>
-#include <QNetworkInformation>
 #include <QTimer>
 #include <time.h>
 
@@ -22,27 +21,20 @@ qint64 sleptMs()
            (qint64(boot.tv_nsec) - monotonic.tv_nsec) / 1'000'000;
 }
 
-class LinuxSystemEvents : public SystemEvents {
+class LinuxSystemEvents : public ReachabilityEvents {
     Q_OBJECT
 
 public:
     LinuxSystemEvents()
     {
-        if (QNetworkInformation::loadBackendByFeatures(
-                QNetworkInformation::Feature::Reachability)) {
-            auto *information = QNetworkInformation::instance();
-            m_reachability = information->reachability();
-            connect(information, &QNetworkInformation::reachabilityChanged, this,
-                    &LinuxSystemEvents::reachabilityChanged);
-        }
         QDBusConnection system = QDBusConnection::systemBus();
-        m_logind =
+        const bool logind =
             system.isConnected() &&
             system.connect(QStringLiteral("org.freedesktop.login1"),
                            QStringLiteral("/org/freedesktop/login1"),
                            QStringLiteral("org.freedesktop.login1.Manager"),
                            QStringLiteral("PrepareForSleep"), this, SLOT(prepareForSleep(bool)));
-        if (!m_logind) {
+        if (!logind) {
             m_slept = sleptMs();
             m_clockWatch.setInterval(std::chrono::seconds(30));
             m_clockWatch.setTimerType(Qt::VeryCoarseTimer);
@@ -55,11 +47,6 @@ public:
         }
     }
 
-    bool isOffline() const override
-    {
-        return m_reachability == QNetworkInformation::Reachability::Disconnected;
-    }
-
 private Q_SLOTS:
     void prepareForSleep(bool goingToSleep)
     {
@@ -68,19 +55,6 @@ private Q_SLOTS:
     }
 
 private:
-    void reachabilityChanged(QNetworkInformation::Reachability reachability)
-    {
-        const bool wasOnline = m_reachability == QNetworkInformation::Reachability::Online;
-        const bool wasOffline = isOffline();
-        m_reachability = reachability;
-        if (isOffline() != wasOffline)
-            Q_EMIT offlineChanged(isOffline());
-        if (!wasOnline && reachability == QNetworkInformation::Reachability::Online)
-            Q_EMIT reconnected();
-    }
-
-    QNetworkInformation::Reachability m_reachability = QNetworkInformation::Reachability::Unknown;
-    bool m_logind = false;
     qint64 m_slept = 0;
     QTimer m_clockWatch;
 };

@@ -5,24 +5,14 @@
 set -euo pipefail
 serve=${1:?usage: prometheus-e2e.sh PATH-TO-LANTERNIC-SERVE SAMPLES-DIR}
 samples=${2:?usage: prometheus-e2e.sh PATH-TO-LANTERNIC-SERVE SAMPLES-DIR}
-for tool in prometheus promtool python3 curl; do
-    command -v "$tool" >/dev/null || { echo "skipped: $tool is not installed"; exit 77; }
-done
-
-work=$(mktemp -d)
-pids=()
-cleanup() {
-    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    wait 2>/dev/null || true
-    rm -rf "$work"
-}
-trap cleanup EXIT
+# shellcheck source=lib.sh
+source "$(dirname "$0")/lib.sh"
+need prometheus promtool python3 curl
 fail() {
     echo "FAILED: $*"
     for log in "$work"/*.log; do sed "s|^|$(basename "$log"): |" "$log" | tail -20; done
     exit 1
 }
-await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.1; done; return 1; }
 
 base=$((20000 + $$ % 20000))
 feeds=$base watcher=$((base + 1)) prom=$((base + 2))

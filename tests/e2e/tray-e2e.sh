@@ -4,42 +4,20 @@
 # X tools are not installed.
 set -euo pipefail
 app=${1:?usage: tray-e2e.sh PATH-TO-LANTERNIC}
-for tool in Xvfb trayer xdotool xwininfo xdpyinfo dbus-run-session; do
-    command -v "$tool" >/dev/null || { echo "skipped: $tool is not installed"; exit 77; }
-done
-
-work=$(mktemp -d)
-pids=()
-cleanup() {
-    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    rm -rf "$work"
-}
-trap cleanup EXIT
+# shellcheck source=lib.sh
+source "$(dirname "$0")/lib.sh"
+need Xvfb trayer xdotool xwininfo xdpyinfo dbus-run-session
 fail() {
     echo "FAILED: $*"
     xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
     sed 's/^/app: /' "$work/app.log" || true
     exit 1
 }
-# Waits up to fifteen seconds for a command to succeed.
-await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
-# A real X session, whatever the other tests run on.
-unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-export DISPLAY=:$((100 + $$ % 400))
-Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-pids+=($!)
-await xdpyinfo || fail "Xvfb did not start"
-trayer --edge top --align right --SetDockType true --expand true --widthtype request \
-    --height 24 >"$work/trayer.log" 2>&1 &
-pids+=($!)
-await sh -c 'xwininfo -root -tree | grep -q "(\"panel\" \"trayer\")"' || fail "trayer did not start"
-
-mkdir -p "$work/config/Lanternic" "$work/run"
+start_x_with_tray || fail "no X session with a tray"
+write_offline_settings
+mkdir -p "$work/run"
 chmod 700 "$work/run"
-# An unreachable loopback source: the app runs for real without leaving the machine.
-printf '[General]\nLanternic.sources=Local=http://127.0.0.1:1/status.json\n' \
-    >"$work/config/Lanternic/Lanternic.conf"
 XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" \
     dbus-run-session -- "$app" >"$work/app.log" 2>&1 &
 pids+=($!)
