@@ -14,7 +14,6 @@ private Q_SLOTS:
     {
         QCOMPARE(healthFromRawValue(u"down"), Health::down);
         QCOMPARE(healthFromRawValue(u"Operational"), std::nullopt);
-        QCOMPARE(healthFromRawValue(u""), std::nullopt);
         QCOMPARE(healthFromRawValue(u"unknown "), std::nullopt);
         for (Health health : allHealths)
             QCOMPARE(healthFromRawValue(rawValue(health)), health);
@@ -31,7 +30,6 @@ private Q_SLOTS:
             << QList{Health::unknown, Health::degraded} << std::optional(Health::degraded);
         QTest::newRow("down beats all") << QList{Health::degraded, Health::down, Health::unknown}
                                         << std::optional(Health::down);
-        QTest::newRow("single") << QList{Health::operational} << std::optional(Health::operational);
     }
 
     void worstHealth()
@@ -47,11 +45,6 @@ private Q_SLOTS:
         QTest::addColumn<Health>("health");
         QTest::addColumn<QString>("detail");
         QTest::newRow("nothing") << QList<Health>{} << Health::operational << u"All clear"_s;
-        QTest::newRow("all operational") << QList{Health::operational, Health::operational}
-                                         << Health::operational << u"All clear"_s;
-        QTest::newRow("one down among operational")
-            << QList{Health::operational, Health::down, Health::operational} << Health::down
-            << u"C1 \u2014 down"_s;
         QTest::newRow("one unknown")
             << QList{Health::unknown} << Health::unknown << u"C0 \u2014 unknown"_s;
         QTest::newRow("unknown and degraded") << QList{Health::unknown, Health::degraded}

@@ -15,18 +15,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("field");
         QTest::addColumn<bool>("names");
         QTest::newRow("snake") << u"affected_components"_s << u"affectedComponents"_s << true;
-        QTest::newRow("camel as written")
-            << u"affectedComponents"_s << u"affectedComponents"_s << true;
         QTest::newRow("pieces are re-cased") << u"GROUP_ID"_s << u"groupId"_s << true;
         QTest::newRow("empty pieces dropped") << u"group__id"_s << u"groupId"_s << true;
         QTest::newRow("outer underscores kept") << u"_group_id_"_s << u"_groupId_"_s << true;
-        QTest::newRow("outer underscores count") << u"_group_id"_s << u"groupId"_s << false;
         QTest::newRow("one piece stays as is") << u"Status"_s << u"status"_s << false;
-        QTest::newRow("one piece with outer underscores") << u"_id_"_s << u"id"_s << false;
         QTest::newRow("lower-cased camel does not match") << u"groupid"_s << u"groupId"_s << false;
         QTest::newRow("only underscores") << u"__"_s << u"__"_s << true;
-        QTest::newRow("longer than field") << u"group_id_x"_s << u"groupId"_s << false;
-        QTest::newRow("shorter than field") << u"group"_s << u"groupId"_s << false;
     }
 
     void snakeKeys()
@@ -48,16 +42,12 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<bool>("ok");
         QTest::newRow("all present") << QByteArray(R"({"name":"a","flag":true})") << true;
-        QTest::newRow("optional absent") << QByteArray(R"({"name":"a"})") << true;
         QTest::newRow("optional null") << QByteArray(R"({"name":"a","flag":null})") << true;
         QTest::newRow("required missing") << QByteArray(R"({"flag":true})") << false;
         QTest::newRow("required null") << QByteArray(R"({"name":null})") << false;
         QTest::newRow("number is no string") << QByteArray(R"({"name":1})") << false;
         QTest::newRow("number is no boolean") << QByteArray(R"({"name":"a","flag":1})") << false;
-        QTest::newRow("string is no boolean")
-            << QByteArray(R"({"name":"a","flag":"true"})") << false;
         QTest::newRow("snake spelling found") << QByteArray(R"({"display_name":"a"})") << true;
-        QTest::newRow("top level array") << QByteArray(R"(["name"])") << false;
     }
 
     void typesAreStrict()

@@ -81,24 +81,31 @@ private Q_SLOTS:
         server.reset();
     }
 
-    void statusClasses_data()
+    void answers_data()
     {
-        QTest::addColumn<int>("status");
-        for (int status : {200, 204, 304, 404, 503})
-            QTest::addRow("%d", status) << status;
+        QTest::addColumn<LoopbackServer::Response>("response");
+        QTest::addColumn<QByteArray>("body"); // as the caller gets it
+        for (int status : {200, 204, 304, 404, 503}) {
+            const QByteArray body = status == 204 || status == 304 ? QByteArray() : "answer";
+            QTest::addRow("%d", status) << LoopbackServer::Response{status, body, {}} << body;
+        }
+        const QByteArray document = R"({"schema":"lanternic.v1","health":"operational"})";
+        QTest::newRow("gzip") << LoopbackServer::Response{200,
+                                                          gzipped(document),
+                                                          {{"Content-Encoding", "gzip"}}}
+                              << document;
     }
 
-    void statusClasses()
+    void answers()
     {
-        QFETCH(int, status);
-        const QByteArray body = status == 204 || status == 304 ? QByteArray() : "answer";
-        server->route("/s", {status, body, {}});
-        const Response response = get(server->url("/s"));
-        QCOMPARE(response.transferFailure, std::nullopt);
-        QCOMPARE(response.httpStatus, status);
-        QCOMPARE(response.body, body);
+        QFETCH(LoopbackServer::Response, response);
+        server->route("/s", response);
+        const Response got = get(server->url("/s"));
+        QCOMPARE(got.transferFailure, std::nullopt);
+        QCOMPARE(got.httpStatus, response.status);
+        QTEST(got.body, "body");
         QCOMPARE(server->userAgents(), QList<QByteArray>{"Lanternic/" LANTERNIC_VERSION});
-        QVERIFY(response.timing.total > 0us);
+        QVERIFY(got.timing.total > 0us);
     }
 
     void redirectChains_data()
@@ -126,16 +133,6 @@ private Q_SLOTS:
         if (failure.isEmpty()) {
             QCOMPARE(response.body, "arrived");
             QCOMPARE(response.timing.redirects, hops);
-        }
-    }
-
-    void redirectToAnotherSchemeIsRefused()
-    {
-        server->route("/ftp", {301, {}, {{"Location", "ftp://127.0.0.1/file"}}});
-        server->route("/file", {301, {}, {{"Location", "file:///etc/passwd"}}});
-        for (const QByteArray path : {"/ftp", "/file"}) {
-            QCOMPARE(get(server->url(path)).transferFailure,
-                     u"Redirect to another kind of address refused"_s);
         }
     }
 
@@ -168,119 +165,81 @@ private Q_SLOTS:
         QVERIFY(server->requests().isEmpty());
     }
 
-    void timeOuts_data()
+    void failures_data()
     {
         QTest::addColumn<LoopbackServer::Response>("response");
-        LoopbackServer::Response silent{200, "{}", {}};
+        QTest::addColumn<QString>("failure"); // how it begins
+        LoopbackServer::Response silent{200, "{}", {}},
+            stalled = silent, drip{200, {}, {}},
+            unframed{200, QByteArray(maximumBodySize + 1, ' '), {}},
+            reset{200, QByteArray(4000, 'x'), {}};
         silent.silent = true;
-        LoopbackServer::Response stalled{200, "{}", {}};
         stalled.stall = true;
         // One byte every 100 ms is never silent for long, but never ends within the limit.
-        LoopbackServer::Response drip{200, QByteArray(1000, 'x'), {}};
+        drip.body = QByteArray(1000, 'x');
         drip.dripMs = 100;
-        QTest::newRow("no answer") << silent;
-        QTest::newRow("headers, then nothing") << stalled;
-        QTest::newRow("drip") << drip;
-    }
-
-    void timeOuts()
-    {
-        QFETCH(LoopbackServer::Response, response);
-        server->route("/slow", response);
-        QCOMPARE(get(server->url("/slow")).transferFailure, u"The request timed out"_s);
-    }
-
-    void bodyCap_data()
-    {
-        QTest::addColumn<LoopbackServer::Response>("response");
-        const QByteArray large(maximumBodySize + 1, ' ');
-        LoopbackServer::Response unframed{200, large, {}};
         unframed.contentLength = false;
-        QTest::newRow("with a length") << LoopbackServer::Response{200, large, {}};
-        QTest::newRow("without a length") << unframed;
-        QTest::newRow("deflate bomb")
-            << LoopbackServer::Response{200, deflated(large), {{"Content-Encoding", "deflate"}}};
+        reset.reset = true;
+        const QString late = u"The request timed out"_s,
+                      large = u"The response is larger than 16 MiB"_s;
+        QTest::newRow("no answer") << silent << late;
+        QTest::newRow("headers, then nothing") << stalled << late;
+        QTest::newRow("drip") << drip << late;
+        QTest::newRow("too large, with a length")
+            << LoopbackServer::Response{200, unframed.body, {}} << large;
+        QTest::newRow("too large, without") << unframed << large;
+        QTest::newRow("deflate bomb") << LoopbackServer::Response{200,
+                                                                  deflated(unframed.body),
+                                                                  {{"Content-Encoding", "deflate"}}}
+                                      << large;
         QTest::newRow("gzip bomb")
-            << LoopbackServer::Response{200, gzipped(large), {{"Content-Encoding", "gzip"}}};
+            << LoopbackServer::Response{200, gzipped(unframed.body), {{"Content-Encoding", "gzip"}}}
+            << large;
+        QTest::newRow("reset mid-body") << reset << u"transfer closed"_s;
+        for (const char *location : {"ftp://127.0.0.1/file", "file:///etc/passwd"}) {
+            QTest::addRow("redirect to %s", location)
+                << LoopbackServer::Response{301, {}, {{"Location", location}}}
+                << u"Redirect to another kind of address refused"_s;
+        }
     }
 
-    void bodyCap()
+    void failures()
     {
         QFETCH(LoopbackServer::Response, response);
-        server->route("/large", response);
-        const Response got = get(server->url("/large"));
-        QCOMPARE(got.transferFailure, u"The response is larger than 16 MiB"_s);
+        server->route("/f", response);
+        const Response got = get(server->url("/f"));
+        QFETCH(QString, failure);
+        QVERIFY2(got.transferFailure.value_or(QString()).startsWith(failure),
+                 qPrintable(got.transferFailure.value_or(u"no failure"_s)));
         QVERIFY(got.body.isEmpty());
     }
 
-    void compressedBodiesAreDecoded()
-    {
-        const QByteArray document = R"({"schema":"lanternic.v1","health":"operational"})";
-        server->route("/gz", {200, gzipped(document), {{"Content-Encoding", "gzip"}}});
-        QCOMPARE(get(server->url("/gz")).body, document);
-    }
-
-    void resetMidBody()
-    {
-        LoopbackServer::Response response{200, QByteArray(4000, 'x'), {}};
-        response.reset = true;
-        server->route("/reset", response);
-        const Response got = get(server->url("/reset"));
-        QVERIFY(got.transferFailure.has_value());
-        QCOMPARE(got.httpStatus, std::nullopt);
-    }
-
-    void connectionRefused()
-    {
-        const Response response = get(QUrl(u"http://127.0.0.1:1/"_s));
-        QVERIFY2(response.transferFailure->contains(u"Couldn't connect"_s),
-                 qPrintable(*response.transferFailure));
-    }
-
-    void loopbackHostsKeepTheirNames()
-    {
-        server->route("/proxy/status.example.com", {200, "widget", {}});
-        Session via(loopback(u"status.example.com"_s, server->port()));
-        QCOMPARE(get(QUrl(u"https://status.example.com/proxy/status.example.com"_s), &via).body,
-                 "widget");
-        QCOMPARE(server->hosts(),
-                 QList<QByteArray>{"status.example.com:" + QByteArray::number(server->port())});
-    }
-
-    void manyInFlightOneAborted()
+    void transfersEndWithTheirContext()
     {
         server->route("/feed", {200, "ok", {}, false, 100});
         int answered = 0;
-        bool abortedAnswered = false;
         auto *doomed = new QObject;
         for (int i = 0; i < 60; ++i)
             session->get(server->url("/feed?" + QByteArray::number(i)), this,
                          [&](Response r) { answered += r.body == "ok"; });
-        session->get(server->url("/feed?doomed"), doomed,
-                     [&](Response) { abortedAnswered = true; });
+        session->get(server->url("/feed?doomed"), doomed, [&](Response) { answered += 100; });
         QCOMPARE(session->transfersInFlight(), 61);
         delete doomed;
         QCOMPARE(session->transfersInFlight(), 60);
         QTRY_COMPARE_WITH_TIMEOUT(answered, 60, 10'000);
-        QTest::qWait(200);
-        QVERIFY(!abortedAnswered);
-        QCOMPARE(session->transfersInFlight(), 0);
-    }
 
-    void destroyingTheSessionAbortsEverything()
-    {
+        // Destroying the session aborts whatever is still open, without answers.
         LoopbackServer::Response silent;
         silent.silent = true;
         server->route("/silent", silent);
-        bool answered = false;
         QObject context;
         for (int i = 0; i < 5; ++i)
-            session->get(server->url("/silent"), &context, [&](Response) { answered = true; });
-        QTRY_COMPARE(server->requests().size(), 5);
+            session->get(server->url("/silent"), &context, [&](Response) { answered = -1; });
+        QTRY_COMPARE(server->requests().size(), 65);
         session.reset();
         QVERIFY(context.children().isEmpty());
         QTest::qWait(100);
-        QVERIFY(!answered);
+        QCOMPARE(answered, 60);
     }
 
     void systemProxyPerUrl()
@@ -297,6 +256,8 @@ private Q_SLOTS:
         qputenv("no_proxy", savedNoProxy);
         QCOMPARE(proxied.body, "via the proxy");
         QCOMPARE(direct.body, "direct");
+        // Loopback hosts keep their names on the way.
+        QCOMPARE(server->hosts().last(), "direct.example:" + QByteArray::number(server->port()));
     }
 
     void proxies_data()

