@@ -37,7 +37,7 @@ printf '[General]\nLanternic.sources="%s"\n' \
     'Build farm=http://127.0.0.1:18799/down.json\nGitHub=http://127.0.0.1:18799/statuspage-summary.json\nAWS=http://127.0.0.1:18799/updog-outages.json\nBuild farm (relay)=http://127.0.0.1:18799/relay-feed.json' \
     >"$work/config/Lanternic/Lanternic.conf"
 XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" \
-    dbus-run-session -- build/src/lanternic >/dev/null 2>&1 &
+    dbus-run-session -- build/src/app/lanternic >/dev/null 2>&1 &
 pids+=($!)
 sleep 3
 
