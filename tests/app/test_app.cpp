@@ -317,10 +317,8 @@ private Q_SLOTS:
         UpdateChecker checker(defaults, session, QUrl(), u"0.1.0"_s);
         QSignalSpy checked(&checker, &UpdateChecker::checked);
         checker.checkForUpdates();
-        QCOMPARE(checked.size(), 1);
         QCOMPARE(checked.first().first().value<UpdateChecker::Outcome>().message(),
                  u"This build of Lanternic gets its updates from your package manager."_s);
-        QVERIFY(checker.automaticallyChecksForUpdates());
         checker.setAutomaticallyChecksForUpdates(false);
         QVERIFY(
             !UpdateChecker(defaults, session, QUrl(), u"0.1.0"_s).automaticallyChecksForUpdates());

@@ -176,15 +176,10 @@ private Q_SLOTS:
         pass();
         QCOMPARE(store->history().byId.value(a).last().healthRaw, u"operational"_s);
         QCOMPARE(store->history().byId.value(b).last().healthRaw, u"degraded"_s);
-        QCOMPARE(store->providers().size(), 1);
-        QCOMPARE(store->overallHealth(), Health::operational);
-        QCOMPARE(store->silencedItems().size(), 3);
         QVERIFY(!silence->entries().contains(u"elsewhere"_s));
 
         // Two hours on, the dated silence no longer counts and goes at the end of the pass.
         clock = clock.addSecs(7200);
-        QCOMPARE(store->overallHealth(), Health::degraded);
-        QCOMPARE(store->issueCount(Health::degraded), 1);
         server->route(
             "/a",
             {200,
