@@ -6,8 +6,6 @@
 #include "store/appenvironment.h"
 
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <cstdio>

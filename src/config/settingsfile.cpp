@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QRegularExpression>
 #include <algorithm>
 
 namespace lanternic::SettingsFile {
@@ -14,23 +13,24 @@ void removeLeftovers(const QString &settingsFile, const QDateTime &now)
     if (settings.fileName().isEmpty())
         return;
     const QDir dir = settings.dir();
-    const QRegularExpression temporary(QRegularExpression::anchoredPattern(
-        QRegularExpression::escape(settings.fileName()) + QStringLiteral("\\.[A-Za-z0-9]{6}")));
     const QStringList candidates =
         dir.entryList({settings.fileName() + QStringLiteral(".??????")}, QDir::Files);
     for (const QString &name : candidates) {
         const QFileInfo file(dir.filePath(name));
-        // Random suffixes nearly always mix cases; a user's "Lanternic.conf.backup" does not.
+        // Random suffixes of letters and digits nearly always mix cases; a user's
+        // "Lanternic.conf.backup" does not.
         const QStringView suffix = QStringView(name).last(6);
-        const bool mixed =
-            std::any_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isUpper(); }) &&
-            std::any_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isLower(); });
-        if (mixed && temporary.match(name).hasMatch() && file.lastModified().secsTo(now) > 60)
+        auto any = [&](auto test) { return std::any_of(suffix.begin(), suffix.end(), test); };
+        const bool random =
+            !any([](QChar c) { return c.unicode() > 127 || !c.isLetterOrNumber(); }) &&
+            any([](QChar c) { return c.isUpper(); }) && any([](QChar c) { return c.isLower(); });
+        if (random && file.lastModified().secsTo(now) > 60)
             QFile::remove(file.filePath());
     }
     // A lock whose process is gone counts as stale: taking it removes it, releasing it too.
-    QLockFile lock(settings.filePath() + QStringLiteral(".lock"));
-    if (QFileInfo::exists(settings.filePath() + QStringLiteral(".lock")) && lock.tryLock(0))
+    const QString lockPath = settings.filePath() + QStringLiteral(".lock");
+    QLockFile lock(lockPath);
+    if (QFileInfo::exists(lockPath) && lock.tryLock(0))
         lock.unlock();
 }
 
