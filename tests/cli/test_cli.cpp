@@ -13,12 +13,151 @@
 
 using namespace Qt::StringLiterals;
 
+// lanternic-check as a user runs it: reading one document, fetching one, and whole passes.
 class TestCli : public QObject {
     Q_OBJECT
 
     QTemporaryDir dir;
+    LoopbackServer server;
+
+    QString line(const QString &label, const QByteArray &path)
+    {
+        return label + u'=' + server.url(path).toString();
+    }
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        server.route("/ok", {200, R"({"schema":"lanternic.v1","health":"operational"})", {}});
+        server.route("/down", {200, fixture(u"relay-feed.json"_s).replace("degraded", "down"), {}});
+    }
+
+    void relayRoundTrip()
+    {
+        const QStringList sources{u"--source"_s, line(u"Ok"_s, "/ok?"), u"--source"_s,
+                                  line(u"Down"_s, "/down?")};
+        const Run pass =
+            run(sources + QStringList{u"--format"_s, u"relay"_s, u"--relay-name"_s, u"Team"_s,
+                                      u"--relay-url"_s, u"https://team.example/status"_s});
+        QCOMPARE(pass.exitCode, 2);
+        const Run rows = run(sources + QStringList{u"--json"_s});
+        server.route("/team.json", {200, pass.out, {}});
+        const Run back = run({u"--json"_s, u"--source"_s, line(u"Team"_s, "/team.json?")});
+        QCOMPARE(back.exitCode, 2);
+        const QJsonObject team = back.json()[u"results"_s][0].toObject();
+        QCOMPARE(team[u"name"_s], u"Team"_s);
+        QCOMPARE(team[u"health"_s], rows.json()[u"overallHealth"_s]);
+        QCOMPARE(team[u"detail"_s], rows.json()[u"summaryText"_s]);
+        QCOMPARE(team[u"url"_s], u"https://team.example/status"_s);
+        QCOMPARE(team[u"components"_s].toArray().size(), rows.json()[u"rows"_s].toArray().size());
+    }
+
+    void statusBarAndPluginOutput()
+    {
+        const QStringList sources{u"--source"_s, line(u"Ok"_s, "/ok?"), u"--source"_s,
+                                  line(u"Down"_s, "/down?")};
+        Run r = run(sources + QStringList{u"--format"_s, u"waybar"_s});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(r.out.count('\n'), 1);
+        QCOMPARE(r.json(), (QJsonObject{{u"text"_s, u"1 down"_s},
+                                        {u"tooltip"_s, u"Build farm: CI runners \u2014 down\n"
+                                                       u"Ok: Operational"_s},
+                                        {u"class"_s, u"down"_s},
+                                        {u"percentage"_s, 0}}));
+        r = run(sources + QStringList{u"--format"_s, u"waybar"_s, u"--short"_s});
+        QCOMPARE(r.json()[u"text"_s], u"\u2717 1"_s);
+        r = run(sources + QStringList{u"--format"_s, u"nagios"_s});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(r.out),
+                 u"LANTERNIC CRITICAL - 1 down | down=1 degraded=0 unknown=0 operational=1\n"
+                 u"\u2717 Build farm: CI runners \u2014 down\n"_s);
+    }
+
+    void unusableSourcesAreAUsageError()
+    {
+        const Run r = run({u"--source"_s, u"no equals sign"_s, u"--source"_s, u"X=https://"_s});
+        QCOMPARE(r.exitCode, 3);
+        QVERIFY(r.out.isEmpty());
+        QCOMPARE(r.err,
+                 "lanternic-check: no usable source in --source \"no equals sign\" (see --help)\n");
+    }
+
+    void feedTextCannotForgeTheReport()
+    {
+        server.route("/evil",
+                     {200,
+                      "{\"schema\":\"lanternic.v1\",\"health\":\"down\",\"name\":\"Evil\\u202e\","
+                      "\"detail\":\"x\\u0000y\\u001b[2J\\n\\u2713 GitHub  Operational\"}",
+                      {}});
+        const Run r = run(
+            {u"--settings"_s, dir.filePath(u"evil.ini"_s), u"--source"_s, line(u"E"_s, "/evil?")});
+        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(QString::fromUtf8(r.out),
+                 u"\u2717 Evil  x y [2J \u2713 GitHub  Operational\n1 down\n"_s);
+    }
+
+    void printsRowsSummaryAndSilences()
+    {
+        const QString file = dir.filePath(u"human.ini"_s);
+        const QString down = u"127.0.0.1:%1/down"_s.arg(server.port());
+        QSettings(file, QSettings::IniFormat)
+            .setValue(u"Lanternic.silences"_s,
+                      u"{\"%1::signing\":{\"forever\":{}}}"_s.arg(down).toUtf8());
+        const Run r = run({u"--settings"_s, file, u"--source"_s, line(u"Zeta"_s, "/ok?"),
+                           u"--source"_s, line(u"alpha"_s, "/down?")});
+        QCOMPARE(r.exitCode, 2);
+        const QStringList lines = QString::fromUtf8(r.out).split(u'\n');
+        QCOMPARE(lines.value(0), u"\u2717 Build farm  CI runners \u2014 down"_s);
+        QCOMPARE(lines.value(1), u"\u2713 Zeta        Operational"_s);
+        QCOMPARE(lines.value(2), u"1 down"_s);
+        QCOMPARE(lines.value(4), u"Silenced:"_s);
+        QCOMPARE(lines.value(5), u"  Build farm \u00b7 Code signing (forever)"_s);
+    }
+
+    void jsonReportAndWhatIsKept()
+    {
+        const QString file = dir.filePath(u"json.ini"_s);
+        {
+            QSettings settings(file, QSettings::IniFormat);
+            settings.setValue(u"Lanternic.sources"_s, u"Mine=example.invalid"_s);
+        }
+        const Run r = run({u"--settings"_s, file, u"--json"_s, u"--source"_s, line(u"Ok"_s, "/ok?"),
+                           u"--source"_s, line(u"Down"_s, "/down?")});
+        QCOMPARE(r.exitCode, 2);
+        const QJsonObject report = QJsonDocument::fromJson(r.out).object();
+        QStringList keys = report.keys();
+        QCOMPARE(keys, (QStringList{u"badgeCount"_s, u"checkedAt"_s, u"overallHealth"_s,
+                                    u"results"_s, u"rows"_s, u"silenced"_s, u"summaryText"_s}));
+        QCOMPARE(report[u"badgeCount"_s], 1);
+        QCOMPARE(report[u"rows"_s][0].toObject().keys(),
+                 (QStringList{u"detail"_s, u"health"_s, u"id"_s, u"name"_s}));
+
+        QSettings settings(file, QSettings::IniFormat);
+        QCOMPARE(settings.value(u"Lanternic.sources"_s).toString(), u"Mine=example.invalid"_s);
+        QVERIFY(settings.value(u"Lanternic.checkHistory"_s).toByteArray().contains("/down"));
+    }
+
+    void ownSettingsAreLeftAlone()
+    {
+        QTemporaryDir home;
+        const QString file = home.filePath(u"Lanternic/Lanternic.conf"_s);
+        {
+            QSettings settings(file, QSettings::IniFormat);
+            settings.setValue(u"Lanternic.sources"_s, line(u"Ok"_s, "/ok?"));
+        }
+        QFile conf(file);
+        QVERIFY(conf.open(QIODevice::ReadOnly));
+        const QByteArray before = conf.readAll();
+        conf.close();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.path());
+        const Run r = run({u"--json"_s}, {}, environment);
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(QJsonDocument::fromJson(r.out)[u"results"_s][0][u"name"_s], u"Ok"_s);
+        QVERIFY(conf.open(QIODevice::ReadOnly));
+        QCOMPARE(conf.readAll(), before);
+    }
+
     void printsOneLineWithExactlyTheResultKeys()
     {
         const Run r = run({u"read"_s, QStringLiteral(LANTERNIC_FIXTURES_DIR "/relay-feed.json")});
@@ -111,7 +250,6 @@ private Q_SLOTS:
 
     void fetchChecksTheUrl()
     {
-        LoopbackServer server;
         server.route("/status.json", {200, fixture(u"statuspage-summary.json"_s), {}});
         const QString url = server.url("/status.json").toString();
         Run r = run({u"fetch"_s, u"--name"_s, u"GitHub"_s, url});
