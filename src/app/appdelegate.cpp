@@ -152,15 +152,15 @@ void AppDelegate::openSettings()
             m_environment.settings, *m_loginItem,
             {[this] { return m_updates.automaticallyChecksForUpdates(); },
              [this](bool enabled) { m_updates.setAutomaticallyChecksForUpdates(enabled); },
-             [this] { m_updates.checkForUpdates(); }},
+             [this] { m_updates.checkForUpdates(); }, m_updates.hasFeed()},
             m_settingsWindow));
         m_settingsWindow->setWindowFlags(Qt::Window | Qt::WindowTitleHint |
                                          Qt::WindowCloseButtonHint);
-        m_settingsWindow->adjustSize();
-        m_settingsWindow->setFixedSize(m_settingsWindow->size());
+        m_settingsWindow->setMinimumSize(360, 240);
         if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-            m_settingsWindow->move(screen->availableGeometry().center() -
-                                   m_settingsWindow->rect().center());
+            // The frame is not known before the window is mapped; allow for a title bar.
+            m_settingsWindow->setGeometry(EscapeClosingWindow::centredFit(
+                m_settingsWindow->sizeHint(), screen->availableGeometry(), {8, 40, 8, 8}));
         }
     }
     m_settingsWindow->show();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QKeyEvent>
+#include <QMargins>
+#include <QRect>
 #include <QWidget>
 
 namespace lanternic {
@@ -9,6 +11,16 @@ namespace lanternic {
 class EscapeClosingWindow : public QWidget {
 public:
     using QWidget::QWidget;
+
+    // The window's geometry: its preferred size where the available area has room for it
+    // and its frame, shrunk to fit where not, centred in the area.
+    static QRect centredFit(QSize preferred, QRect available, QMargins frame)
+    {
+        QRect framed = QRect(QPoint(), preferred.boundedTo(available.size().shrunkBy(frame)))
+                           .marginsAdded(frame);
+        framed.moveCenter(available.center());
+        return framed.marginsRemoved(frame);
+    }
 
 protected:
     void keyPressEvent(QKeyEvent *event) override

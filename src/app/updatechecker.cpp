@@ -83,7 +83,7 @@ void UpdateChecker::check(bool requested)
                                     const QString &error = {}) {
         Q_EMIT checked({kind, std::move(release), error, requested});
     };
-    if (m_feed.isEmpty()) {
+    if (!hasFeed()) {
         report(Outcome::Kind::noFeed);
         return;
     }

@@ -38,6 +38,8 @@ public:
     UpdateChecker(QSettings &defaults, network::Session &session, QUrl feed, QString currentVersion,
                   QObject *parent = nullptr);
 
+    // Builds without a feed leave updates to the package manager.
+    bool hasFeed() const { return !m_feed.isEmpty(); }
     bool automaticallyChecksForUpdates() const;
     void setAutomaticallyChecksForUpdates(bool enabled);
     // Checks now; the outcome arrives through checked().

@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QQueue>
 #include <QSet>
+#include <QTimer>
 #include <algorithm>
 
 namespace lanternic {
@@ -121,8 +122,15 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
-      m_history(CheckHistory::load(defaults)), m_pollTimer(new SleepTimer(this))
+      m_history(CheckHistory::load(defaults)), m_pollTimer(new SleepTimer(this)),
+      m_sourcesSettled(new QTimer(this))
 {
+    m_sourcesSettled->setSingleShot(true);
+    m_sourcesSettled->setInterval(sourcesSettleDelay);
+    connect(&settings, &AppSettings::sourcesTextChanged, m_sourcesSettled,
+            qOverload<>(&QTimer::start));
+    connect(m_sourcesSettled, &QTimer::timeout, this, [this] { refresh(); });
+
     const QDateTime now = m_clock();
     for (const JSONSource &source :
          SourceRegistry::sources(settings.sourcesText(), kinds.cache())) {

@@ -12,6 +12,7 @@
 #include <optional>
 
 class QSettings;
+class QTimer;
 
 namespace lanternic {
 
@@ -60,6 +61,10 @@ public:
     int issueCount(Health health) const;
     QList<SilencedItem> silencedItems() const;
 
+    // A change to the sources text starts a pass once the text has been still this long, so
+    // that a new source shows up at once rather than at the next interval.
+    static constexpr std::chrono::seconds sourcesSettleDelay{2};
+
     // The wait between passes: the interval in minutes, at least one and at most sixty.
     std::chrono::milliseconds pollInterval() const;
     // A wait chosen for this run instead of the stored one (the watcher's --interval).
@@ -98,6 +103,7 @@ private:
     CheckHistory m_history;
 
     SleepTimer *m_pollTimer = nullptr;
+    QTimer *m_sourcesSettled;
     quint64 m_pollGeneration = 0;
 };
 

@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
@@ -105,6 +106,7 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_scroll = new QScrollArea(this);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setWidgetResizable(true);
     m_scroll->viewport()->setAutoFillBackground(false);
     outer->addWidget(m_scroll);
@@ -136,6 +138,7 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_column->addLayout(footer);
     m_scroll->setWidget(m_content);
     m_content->installEventFilter(this);
+    buildScrollBar();
 
     // Many changes arrive together at the end of a pass: redraw once for all of them.
     m_updateTimer->setSingleShot(true);
@@ -163,6 +166,70 @@ QSize LanternicPane::sizeHint() const
     return {columnWidth,
             paneHeight(m_contentHeight,
                        screen ? std::optional<qreal>(screen->geometry().height()) : std::nullopt)};
+}
+
+void LanternicPane::buildScrollBar()
+{
+    // The area's own bar is hidden but still scrolls; this one mirrors it over the content's
+    // right edge, so the column keeps its full width, and shows only while scrolling or
+    // while the pointer is over the pane.
+    QScrollBar *area = m_scroll->verticalScrollBar();
+    m_scrollBar = new QScrollBar(Qt::Vertical, this);
+    m_scrollBar->setAccessibleName(u"Scroll"_s);
+    QColor handle = palette().color(QPalette::WindowText);
+    handle.setAlphaF(0.35);
+    m_scrollBar->setStyleSheet(
+        u"QScrollBar { background: transparent; width: 7px; margin: 0; }"
+        u"QScrollBar::handle { background: %1; border-radius: 3px; min-height: 24px; }"
+        u"QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+        u"QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }"_s.arg(
+            handle.name(QColor::HexArgb)));
+    m_scrollBar->hide();
+    connect(area, &QScrollBar::rangeChanged, m_scrollBar, [this, area](int min, int max) {
+        m_scrollBar->setRange(min, max);
+        m_scrollBar->setPageStep(area->pageStep());
+        if (max <= min)
+            m_scrollBar->hide();
+    });
+    connect(area, &QScrollBar::valueChanged, this, [this](int value) {
+        m_scrollBar->setValue(value);
+        revealScrollBar();
+    });
+    connect(m_scrollBar, &QScrollBar::valueChanged, area, &QScrollBar::setValue);
+    m_scrollBarFade = new QTimer(this);
+    m_scrollBarFade->setSingleShot(true);
+    m_scrollBarFade->setInterval(1200);
+    connect(m_scrollBarFade, &QTimer::timeout, this, [this] {
+        if (m_scrollBar->underMouse() || m_scrollBar->isSliderDown())
+            m_scrollBarFade->start();
+        else
+            m_scrollBar->hide();
+    });
+}
+
+void LanternicPane::revealScrollBar()
+{
+    if (m_scrollBar->maximum() <= m_scrollBar->minimum())
+        return;
+    m_scrollBar->show();
+    m_scrollBar->raise();
+    m_scrollBarFade->start();
+}
+
+void LanternicPane::showEvent(QShowEvent *)
+{
+    // Every opening starts from the top, as a menu does.
+    m_scroll->verticalScrollBar()->setValue(0);
+}
+
+void LanternicPane::resizeEvent(QResizeEvent *)
+{
+    m_scrollBar->setGeometry(width() - 9, 3, 7, height() - 6);
+}
+
+void LanternicPane::enterEvent(QEnterEvent *)
+{
+    revealScrollBar();
 }
 
 void LanternicPane::scheduleUpdate()

@@ -8,6 +8,7 @@
 
 class QLabel;
 class QScrollArea;
+class QScrollBar;
 class QShortcut;
 class QStackedWidget;
 class QVBoxLayout;
@@ -52,6 +53,9 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
 
 private:
     void updateContentHeight();
@@ -62,6 +66,8 @@ private:
     void rebuildRows();
     void rebuildSilenced();
     QWidget *divider();
+    void buildScrollBar();
+    void revealScrollBar();
 
     LanternicStore &m_store;
     AppSettings &m_settings;
@@ -69,6 +75,8 @@ private:
     Actions m_actions;
 
     QScrollArea *m_scroll;
+    QScrollBar *m_scrollBar = nullptr;
+    QTimer *m_scrollBarFade = nullptr;
     QWidget *m_content;
     QVBoxLayout *m_column;
     QLabel *m_overallSymbol = nullptr;

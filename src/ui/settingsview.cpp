@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -22,12 +23,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QLabel *caption(const QString &text, QWidget *parent)
+QLabel *caption(const QString &text, const QColor &color, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setFont(Theme::font(11));
     label->setWordWrap(true);
+    QPalette tinted = label->palette();
+    tinted.setColor(QPalette::WindowText, color);
+    label->setPalette(tinted);
     return label;
 }
 
@@ -60,11 +64,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     m_sources->setMaximumHeight(176 + 12);
     m_sources->document()->setDocumentMargin(6);
     sources->addWidget(m_sources);
-    auto *help = caption(helpText(), sourcesGroup);
-    QPalette secondary = help->palette();
-    secondary.setColor(QPalette::WindowText, Theme::secondaryText(palette()));
-    help->setPalette(secondary);
-    sources->addWidget(help);
+    sources->addWidget(caption(helpText(), Theme::secondaryText(palette()), sourcesGroup));
     form->addWidget(sourcesGroup);
 
     auto *optionsGroup = new QGroupBox(this);
@@ -76,10 +76,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     options->addWidget(m_notifications);
     m_launchAtLogin = new QCheckBox(u"Launch at login"_s, optionsGroup);
     options->addWidget(m_launchAtLogin);
-    m_loginError = caption(QString(), optionsGroup);
-    QPalette red = m_loginError->palette();
-    red.setColor(QPalette::WindowText, QColor(0xE8, 0x3A, 0x30));
-    m_loginError->setPalette(red);
+    m_loginError = caption(QString(), Theme::healthColor(Health::down, palette()), optionsGroup);
     m_loginError->hide();
     options->addWidget(m_loginError);
 
@@ -95,6 +92,14 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     updateRow->addStretch(1);
     m_automaticUpdates = new QCheckBox(optionsGroup);
     m_automaticUpdates->setAccessibleName(u"Check for updates automatically"_s);
+    if (!m_updates.feedAvailable) {
+        auto *why = caption(u"Updates come from your package manager"_s,
+                            Theme::secondaryText(palette()), optionsGroup);
+        why->setWordWrap(false);
+        updateRow->addWidget(why);
+        m_automaticUpdates->setEnabled(false);
+        m_automaticUpdates->setAccessibleDescription(why->text());
+    }
     updateRow->addWidget(m_automaticUpdates);
     options->addLayout(updateRow);
 
@@ -149,7 +154,7 @@ void GeneralSettingsView::showEvent(QShowEvent *)
         m_loginStatusRead = true;
         m_launchAtLogin->setChecked(m_loginItem.status() == LoginItemService::Status::enabled);
     }
-    m_automaticUpdates->setChecked(m_updates.automaticUpdatesEnabled());
+    m_automaticUpdates->setChecked(m_updates.feedAvailable && m_updates.automaticUpdatesEnabled());
     syncFromSettings();
 }
 
@@ -178,13 +183,16 @@ SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
                            GeneralSettingsView::UpdateActions updates, QWidget *parent)
     : QWidget(parent)
 {
-    setFixedSize(640, 460);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
-    m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), tabs);
-    tabs->addTab(m_general, u"General"_s);
+    auto *scroll = new QScrollArea(tabs);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), scroll);
+    scroll->setWidget(m_general);
+    tabs->addTab(scroll, u"General"_s);
     layout->addWidget(tabs);
 }
 

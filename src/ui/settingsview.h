@@ -24,6 +24,8 @@ public:
         std::function<bool()> automaticUpdatesEnabled;
         std::function<void(bool)> setAutomaticUpdates;
         std::function<void()> onCheckForUpdates;
+        // False in builds without an update feed: the package manager brings updates.
+        bool feedAvailable;
     };
 
     GeneralSettingsView(AppSettings &settings, LoginItemService &loginItem, UpdateActions updates,
@@ -51,7 +53,8 @@ private:
     bool m_loginStatusRead = false;
 };
 
-// The settings window's content: the form titled "General", 640 × 460.
+// The settings window's content: the form titled "General", 640 × 460 where the screen has
+// room, scrolling where it has less.
 class SettingsView : public QWidget {
     Q_OBJECT
 
@@ -60,6 +63,7 @@ public:
                  GeneralSettingsView::UpdateActions updates, QWidget *parent = nullptr);
 
     GeneralSettingsView *general() const { return m_general; }
+    QSize sizeHint() const override { return {640, 460}; }
 
 private:
     GeneralSettingsView *m_general;

@@ -139,8 +139,7 @@ private Q_SLOTS:
         int checks = 0;
         SettingsView view(
             fixture.settings, login,
-            {[&] { return automatic; }, [&](bool on) { automatic = on; }, [&] { ++checks; }});
-        QCOMPARE(view.size(), QSize(640, 460));
+            {[&] { return automatic; }, [&](bool on) { automatic = on; }, [&] { ++checks; }, true});
         view.show();
         GeneralSettingsView *general = view.general();
         auto *editor = general->findChild<QPlainTextEdit *>();
@@ -198,7 +197,7 @@ private Q_SLOTS:
         StoreFixture fixture;
         FakeLoginItem login;
         login.enabled = true;
-        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}});
+        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, true});
         view.show();
         QCheckBox *toggle = nullptr;
         for (QCheckBox *box : view.findChildren<QCheckBox *>()) {
@@ -252,6 +251,45 @@ private Q_SLOTS:
         blocker.close();
         XdgAutostart blocked(dir.filePath(u"file/autostart/lanternic.desktop"_s), u"x"_s);
         QVERIFY(blocked.registerItem().has_value());
+    }
+
+    void withoutAFeedUpdatesAreThePackageManagers()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        SettingsView view(fixture.settings, login,
+                          {[] { return true; }, [](bool) {}, [] {}, false});
+        view.show();
+        const auto boxes = view.findChildren<QCheckBox *>();
+        const auto toggle = std::find_if(boxes.begin(), boxes.end(), [](QCheckBox *box) {
+            return box->accessibleName() == u"Check for updates automatically"_s;
+        });
+        QVERIFY(!(*toggle)->isEnabled());
+        QVERIFY(!(*toggle)->isChecked());
+        const auto labels = view.findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
+            return label->isVisibleTo(label->window()) &&
+                   label->text() == u"Updates come from your package manager"_s;
+        }));
+    }
+
+    void settingsWindowFitsTheScreen_data()
+    {
+        QTest::addColumn<QRect>("available");
+        QTest::addColumn<QRect>("geometry");
+        QTest::newRow("room to spare") << QRect(0, 0, 1920, 1080) << QRect(640, 326, 640, 460);
+        // 1280 × 800 at scale 2, less a 24-pixel top bar.
+        QTest::newRow("scale 2") << QRect(0, 12, 640, 388) << QRect(8, 52, 624, 340);
+        QTest::newRow("second screen") << QRect(1920, 0, 800, 500) << QRect(2000, 40, 640, 452);
+    }
+
+    void settingsWindowFitsTheScreen()
+    {
+        QFETCH(QRect, available);
+        QFETCH(QRect, geometry);
+        const QMargins frame(8, 40, 8, 8);
+        QCOMPARE(EscapeClosingWindow::centredFit(QSize(640, 460), available, frame), geometry);
+        QVERIFY(available.contains(geometry.marginsAdded(frame)));
     }
 
     void escapeClosesTheSettingsWindow()

@@ -259,6 +259,22 @@ private Q_SLOTS:
         QVERIFY(store->isOffline());
     }
 
+    void editingTheSourcesChecksOnceTheTextSettles()
+    {
+        server->route("/feed", {200, relayFeed("operational"), {}});
+        makeStore(QString());
+        QSignalSpy passes(store, &LanternicStore::passFinished);
+        settings->setSourcesText(u"F"_s);
+        QTest::qWait(1000);
+        settings->setSourcesText(line(u"F"_s, "/feed?"));
+        // Past two seconds after the first edit, but not after the last.
+        QTest::qWait(1500);
+        QCOMPARE(passes.size(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(passes.size(), 1, 5'000);
+        QCOMPARE(store->results().size(), 1);
+        QCOMPARE(store->results().first().health, Health::operational);
+    }
+
     void sleepTimerFiresOnceAndCanBeStopped()
     {
         SleepTimer timer;

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QPalette>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <cstdio>
 
@@ -46,6 +48,10 @@ void render(const QString &file, void (*scene)(StoreFixture &), bool expandSilen
     }
     pane.resize(pane.sizeHint());
     pane.show();
+    QCoreApplication::processEvents();
+    // A long list is caught mid-scroll, its bar showing.
+    QScrollBar *bar = pane.findChild<QScrollArea *>()->verticalScrollBar();
+    bar->setValue(bar->maximum() / 3);
     QCoreApplication::processEvents();
     pane.grab().save(file);
     std::printf("%s (%dx%d)\n", qPrintable(file), pane.width(), pane.height());

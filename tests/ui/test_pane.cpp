@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
 
@@ -279,6 +281,21 @@ private Q_SLOTS:
         const int screenHeight = QGuiApplication::primaryScreen()->geometry().height();
         QVERIFY(large.pane.contentHeight() > screenHeight);
         QCOMPARE(large.pane.sizeHint().height(), qRound(0.7 * screenHeight));
+
+        // The scroll bar leaves the column its width, and each opening starts at the top.
+        auto *area = large.pane.findChild<QScrollArea *>();
+        QCOMPARE(area->viewport()->width(), LanternicPane::columnWidth);
+        QScrollBar *bar = nullptr;
+        for (auto *candidate : large.pane.findChildren<QScrollBar *>()) {
+            if (candidate->accessibleName() == u"Scroll"_s)
+                bar = candidate;
+        }
+        bar->setValue(bar->maximum());
+        QCOMPARE(area->verticalScrollBar()->value(), bar->maximum());
+        QVERIFY(bar->isVisible());
+        large.pane.hide();
+        large.pane.show();
+        QCOMPARE(area->verticalScrollBar()->value(), 0);
     }
 
     void rowsOpenOnlyTheirPage()
