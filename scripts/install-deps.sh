@@ -9,8 +9,8 @@ set -euo pipefail
 # check the package; Prometheus (and python3 to serve it feeds) scrapes lanternic-serve, and
 # ab loads it in the watcher's benchmark.
 packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-httpserver-dev qt6-websockets-dev
-    libcurl4-openssl-dev libbenchmark-dev
-    scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl xvfb trayer xdotool x11-utils
+    libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
+    scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl xvfb trayer xcompmgr xdotool x11-utils
     dbus lintian desktop-file-utils appstream man-db bash-completion prometheus python3
     apache2-utils)
 

@@ -9,8 +9,9 @@ namespace lanternic {
 
 class LanternicPane;
 
-// The drop-down panel: a frameless, rounded popup that hosts the pane under the tray icon
-// and closes when the user clicks anywhere else.
+// The drop-down panel: a frameless popup that hosts the pane under the tray icon and closes
+// when the user clicks anywhere else. Where a compositing manager runs it is a rounded
+// rectangle with a shadow; elsewhere a square one with a one-pixel border.
 class PanelWindow : public QWidget {
     Q_OBJECT
 
@@ -20,6 +21,10 @@ public:
     // Shows the panel with its top edge centred on the anchor.
     void showAt(QPointF anchorTopCenter);
 
+    bool isComposited() const { return m_composited; }
+    // The panel's own rectangle inside the window, which is larger by the shadow.
+    QRect panelRect() const;
+
     // Where a panel of this size goes: centred under the anchor, kept 4 points inside the
     // available area (the right-hand limit wins when the panel is wider than the space).
     static QPoint placement(QPointF anchorTopCenter, QSize size, std::optional<QRect> available);
@@ -28,14 +33,20 @@ Q_SIGNALS:
     void hidden();
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
+    void setComposited(bool composited);
+    QMargins shadowMargins() const;
+    void cutCorners();
+    void fit();
     void place();
 
     LanternicPane *m_pane;
     QPointF m_anchor;
+    bool m_composited = false;
 };
 
 } // namespace lanternic

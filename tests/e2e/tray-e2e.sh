@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # End to end under Xvfb with a real tray host (trayer): the icon docks, a click on it opens
-# the panel directly under it, and a second click closes it. Exits 77 (skipped) when the
-# X tools are not installed.
+# the panel directly under it, and a second click closes it; again once a compositing manager
+# (xcompmgr) runs, when the panel has a shadow. Exits 77 (skipped) when the X tools are not
+# installed.
 set -euo pipefail
 app=${1:?usage: tray-e2e.sh PATH-TO-LANTERNIC}
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
-need Xvfb trayer xdotool xwininfo xdpyinfo dbus-run-session
+need Xvfb trayer xcompmgr xdotool xwininfo xdpyinfo dbus-run-session
 fail() {
     echo "FAILED: $*"
     xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
@@ -34,11 +35,13 @@ icon_x=${position%%+*}
 icon_y=${position#*+}
 echo "icon docked at ${icon_x},${icon_y} (${icon_w}x${icon_h})"
 
-panel_geometry() {
+# The panel's window: with no compositing manager, the 320-pixel column and a one-pixel
+# border; with one, the column with a shadow of 14 pixels around it (10 above, 18 below).
+window_geometry() {
     for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
         local info
         info=$(xwininfo -id "$window")
-        if grep -q 'Width: 320' <<<"$info"; then
+        if grep -q "Width: $1" <<<"$info"; then
             awk '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
                  END { print x, y }' <<<"$info"
             return 0
@@ -47,22 +50,38 @@ panel_geometry() {
     return 1
 }
 
-xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
-await panel_geometry || fail "a click on the icon did not open the panel"
-read -r panel_x panel_y < <(panel_geometry)
-expected_y=$((icon_y + icon_h + 4))
-expected_x=$((icon_x + icon_w / 2 - 160))
-max_x=$((1280 - 320 - 4))
-((expected_x > max_x)) && expected_x=$max_x
-((expected_x < 4)) && expected_x=4
-echo "panel opened at ${panel_x},${panel_y}"
-[ "$panel_y" -eq "$expected_y" ] || fail "panel top is at $panel_y, expected $expected_y"
-[ $((panel_x - expected_x)) -le 1 ] && [ $((expected_x - panel_x)) -le 1 ] ||
-    fail "panel left edge is at $panel_x, expected $expected_x"
+# Opens the panel with a click on the icon, checks that the panel proper (window less shadow)
+# hangs centred under the icon, and closes it with a second click.
+click_open_and_close() {
+    local what=$1 window_w=$2 panel_w=$3 shadow_x=$4 shadow_y=$5
+    # A click within 250 ms of the panel closing is the one that closed it, and is ignored.
+    sleep 0.3
+    xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
+    await window_geometry "$window_w" || fail "$what: a click on the icon did not open the panel"
+    read -r window_x window_y < <(window_geometry "$window_w")
+    local panel_x=$((window_x + shadow_x)) panel_y=$((window_y + shadow_y))
+    local expected_y=$((icon_y + icon_h + 4))
+    local expected_x=$((icon_x + icon_w / 2 - panel_w / 2))
+    local max_x=$((1280 - panel_w - 4))
+    ((expected_x > max_x)) && expected_x=$max_x
+    ((expected_x < 4)) && expected_x=4
+    echo "$what: panel opened at ${panel_x},${panel_y}"
+    [ "$panel_y" -eq "$expected_y" ] || fail "$what: panel top is at $panel_y, expected $expected_y"
+    [ $((panel_x - expected_x)) -le 1 ] && [ $((expected_x - panel_x)) -le 1 ] ||
+        fail "$what: panel left edge is at $panel_x, expected $expected_x"
 
-xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
-await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | while read -r w; do
-    xwininfo -id "$w" | grep -q "Width: 320" && echo open; done | grep -q open' ||
-    fail "a second click on the icon did not close the panel"
-echo "panel closed by a second click"
-echo "tray e2e: 1 passed, 0 failed"
+    xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
+    await sh -c "! xdotool search --onlyvisible --name '^Lanternic\$' | while read -r w; do
+        xwininfo -id \$w | grep -q 'Width: $window_w' && echo open; done | grep -q open" ||
+        fail "$what: a second click on the icon did not close the panel"
+    echo "$what: panel closed by a second click"
+}
+
+click_open_and_close plain 322 322 0 0
+# The same app, once a compositing manager has started: rounded, with a shadow.
+xcompmgr >"$work/xcompmgr.log" 2>&1 &
+pids+=($!)
+# Its selection window shows that it has taken the compositing manager's selection.
+await sh -c 'xwininfo -root -tree | grep -q "\"xcompmgr\""' || fail "xcompmgr did not start"
+click_open_and_close composited 348 320 14 10
+echo "tray e2e: passed"
