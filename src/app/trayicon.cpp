@@ -5,7 +5,10 @@
 
 #include <QIconEngine>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPalette>
+#include <array>
+#include <cmath>
 
 namespace lanternic::TrayIcon {
 
@@ -52,31 +55,60 @@ QImage drawCompact(Health overall, int badgeCount, const QPalette &palette, qrea
                    qreal pixelRatio)
 {
     const QColor color = Theme::healthColor(overall, palette);
-    const qreal symbolSide = badgeCount < 1 ? side : side * 0.86;
-    const QImage symbol =
-        Symbols::image(u"waveform.path.ecg"_s, QSizeF(symbolSide, symbolSide), color, pixelRatio);
     QImage icon((QSizeF(side, side) * pixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
     icon.setDevicePixelRatio(pixelRatio);
     icon.fill(Qt::transparent);
     QPainter painter(&icon);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawImage(QPointF(0, (side - symbolSide) / 2), symbol);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+
+    // The waveform with a stroke heavy enough for a small slot, across the whole width; with
+    // a badge it keeps to the upper part so that the badge below has its own room.
+    const qreal stroke = std::max(1.6, side * 0.1);
+    const qreal traceHeight = badgeCount < 1 ? side * 0.8 : side * 0.62;
+    const QRectF trace(stroke / 2, badgeCount < 1 ? (side - traceHeight) / 2 : stroke / 2,
+                       side - stroke, traceHeight - stroke);
+    QPainterPath wave;
+    constexpr std::array<QPointF, 8> ecg{{{0, 0.58},
+                                          {0.22, 0.58},
+                                          {0.33, 0.25},
+                                          {0.46, 0.92},
+                                          {0.59, 0.0},
+                                          {0.69, 0.68},
+                                          {0.77, 0.58},
+                                          {1, 0.58}}};
+    for (const QPointF &point : ecg) {
+        const QPointF at(trace.left() + point.x() * trace.width(),
+                         trace.top() + point.y() * trace.height());
+        wave.elementCount() == 0 ? wave.moveTo(at) : wave.lineTo(at);
+    }
+    painter.setPen(QPen(color, stroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(wave);
     if (badgeCount < 1)
         return icon;
 
-    const qreal diameter = side * 13.0 / 22.0;
-    const QRectF circle(side - diameter, side - diameter, diameter, diameter);
-    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    // The count on a pill in the lower right corner, as wide as its digits need, cut out of
+    // the waveform by a clear ring.
+    const QString text = badgeCount > 99 ? u"99+"_s : QString::number(badgeCount);
+    const qreal height = std::round(side * 0.52);
+    const QFont font = Theme::font(height - 1, QFont::Bold);
+    const qreal width = std::min(
+        side, std::max(height, QFontMetricsF(font).horizontalAdvance(text) + height * 0.4));
+    const QRectF pill(side - width, side - height, width, height);
     painter.setPen(Qt::NoPen);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.setBrush(Qt::black);
-    painter.drawEllipse(circle.adjusted(-1.5, -1.5, 1.5, 1.5));
+    painter.drawRoundedRect(pill.adjusted(-1.2, -1.2, 1.2, 1.2), height / 2 + 1.2,
+                            height / 2 + 1.2);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.setBrush(color);
-    painter.drawEllipse(circle);
-    painter.setFont(Theme::font(diameter * 9.0 / 13.0, QFont::Bold));
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.setPen(Qt::black);
-    painter.drawText(circle.adjusted(-4, 0, 4, 0), Qt::AlignCenter, QString::number(badgeCount));
+    painter.drawRoundedRect(pill, height / 2, height / 2);
+    // Dark digits where the colour is light (amber), white elsewhere.
+    const bool light =
+        0.2126 * color.redF() + 0.7152 * color.greenF() + 0.0722 * color.blueF() > 0.55;
+    painter.setPen(light ? QColor(0x1d, 0x1d, 0x1f) : Qt::white);
+    painter.setFont(font);
+    painter.drawText(pill.adjusted(-2, 0, 2, 0), Qt::AlignCenter, text);
     return icon;
 }
 

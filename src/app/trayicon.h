@@ -14,8 +14,8 @@ namespace lanternic::TrayIcon {
 // least one, the count punched out of a small disc beside it.
 QImage draw(Health overall, int badgeCount, const QPalette &palette, qreal pixelRatio);
 
-// The same for square tray slots (most Linux trays): the disc overlaps the waveform's
-// lower right corner instead of standing beside it, so the digits stay legible.
+// The same for square tray slots (most Linux trays, 16 to 24 pixels): a heavier waveform in
+// the upper part and the count (up to "99+") on a pill of its own in the lower right.
 QImage drawCompact(Health overall, int badgeCount, const QPalette &palette, qreal side,
                    qreal pixelRatio);
 
