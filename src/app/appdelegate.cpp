@@ -3,11 +3,13 @@
 #include "app/changenotifier.h"
 #include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
+#include "app/panewindow.h"
 #include "app/trayicon.h"
 #include "app/updatechecker.h"
 #include "platform/loginitem.h"
 #include "platform/notifier.h"
 #include "platform/systemevents.h"
+#include "platform/windowsystem.h"
 #include "store/appenvironment.h"
 #include "store/recheck.h"
 #include "ui/lanternicpane.h"
@@ -16,12 +18,15 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDesktopServices>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <cstdio>
 
 namespace lanternic {
 
@@ -56,10 +61,60 @@ AppDelegate::AppDelegate(AppEnvironment &environment, UpdateChecker &updates,
 AppDelegate::~AppDelegate()
 {
     delete m_panel;
+    delete m_paneWindow;
     delete m_settingsWindow;
 }
 
 void AppDelegate::launch()
+{
+    LanternicStore &store = *m_environment.store;
+    connect(&store, &LanternicStore::resultsChanged, this, &AppDelegate::updateIcon);
+    connect(&m_environment.silence, &SilenceStore::entriesChanged, this, &AppDelegate::updateIcon);
+
+    m_notifier = Notifier::forThisSession();
+    auto *changes = new ChangeNotifier(
+        m_environment, *m_notifier,
+        [this](const QString &title, const QString &body, bool critical) {
+            if (m_trayIcon)
+                m_trayIcon->showMessage(
+                    title, body, critical ? QSystemTrayIcon::Critical : QSystemTrayIcon::Warning);
+        },
+        this);
+    connect(changes, &ChangeNotifier::openPanelRequested, this, &AppDelegate::openPanel);
+    connect(changes, &ChangeNotifier::openPageRequested, this, &openWebUrl);
+
+    if (WindowSystem::hasSystemTray())
+        showTrayIcon();
+    else
+        watchForTray();
+
+    m_systemEvents = SystemEvents::forThisComputer();
+    new Recheck(store, *m_systemEvents, std::chrono::seconds(3), this);
+    store.start();
+}
+
+void AppDelegate::watchForTray()
+{
+    // At login the tray may start a moment after us; later, one may start at any time.
+    auto *poll = new QTimer(this);
+    poll->setInterval(250);
+    const QDeadlineTimer grace(trayGraceMs);
+    connect(poll, &QTimer::timeout, this, [this, poll, grace] {
+        if (WindowSystem::hasSystemTray()) {
+            poll->deleteLater();
+            showTrayIcon();
+            return;
+        }
+        if (!m_paneWindow && grace.hasExpired()) {
+            std::fputs("lanternic: no system tray found; showing the panel as a window\n", stderr);
+            showPaneWindow();
+            poll->setInterval(2000);
+        }
+    });
+    poll->start();
+}
+
+void AppDelegate::showTrayIcon()
 {
     m_trayIcon = new QSystemTrayIcon(this);
     connect(m_trayIcon, &QSystemTrayIcon::activated, this,
@@ -67,31 +122,34 @@ void AppDelegate::launch()
                 if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
                     togglePanel();
             });
-    LanternicStore &store = *m_environment.store;
-    connect(&store, &LanternicStore::resultsChanged, this, &AppDelegate::updateIcon);
-    connect(&m_environment.silence, &SilenceStore::entriesChanged, this, &AppDelegate::updateIcon);
+    connect(m_trayIcon, &QSystemTrayIcon::messageClicked, this, &AppDelegate::openPanel);
     updateIcon();
     m_trayIcon->show();
+    if (m_paneWindow) {
+        m_paneWindow->hide();
+        m_paneWindow->deleteLater();
+        m_paneWindow = nullptr;
+    }
+}
 
-    m_notifier = Notifier::forThisSession();
-    auto *changes = new ChangeNotifier(
-        m_environment, *m_notifier,
-        [this](const QString &title, const QString &body, bool critical) {
-            m_trayIcon->showMessage(
-                title, body, critical ? QSystemTrayIcon::Critical : QSystemTrayIcon::Warning);
-        },
-        this);
-    connect(changes, &ChangeNotifier::openPanelRequested, this, &AppDelegate::openPanel);
-    connect(changes, &ChangeNotifier::openPageRequested, this, &openWebUrl);
-    connect(m_trayIcon, &QSystemTrayIcon::messageClicked, this, &AppDelegate::openPanel);
+void AppDelegate::showPaneWindow()
+{
+    m_paneWindow = new PaneWindow(makePane());
+    connect(m_paneWindow, &PaneWindow::closedByUser, qApp, &QApplication::quit);
+    m_paneWindow->present();
+}
 
-    m_systemEvents = SystemEvents::forThisComputer();
-    new Recheck(store, *m_systemEvents, std::chrono::seconds(3), this);
-    store.start();
+LanternicPane *AppDelegate::makePane()
+{
+    return new LanternicPane(*m_environment.store, m_environment.settings, m_environment.silence,
+                             {[this] { m_environment.store->refresh(); },
+                              [this] { openSettings(); }, [] { QApplication::quit(); }});
 }
 
 void AppDelegate::updateIcon()
 {
+    if (!m_trayIcon)
+        return;
     LanternicStore &store = *m_environment.store;
     const Health overall = store.overallHealth();
     m_trayIcon->setIcon(
@@ -122,12 +180,12 @@ void AppDelegate::togglePanel()
 
 void AppDelegate::openPanel()
 {
+    if (m_paneWindow) {
+        m_paneWindow->present();
+        return;
+    }
     if (!m_panel) {
-        LanternicStore &store = *m_environment.store;
-        auto *pane = new LanternicPane(store, m_environment.settings, m_environment.silence,
-                                       {[this] { m_environment.store->refresh(); },
-                                        [this] { openSettings(); }, [] { QApplication::quit(); }});
-        m_panel = new PanelWindow(pane);
+        m_panel = new PanelWindow(makePane());
         connect(m_panel, &PanelWindow::hidden, this,
                 [this] { m_panelHiddenAt = QDateTime::currentMSecsSinceEpoch(); });
     }

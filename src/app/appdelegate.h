@@ -14,10 +14,13 @@ class SystemEvents;
 class EscapeClosingWindow;
 class LoginItemService;
 class PanelWindow;
+class PaneWindow;
+class LanternicPane;
 class UpdateChecker;
 
 // Everything the user sees outside the settings window: the tray icon with its badge and
-// tooltip, and the panel that drops down under it.
+// tooltip, and the panel that drops down under it; where there is no tray, the panel in a
+// window of its own until a tray appears.
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -26,8 +29,12 @@ public:
                 std::unique_ptr<LoginItemService> loginItem, QObject *parent = nullptr);
     ~AppDelegate() override;
 
-    // Shows the icon and starts the poll loop.
+    // Shows the icon (or, after two seconds without a tray, the window) and starts the poll
+    // loop.
     void launch();
+
+    // How long a tray has to appear at start before the panel is shown as a window.
+    static constexpr int trayGraceMs = 2000;
 
     void togglePanel();
     void openPanel();
@@ -35,6 +42,10 @@ public:
     void openSettings();
 
 private:
+    LanternicPane *makePane();
+    void watchForTray();
+    void showTrayIcon();
+    void showPaneWindow();
     void updateIcon();
     QPointF anchor() const;
 
@@ -45,6 +56,7 @@ private:
     std::unique_ptr<SystemEvents> m_systemEvents;
     QSystemTrayIcon *m_trayIcon = nullptr;
     PanelWindow *m_panel = nullptr;
+    PaneWindow *m_paneWindow = nullptr;
     EscapeClosingWindow *m_settingsWindow = nullptr;
     qint64 m_panelHiddenAt = 0;
 };

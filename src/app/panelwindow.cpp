@@ -1,6 +1,6 @@
 #include "app/panelwindow.h"
 
-#include "platform/compositing.h"
+#include "platform/windowsystem.h"
 #include "ui/lanternicpane.h"
 
 #include <QGuiApplication>
@@ -25,7 +25,7 @@ PanelWindow::PanelWindow(LanternicPane *pane, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(pane);
     pane->installEventFilter(this);
-    setComposited(Compositing::active());
+    setComposited(WindowSystem::compositing());
     connect(pane, &LanternicPane::heightChanged, this, [this] {
         fit();
         place();
@@ -79,7 +79,7 @@ QPoint PanelWindow::placement(QPointF anchorTopCenter, QSize size, std::optional
 void PanelWindow::showAt(QPointF anchorTopCenter)
 {
     m_anchor = anchorTopCenter;
-    if (Compositing::active() != m_composited)
+    if (WindowSystem::compositing() != m_composited)
         setComposited(!m_composited);
     fit();
     place();

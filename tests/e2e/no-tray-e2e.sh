@@ -1,0 +1,101 @@
+#!/usr/bin/env bash
+# End to end under Xvfb with no tray at all: after two seconds the panel opens as an
+# ordinary window and says so on stderr; starting Lanternic again shows the window; a tray
+# that starts later takes over (the icon docks, the window goes); and closing the window
+# (as a window manager's close button does) quits. Exits 77 (skipped) when the tools are
+# not installed.
+set -euo pipefail
+app=${1:?usage: no-tray-e2e.sh PATH-TO-LANTERNIC}
+# shellcheck source=lib.sh
+source "$(dirname "$0")/lib.sh"
+need Xvfb trayer xdotool xwininfo xdpyinfo xprop
+/usr/bin/python3 -c 'import Xlib' 2>/dev/null || { echo "skipped: python3-xlib is not installed"; exit 77; }
+fail() {
+    echo "FAILED: $*"
+    xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
+    sed 's/^/app: /' "$work"/app*.log || true
+    exit 1
+}
+
+start_x() {
+    unset QT_QPA_PLATFORM WAYLAND_DISPLAY
+    export DISPLAY=:$((100 + $$ % 400))
+    Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+    pids+=($!)
+    await xdpyinfo || fail "Xvfb did not start"
+}
+# No session bus either, so that no StatusNotifierItem watcher can count as a tray.
+run_app() {
+    exec env -u DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME="$work/config" \
+        XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app$1.log" 2>&1
+}
+# The visible window of ours that is the panel as a window (320 wide, a normal window).
+pane_window() {
+    for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
+        xwininfo -id "$window" | grep -q 'Width: 320' &&
+            xprop -id "$window" _NET_WM_WINDOW_TYPE | grep -q _NET_WM_WINDOW_TYPE_NORMAL &&
+            { echo "$window"; return 0; }
+    done
+    return 1
+}
+# What a window manager's close button does: a WM_DELETE_WINDOW message to the window.
+close_window() {
+    /usr/bin/python3 - "$1" <<'PY'
+import sys
+from Xlib import X, display
+from Xlib.protocol import event
+d = display.Display()
+window = d.create_resource_object('window', int(sys.argv[1]))
+protocols, delete = d.intern_atom('WM_PROTOCOLS'), d.intern_atom('WM_DELETE_WINDOW')
+window.send_event(event.ClientMessage(window=window, client_type=protocols,
+                                      data=(32, [delete, X.CurrentTime, 0, 0, 0])))
+d.flush()
+PY
+}
+
+start_x
+write_offline_settings
+mkdir -p "$work/run"
+chmod 700 "$work/run"
+
+run_app 1 &
+app_pid=$!
+pids+=($app_pid)
+await pane_window || fail "no window appeared without a tray"
+grep -q "no system tray found; showing the panel as a window" "$work/app1.log" ||
+    fail "stderr does not say why the panel is a window"
+echo "without a tray the panel opened as a window, and stderr said so"
+
+window=$(pane_window)
+xdotool windowunmap "$window"
+await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | grep -q .' ||
+    fail "the window could not be hidden"
+(run_app 2) || fail "a second start failed"
+await pane_window || fail "a second start did not show the window"
+echo "a second start showed the window"
+
+trayer --edge top --align right --SetDockType true --expand true --widthtype request \
+    --height 24 >"$work/trayer.log" 2>&1 &
+tray_pid=$!
+pids+=($tray_pid)
+icon_docked() { xwininfo -root -tree | grep -A8 '("panel" "trayer")' | grep -q '"Lanternic": ("lanternic"'; }
+await icon_docked || fail "the icon did not dock when a tray started"
+await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | while read -r w; do
+    xwininfo -id "$w" | grep -q "Width: 320" && echo open; done | grep -q open' ||
+    fail "the window stayed open after the icon docked"
+kill -0 "$app_pid" || fail "Lanternic quit when the tray appeared"
+echo "a tray that started later took over from the window"
+
+kill "$app_pid" "$tray_pid"
+wait "$app_pid" 2>/dev/null || true
+wait "$tray_pid" 2>/dev/null || true
+run_app 3 &
+app_pid=$!
+pids+=($app_pid)
+await pane_window || fail "no window on the second run"
+close_window "$(pane_window)"
+for _ in $(seq 100); do kill -0 "$app_pid" 2>/dev/null || break; sleep 0.05; done
+kill -0 "$app_pid" 2>/dev/null && fail "closing the window did not quit"
+wait "$app_pid" || fail "Lanternic exited with status $? after its window was closed"
+echo "closing the window quit"
+echo "no-tray e2e: passed"
