@@ -12,6 +12,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://lanternic.io/")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The GTK platform theme gives the panel the desktop's light or dark colours on GNOME and XFCE.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-gtk-platformtheme")
 # CPack puts the summary first and indents these lines as the long description.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "Lanternic watches the public status pages of online services (Atlassian
 Statuspage pages, incident.io pages, the Updog cloud-outage feed and its own

@@ -65,8 +65,17 @@ AppDelegate::~AppDelegate()
     delete m_settingsWindow;
 }
 
+bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    // The desktop changed between light and dark: the icon's unknown grey follows it.
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
+        updateIcon();
+    return QObject::eventFilter(watched, event);
+}
+
 void AppDelegate::launch()
 {
+    qApp->installEventFilter(this);
     LanternicStore &store = *m_environment.store;
     connect(&store, &LanternicStore::resultsChanged, this, &AppDelegate::updateIcon);
     connect(&m_environment.silence, &SilenceStore::entriesChanged, this, &AppDelegate::updateIcon);

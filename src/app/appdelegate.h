@@ -41,6 +41,9 @@ public:
     void closePanel();
     void openSettings();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     LanternicPane *makePane();
     void watchForTray();

@@ -9,6 +9,7 @@
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
+#include <QApplication>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -28,14 +29,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+void tint(QWidget *widget, const QColor &color)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, color);
+    widget->setPalette(palette);
+}
+
 QLabel *plainLabel(const QFont &font, const QColor &color, QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
     label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
+    tint(label, color);
     return label;
 }
 
@@ -139,6 +145,7 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_scroll->setWidget(m_content);
     m_content->installEventFilter(this);
     buildScrollBar();
+    applyColours();
 
     // Many changes arrive together at the end of a pass: redraw once for all of them.
     m_updateTimer->setSingleShot(true);
@@ -176,14 +183,6 @@ void LanternicPane::buildScrollBar()
     QScrollBar *area = m_scroll->verticalScrollBar();
     m_scrollBar = new QScrollBar(Qt::Vertical, this);
     m_scrollBar->setAccessibleName(u"Scroll"_s);
-    QColor handle = palette().color(QPalette::WindowText);
-    handle.setAlphaF(0.35);
-    m_scrollBar->setStyleSheet(
-        u"QScrollBar { background: transparent; width: 7px; margin: 0; }"
-        u"QScrollBar::handle { background: %1; border-radius: 3px; min-height: 24px; }"
-        u"QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
-        u"QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }"_s.arg(
-            handle.name(QColor::HexArgb)));
     m_scrollBar->hide();
     connect(area, &QScrollBar::rangeChanged, m_scrollBar, [this, area](int min, int max) {
         m_scrollBar->setRange(min, max);
@@ -243,12 +242,39 @@ QWidget *LanternicPane::divider()
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Plain);
     line->setFixedHeight(1);
-    QPalette palette = line->palette();
-    QColor color = palette.color(QPalette::WindowText);
-    color.setAlphaF(0.12);
-    palette.setColor(QPalette::WindowText, color);
-    line->setPalette(palette);
+    m_dividers.append(line);
     return line;
+}
+
+void LanternicPane::applyColours()
+{
+    const QPalette colours = palette();
+    QColor separator = colours.color(QPalette::WindowText);
+    separator.setAlphaF(0.12);
+    for (QWidget *line : std::as_const(m_dividers))
+        tint(line, separator);
+    tint(m_summary, colours.color(QPalette::WindowText));
+    tint(m_lastCheck, Theme::secondaryText(colours));
+    m_clock->setPixmap(Symbols::icon(u"clock"_s, Theme::secondaryText(colours))
+                           .pixmap(QSize(10, 10), devicePixelRatioF()));
+    QColor handle = colours.color(QPalette::WindowText);
+    handle.setAlphaF(0.35);
+    m_scrollBar->setStyleSheet(
+        u"QScrollBar { background: transparent; width: 7px; margin: 0; }"
+        u"QScrollBar::handle { background: %1; border-radius: 3px; min-height: 24px; }"
+        u"QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+        u"QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }"_s.arg(
+            handle.name(QColor::HexArgb)));
+}
+
+void LanternicPane::changeEvent(QEvent *event)
+{
+    // A new desktop theme: colours that were set by hand follow it, and rows are made anew.
+    if (event->type() == QEvent::PaletteChange) {
+        applyColours();
+        scheduleUpdate();
+    }
+    QWidget::changeEvent(event);
 }
 
 QWidget *LanternicPane::buildHeader()
@@ -270,10 +296,8 @@ QWidget *LanternicPane::buildHeader()
     m_lastCheck = plainLabel(Theme::font(11), Theme::secondaryText(palette()), header);
     auto *lastCheckLine = new QHBoxLayout;
     lastCheckLine->setSpacing(3);
-    auto *clock = new QLabel(header);
-    clock->setPixmap(Symbols::icon(u"clock"_s, Theme::secondaryText(palette()))
-                         .pixmap(QSize(10, 10), devicePixelRatioF()));
-    lastCheckLine->addWidget(clock);
+    m_clock = new QLabel(header);
+    lastCheckLine->addWidget(m_clock);
     lastCheckLine->addWidget(m_lastCheck, 1);
     text->addWidget(m_summary);
     text->addLayout(lastCheckLine);

@@ -53,6 +53,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
@@ -66,6 +67,7 @@ private:
     void rebuildRows();
     void rebuildSilenced();
     QWidget *divider();
+    void applyColours();
     void buildScrollBar();
     void revealScrollBar();
 
@@ -82,6 +84,8 @@ private:
     QLabel *m_overallSymbol = nullptr;
     QLabel *m_summary = nullptr;
     QLabel *m_lastCheck = nullptr;
+    QLabel *m_clock = nullptr;
+    QList<QWidget *> m_dividers;
     QStackedWidget *m_refreshControl = nullptr;
     RefreshButton *m_refreshButton = nullptr;
     QShortcut *m_refreshShortcut = nullptr;
