@@ -4,6 +4,7 @@
 #include "ui/lanternicpane.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
@@ -17,9 +18,21 @@ constexpr int shadowSpread = 14;
 constexpr int shadowDrop = 4;
 } // namespace
 
+namespace {
+
+// A popup grabs the pointer and closes at a click anywhere else. Under Wayland a popup needs a
+// window of ours to hang from, and a tray icon is not one: there the panel is a frameless
+// window the compositor places, which closes when it loses focus.
+Qt::WindowFlags panelFlags()
+{
+    const Qt::WindowFlags kind = WindowSystem::placesWindows() ? Qt::Popup : Qt::Window;
+    return kind | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
+}
+
+} // namespace
+
 PanelWindow::PanelWindow(LanternicPane *pane, QWidget *parent)
-    : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint),
-      m_pane(pane)
+    : QWidget(parent, panelFlags()), m_pane(pane)
 {
     setWindowTitle(QStringLiteral("Lanternic"));
     auto *layout = new QVBoxLayout(this);
@@ -85,6 +98,20 @@ void PanelWindow::showAt(QPointF anchorTopCenter)
     place();
     show();
     raise();
+    activateWindow();
+}
+
+bool PanelWindow::event(QEvent *event)
+{
+    if (!testAttribute(Qt::WA_WState_Visible) || windowType() == Qt::Popup)
+        return QWidget::event(event);
+    const bool escape = event->type() == QEvent::KeyPress &&
+                        static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+    if (escape || event->type() == QEvent::WindowDeactivate) {
+        hide();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void PanelWindow::place()

@@ -46,6 +46,11 @@ bool compositing()
     return isWayland() || screenSelectionOwned("_NET_WM_CM_S");
 }
 
+bool placesWindows()
+{
+    return !isWayland();
+}
+
 bool hasSystemTray()
 {
     // Asked without QSystemTrayIcon, which remembers its first answer about the watcher for

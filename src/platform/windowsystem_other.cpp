@@ -10,6 +10,11 @@ bool compositing()
     return true;
 }
 
+bool placesWindows()
+{
+    return true;
+}
+
 bool hasSystemTray()
 {
     return QSystemTrayIcon::isSystemTrayAvailable();
