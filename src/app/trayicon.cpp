@@ -5,7 +5,6 @@
 
 #include <QIconEngine>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPalette>
 #include <array>
 #include <cmath>
@@ -68,22 +67,15 @@ QImage drawCompact(Health overall, int badgeCount, const QPalette &palette, qrea
     const qreal traceHeight = badgeCount < 1 ? side * 0.8 : side * 0.62;
     const QRectF trace(stroke / 2, badgeCount < 1 ? (side - traceHeight) / 2 : stroke / 2,
                        side - stroke, traceHeight - stroke);
-    QPainterPath wave;
-    constexpr std::array<QPointF, 8> ecg{{{0, 0.58},
-                                          {0.22, 0.58},
-                                          {0.33, 0.25},
-                                          {0.46, 0.92},
-                                          {0.59, 0.0},
-                                          {0.69, 0.68},
-                                          {0.77, 0.58},
-                                          {1, 0.58}}};
-    for (const QPointF &point : ecg) {
-        const QPointF at(trace.left() + point.x() * trace.width(),
-                         trace.top() + point.y() * trace.height());
-        wave.elementCount() == 0 ? wave.moveTo(at) : wave.lineTo(at);
-    }
+    // The symbol's trace, stretched from its own extent to the trace's rectangle.
+    const QPolygonF ecg = Symbols::waveform();
+    const QRectF extent = ecg.boundingRect();
+    const QTransform stretch =
+        QTransform::fromTranslate(trace.left(), trace.top())
+            .scale(trace.width() / extent.width(), trace.height() / extent.height())
+            .translate(-extent.left(), -extent.top());
     painter.setPen(QPen(color, stroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPath(wave);
+    painter.drawPolyline(stretch.map(ecg));
     if (badgeCount < 1)
         return icon;
 

@@ -133,6 +133,22 @@ void drawArrowClockwise(Canvas &c)
     c.fill(polyline({{0.46, 0.02}, {0.68, 0.16}, {0.46, 0.30}}));
 }
 
+} // namespace
+
+QPolygonF waveform()
+{
+    return {{{0.03, 0.55},
+             {0.25, 0.55},
+             {0.34, 0.3},
+             {0.46, 0.85},
+             {0.58, 0.12},
+             {0.68, 0.62},
+             {0.75, 0.55},
+             {0.97, 0.55}}};
+}
+
+namespace {
+
 using Painter = std::function<void(Canvas &)>;
 
 const QHash<QString, Painter> &painters()
@@ -202,15 +218,9 @@ const QHash<QString, Painter> &painters()
          }},
         {u"waveform.path.ecg"_s,
          [](Canvas &c) {
-             c.stroke(polyline({{0.03, 0.55},
-                                {0.25, 0.55},
-                                {0.34, 0.3},
-                                {0.46, 0.85},
-                                {0.58, 0.12},
-                                {0.68, 0.62},
-                                {0.75, 0.55},
-                                {0.97, 0.55}}),
-                      0.08);
+             QPainterPath trace;
+             trace.addPolygon(waveform());
+             c.stroke(trace, 0.08);
          }},
     };
     return table;

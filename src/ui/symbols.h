@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QIcon>
 #include <QImage>
+#include <QPolygonF>
 #include <QSizeF>
 #include <QString>
 
@@ -21,6 +22,10 @@ void paint(QPainter &painter, const QString &name, const QRectF &rect, const QCo
 
 // The symbol as an image of size (in device-independent pixels) times the pixel ratio.
 QImage image(const QString &name, const QSizeF &size, const QColor &color, qreal pixelRatio);
+
+// The ECG trace of "waveform.path.ecg" as points in the unit square, for drawings that
+// stroke it their own way (the compact tray icon).
+QPolygonF waveform();
 
 // An icon that paints the symbol afresh at every size and pixel ratio; a null icon for an
 // unknown name.
