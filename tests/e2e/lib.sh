@@ -21,19 +21,40 @@ need() {
 # Waits up to fifteen seconds for a command to succeed.
 await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
-# Xvfb at 1280×800 with trayer docked at the top right, whatever the caller's display.
-start_x_with_tray() {
+# Xvfb at 1280×800, whatever the caller's display.
+start_x() {
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
     export DISPLAY=:$((100 + $$ % 400))
     Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
     pids+=($!)
     await xdpyinfo || { echo "Xvfb did not start"; return 1; }
+}
+
+# trayer docked at the top right; its pid in $tray_pid.
+start_tray() {
     trayer --edge top --align right --SetDockType true --expand true --widthtype request \
         --height 24 >"$work/trayer.log" 2>&1 &
-    pids+=($!)
+    tray_pid=$!
+    pids+=($tray_pid)
     await sh -c 'xwininfo -root -tree | grep -q "(\"panel\" \"trayer\")"' ||
         { echo "trayer did not start"; return 1; }
 }
+
+start_x_with_tray() { start_x && start_tray; }
+
+# Our icon's line in the window tree: a window of ours inside trayer's panel, whose last field
+# is its absolute position.
+icon_line() { xwininfo -root -tree | grep -A8 '("panel" "trayer")' | grep '"Lanternic": ("lanternic"'; }
+
+# Our StatusNotifierItem watcher and host (sni-host.py) on the session bus; event reads the
+# next line it prints, host_says sends it a command.
+start_sni_host() {
+    coproc HOST { exec /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/sni-host.py"; }
+    pids+=("$HOST_PID")
+    [[ $(event) == *'"ready"'* ]] || { echo "the watcher did not start"; return 1; }
+}
+event() { read -r -t 15 line <&"${HOST[0]}" || { echo "no answer from the host" >&2; return 1; }; echo "$line"; }
+host_says() { echo "$*" >&"${HOST[1]}"; }
 
 # A settings folder whose one source is unreachable on loopback: the app runs for real
 # without leaving the machine.

@@ -17,13 +17,6 @@ fail() {
     exit 1
 }
 
-start_x() {
-    unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-    export DISPLAY=:$((100 + $$ % 400))
-    Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-    pids+=($!)
-    await xdpyinfo || fail "Xvfb did not start"
-}
 # No session bus either, so that no StatusNotifierItem watcher can count as a tray.
 run_app() {
     exec env -u DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME="$work/config" \
@@ -53,7 +46,7 @@ d.flush()
 PY
 }
 
-start_x
+start_x || fail "no X session"
 write_offline_settings
 mkdir -p "$work/run"
 chmod 700 "$work/run"
@@ -74,12 +67,8 @@ await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | grep -q .' ||
 await pane_window || fail "a second start did not show the window"
 echo "a second start showed the window"
 
-trayer --edge top --align right --SetDockType true --expand true --widthtype request \
-    --height 24 >"$work/trayer.log" 2>&1 &
-tray_pid=$!
-pids+=($tray_pid)
-icon_docked() { xwininfo -root -tree | grep -A8 '("panel" "trayer")' | grep -q '"Lanternic": ("lanternic"'; }
-await icon_docked || fail "the icon did not dock when a tray started"
+start_tray || fail "no tray"
+await icon_line || fail "the icon did not dock when a tray started"
 await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | while read -r w; do
     xwininfo -id "$w" | grep -q "Width: 320" && echo open; done | grep -q open' ||
     fail "the window stayed open after the icon docked"

@@ -8,13 +8,9 @@
 set -euo pipefail
 app=${1:?usage: sni-e2e.sh PATH-TO-LANTERNIC}
 here=$(cd "$(dirname "$0")" && pwd)
-# The whole test runs on a bus of its own.
-if [ -z "${LANTERNIC_PRIVATE_BUS:-}" ] && command -v dbus-run-session >/dev/null; then
-    LANTERNIC_PRIVATE_BUS=1 exec dbus-run-session -- "$0" "$@"
-fi
 # shellcheck source=lib.sh
 source "$here/lib.sh"
-need Xvfb xdotool xwininfo xdpyinfo dbus-run-session
+need Xvfb xdotool xwininfo xdpyinfo
 /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null ||
     { echo "skipped: python3-dbus or python3-gi is not installed"; exit 77; }
 fail() {
@@ -23,11 +19,7 @@ fail() {
     exit 1
 }
 
-unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-export DISPLAY=:$((100 + $$ % 400))
-Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-pids+=($!)
-await xdpyinfo || fail "Xvfb did not start"
+start_x || fail "no X session"
 
 port=$((20000 + $$ % 20000))
 mkdir -p "$work/feeds" "$work/config/Lanternic" "$work/run"
@@ -37,9 +29,6 @@ pids+=($!)
 printf '[General]\nLanternic.sources=Build farm=http://127.0.0.1:%s/feed.json\n' "$port" \
     >"$work/config/Lanternic/Lanternic.conf"
 
-coproc HOST { exec /usr/bin/python3 "$here/sni-host.py"; }
-pids+=("$HOST_PID")
-event() { read -r -t 15 line <&"${HOST[0]}" || fail "the host did not answer"; echo "$line"; }
 # field JSON KEY...: one value of an event.
 field() {
     /usr/bin/python3 -c 'import json, sys
@@ -48,7 +37,7 @@ for key in sys.argv[2:]:
     value = value[int(key) if key.isdigit() else key]
 print(value)' "$@"
 }
-[ "$(field "$(event)" event)" = ready ] || fail "the watcher did not start"
+start_sni_host || fail "no StatusNotifierItem host"
 
 # One run of the app over a feed in the given state; leaves its properties in $properties.
 run() {
@@ -62,7 +51,7 @@ run() {
     [ "$(field "$registered" event)" = registered ] || fail "$state: the item did not register: $registered"
     # The tooltip follows the pass once it has finished.
     for _ in $(seq 100); do
-        echo read >&"${HOST[1]}"
+        host_says read
         properties=$(event)
         [ "$(field "$properties" tooltip 0)" = "Lanternic — $summary" ] && break
         sleep 0.1
@@ -91,7 +80,7 @@ run degraded "1 degraded"
 
 # A host sends Activate with the point that was clicked, where the pointer is.
 xdotool mousemove 600 30
-echo "activate 600 30" >&"${HOST[1]}"
+host_says activate 600 30
 [ "$(field "$(event)" event)" = activated ] || fail "Activate failed"
 panel_geometry() {
     for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do

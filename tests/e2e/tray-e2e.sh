@@ -23,8 +23,6 @@ XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" \
     dbus-run-session -- "$app" >"$work/app.log" 2>&1 &
 pids+=($!)
 
-# The icon is a window of ours inside trayer's panel; its last field is its absolute position.
-icon_line() { xwininfo -root -tree | grep -A8 '("panel" "trayer")' | grep '"Lanternic": ("lanternic"'; }
 await icon_line || fail "the icon did not dock in the tray"
 read -r size position < <(icon_line | awk '{ print $(NF-1), $NF }')
 icon_w=${size%%x*}

@@ -7,12 +7,9 @@
 set -euo pipefail
 app=${1:?usage: wayland-e2e.sh PATH-TO-LANTERNIC}
 here=$(cd "$(dirname "$0")" && pwd)
-if [ -z "${LANTERNIC_PRIVATE_BUS:-}" ] && command -v dbus-run-session >/dev/null; then
-    LANTERNIC_PRIVATE_BUS=1 exec dbus-run-session -- "$0" "$@"
-fi
 # shellcheck source=lib.sh
 source "$here/lib.sh"
-need weston dbus-run-session
+need weston
 plugin=$(find /usr/lib/*/qt6/plugins/platforms -name 'libqwayland-generic.so' 2>/dev/null | head -1)
 [ -n "$plugin" ] || { echo "skipped: Qt's Wayland platform plugin (qt6-wayland) is not installed"; exit 77; }
 /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null ||
@@ -47,15 +44,12 @@ kill "$app_pid"
 echo "without a tray: a window titled Lanternic, 320 wide, resizable in height"
 
 # A StatusNotifierItem host: Activate opens the panel as a toplevel (no popup without a parent).
-coproc HOST { exec /usr/bin/python3 "$here/sni-host.py"; }
-pids+=("$HOST_PID")
-event() { read -r -t 15 line <&"${HOST[0]}" || fail "the host did not answer"; echo "$line"; }
-[[ $(event) == *'"ready"'* ]] || fail "the watcher did not start"
+start_sni_host || fail "no StatusNotifierItem host"
 XDG_CONFIG_HOME="$work/config" WAYLAND_DEBUG=1 "$app" >"$work/app-tray.log" 2>&1 &
 pids+=($!)
 [[ $(event) == *'"registered"'* ]] || fail "the item did not register"
 grep -q 'set_title("Lanternic")' "$work/app-tray.log" && fail "a window opened although there is a tray"
-echo "activate 600 30" >&"${HOST[1]}"
+host_says activate 600 30
 [[ $(event) == *'"activated"'* ]] || fail "Activate failed"
 await grep -q 'set_title("Lanternic")' "$work/app-tray.log" || fail "Activate did not open the panel"
 grep -q 'get_popup' "$work/app-tray.log" && fail "the panel asked for a popup without a parent"
