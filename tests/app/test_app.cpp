@@ -253,26 +253,6 @@ private Q_SLOTS:
         QVERIFY(blocked.registerItem().has_value());
     }
 
-    void withoutAFeedUpdatesAreThePackageManagers()
-    {
-        StoreFixture fixture;
-        FakeLoginItem login;
-        SettingsView view(fixture.settings, login,
-                          {[] { return true; }, [](bool) {}, [] {}, false});
-        view.show();
-        const auto boxes = view.findChildren<QCheckBox *>();
-        const auto toggle = std::find_if(boxes.begin(), boxes.end(), [](QCheckBox *box) {
-            return box->accessibleName() == u"Check for updates automatically"_s;
-        });
-        QVERIFY(!(*toggle)->isEnabled());
-        QVERIFY(!(*toggle)->isChecked());
-        const auto labels = view.findChildren<QLabel *>();
-        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
-            return label->isVisibleTo(label->window()) &&
-                   label->text() == u"Updates come from your package manager"_s;
-        }));
-    }
-
     void settingsWindowFitsTheScreen_data()
     {
         QTest::addColumn<QRect>("available");
@@ -360,6 +340,23 @@ private Q_SLOTS:
         checker.setAutomaticallyChecksForUpdates(false);
         QVERIFY(
             !UpdateChecker(defaults, session, QUrl(), u"0.1.0"_s).automaticallyChecksForUpdates());
+
+        // The settings say why the automatic check is off.
+        StoreFixture fixture;
+        FakeLoginItem login;
+        SettingsView view(fixture.settings, login,
+                          {[] { return true; }, [](bool) {}, [] {}, false});
+        view.show();
+        const auto boxes = view.findChildren<QCheckBox *>();
+        QVERIFY(std::any_of(boxes.begin(), boxes.end(), [](QCheckBox *box) {
+            return box->accessibleName() == u"Check for updates automatically"_s &&
+                   !box->isEnabled() && !box->isChecked();
+        }));
+        const auto labels = view.findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
+            return label->isVisibleTo(label->window()) &&
+                   label->text() == u"Updates come from your package manager"_s;
+        }));
     }
 
     void oneInstance()

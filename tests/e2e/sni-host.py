@@ -35,16 +35,8 @@ class Watcher(dbus.service.Object):
         self.StatusNotifierItemRegistered(name + path)
         emit(event="registered", service=name, path=path)
 
-    @dbus.service.method(WATCHER, in_signature="s")
-    def RegisterStatusNotifierHost(self, service):
-        pass
-
     @dbus.service.signal(WATCHER, signature="s")
     def StatusNotifierItemRegistered(self, item):
-        pass
-
-    @dbus.service.signal(WATCHER, signature="")
-    def StatusNotifierHostRegistered(self):
         pass
 
     # Qt reads the properties through an interface built from introspection, so they have to
@@ -53,9 +45,7 @@ class Watcher(dbus.service.Object):
     def Introspect(self):
         return f"""<node><interface name="{WATCHER}">
   <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
-  <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
   <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
-  <signal name="StatusNotifierHostRegistered"/>
   <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
   <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
   <property name="ProtocolVersion" type="i" access="read"/>

@@ -34,15 +34,6 @@ private Q_SLOTS:
                                                QSettings::IniFormat);
     }
 
-    void silenceDurations()
-    {
-        const QDateTime now = at("2026-11-16T17:00:00Z");
-        QCOMPARE(expiry(SilenceDuration::twoHours, now),
-                 SilenceUntil::until(at("2026-11-16T19:00:00Z")));
-        QCOMPARE(expiry(SilenceDuration::oneWeek, now), SilenceUntil::until(now.addSecs(604800)));
-        QCOMPARE(expiry(SilenceDuration::untilResolved, now), SilenceUntil::resolved());
-    }
-
     void datedSilenceEndsAtItsInstant()
     {
         SilenceStore store(*defaults);
