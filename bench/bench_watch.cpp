@@ -41,6 +41,7 @@ QString sourcesText(int port, int count)
 
 int main(int argc, char **argv)
 {
+    preferLeanEventDispatcher();
     QCoreApplication app(argc, argv);
     if (argc != 5) {
         std::fprintf(stderr, "usage: bench_watch memory|serve PORT SOURCES PASSES|SECONDS\n");

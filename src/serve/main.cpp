@@ -53,6 +53,7 @@ std::optional<std::pair<QHostAddress, quint16>> listenAddress(const QString &tex
 
 int main(int argc, char **argv)
 {
+    preferLeanEventDispatcher();
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(u"lanternic-serve"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(LANTERNIC_VERSION));

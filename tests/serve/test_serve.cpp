@@ -7,6 +7,8 @@
 #include "support/fixtures.h"
 #include "support/storefixture.h"
 
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QTcpSocket>
 #include <QTest>
 
@@ -106,6 +108,44 @@ private Q_SLOTS:
         const Answer head = ask(port, "HEAD /lanternic.json HTTP/1.1\r\nHost: x\r\n\r\n");
         QCOMPARE(head.status, 200);
         QVERIFY(head.body.isEmpty());
+    }
+
+    void gzipForClientsThatTakeIt()
+    {
+        fixture->runPass();
+        const struct {
+            QByteArray acceptEncoding;
+            bool gzipped;
+        } cases[] = {
+            {"gzip", true},      {"deflate, GZIP;q=0.5", true}, {"*", true},
+            {"gzip;q=0", false}, {"deflate, br", false},        {{}, false},
+        };
+        for (const auto &[acceptEncoding, gzipped] : cases) {
+            const QByteArray extra = acceptEncoding.isNull()
+                                         ? QByteArray()
+                                         : "Accept-Encoding: " + acceptEncoding + "\r\n";
+            for (const QByteArray path : {"/metrics", "/lanternic.json"}) {
+                const Answer answer = ask(port, get(path, extra));
+                QCOMPARE(answer.status, 200);
+                QVERIFY(answer.head.contains("Vary: Accept-Encoding"));
+                QVERIFY2(answer.head.contains("Content-Encoding: gzip") == gzipped,
+                         acceptEncoding.constData());
+            }
+        }
+
+        // A client that decodes gzip (Qt's asks for it by itself) reads the same feed, and the
+        // tag it was given makes a conditional request.
+        const Answer plain = ask(port, get("/lanternic.json"));
+        QNetworkAccessManager manager;
+        QNetworkRequest request(QUrl(u"http://127.0.0.1:%1/lanternic.json"_s.arg(port)));
+        request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
+                             QNetworkRequest::AlwaysNetwork);
+        std::unique_ptr<QNetworkReply> reply(manager.get(request));
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 5000);
+        QCOMPARE(reply->readAll(), plain.body);
+        const QByteArray tag = reply->rawHeader("ETag");
+        QVERIFY(tag.endsWith("-gzip\""));
+        QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: " + tag + "\r\n")).status, 304);
     }
 
     void metrics()
