@@ -38,15 +38,16 @@ QByteArray statusLine(Status status)
         return "431 Request Header Fields Too Large";
     case Status::ServiceUnavailable:
         return "503 Service Unavailable";
-    default:
+    case Status::NotFound:
+    default: // the server answers with no other status
         return "404 Not Found";
     }
 }
 
-// One answer a connection: clients ask once in a while, and no idle connection then holds one
-// of the hundred places (nor leaves an HTTP/1.0 client waiting for the end of the body).
 using Headers = QList<std::pair<QByteArray, QByteArray>>;
 
+// One answer a connection: clients ask once in a while, and no idle connection then holds one
+// of the hundred places (nor leaves an HTTP/1.0 client waiting for the end of the body).
 WatchServer::Response response(Status status, const QByteArray &type, const QByteArray &body,
                                const Headers &extra = {})
 {
@@ -102,7 +103,7 @@ bool acceptsGzip(const QByteArray &header)
     return false;
 }
 
-// The whole answer in one write, which the socket's buffer shares instead of copying.
+// The whole answer in one write; the socket's buffer shares a large one instead of copying it.
 void send(QTcpSocket *socket, const WatchServer::Response &answer, bool headOnly = false)
 {
     socket->write(headOnly ? answer.bytes.first(answer.headSize) : answer.bytes);
