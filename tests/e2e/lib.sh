@@ -21,12 +21,14 @@ need() {
 # Waits up to fifteen seconds for a command to succeed.
 await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
-# Xvfb at 1280×800, whatever the caller's display.
+# Xvfb at 1280×800, whatever the caller's display, on a display number it finds free itself:
+# scripts running side by side must never share one.
 start_x() {
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-    export DISPLAY=:$((100 + $$ % 400))
-    Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
     pids+=($!)
+    await test -s "$work/display" || { echo "Xvfb did not start"; return 1; }
+    export DISPLAY=":$(head -n1 "$work/display")"
     await xdpyinfo || { echo "Xvfb did not start"; return 1; }
 }
 
