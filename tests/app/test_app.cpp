@@ -71,29 +71,6 @@ class TestApp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void iconColour_data()
-    {
-        QTest::addColumn<Health>("health");
-        for (Health health : allHealths)
-            QTest::newRow(qPrintable(rawValue(health))) << health;
-    }
-
-    void iconColour()
-    {
-        QFETCH(Health, health);
-        const QImage icon = TrayIcon::draw(health, 0, QApplication::palette(), 1);
-        const QColor expected = Theme::healthColor(health, QApplication::palette());
-        QColor strongest(Qt::transparent);
-        for (int y = 0; y < icon.height(); ++y) {
-            for (int x = 0; x < icon.width(); ++x) {
-                const QColor pixel = icon.pixelColor(x, y);
-                if (pixel.alpha() > strongest.alpha())
-                    strongest = pixel;
-            }
-        }
-        QCOMPARE(strongest.rgb(), expected.rgb());
-    }
-
     void squareSlotsGetTheCompactForm()
     {
         const QIcon icon = TrayIcon::icon(Health::degraded, 3, QApplication::palette());
@@ -270,15 +247,6 @@ private Q_SLOTS:
         const QMargins frame(8, 40, 8, 8);
         QCOMPARE(EscapeClosingWindow::centredFit(QSize(640, 460), available, frame), geometry);
         QVERIFY(available.contains(geometry.marginsAdded(frame)));
-    }
-
-    void escapeClosesTheSettingsWindow()
-    {
-        EscapeClosingWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QTest::keyClick(&window, Qt::Key_Escape);
-        QVERIFY(!window.isVisible());
     }
 
     void updateChecks_data()

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <zlib.h>
 
 using namespace lanternic;
 using namespace lanternic::network;
@@ -13,30 +14,16 @@ using namespace std::chrono_literals;
 
 namespace {
 
-quint32 crc32(const QByteArray &data)
-{
-    quint32 crc = 0xffffffff;
-    for (char byte : data) {
-        crc ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xedb88320 & (0u - (crc & 1)));
-    }
-    return ~crc;
-}
-
-// qCompress gives a length, then a zlib stream: the stream is a deflate body as is, and its
-// raw deflate data, wrapped in a gzip header and trailer, a gzip body.
-QByteArray deflated(const QByteArray &data)
-{
-    return qCompress(data, 9).mid(4);
-}
-
+// qCompress gives a length, then a zlib stream, whose raw deflate data, wrapped in a gzip
+// header and trailer, is a gzip body.
 QByteArray gzipped(const QByteArray &data)
 {
-    const QByteArray zlib = deflated(data);
+    const QByteArray zlib = qCompress(data, 9);
     QByteArray gzip("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10);
-    gzip += zlib.mid(2, zlib.size() - 6);
-    for (quint32 word : {crc32(data), quint32(data.size())}) {
+    gzip += zlib.mid(6, zlib.size() - 10);
+    const auto crc =
+        quint32(::crc32(0, reinterpret_cast<const Bytef *>(data.constData()), uInt(data.size())));
+    for (quint32 word : {crc, quint32(data.size())}) {
         for (int i = 0; i < 4; ++i)
             gzip += char(word >> (8 * i));
     }
@@ -188,10 +175,6 @@ private Q_SLOTS:
         QTest::newRow("too large, with a length")
             << LoopbackServer::Response{200, unframed.body, {}} << large;
         QTest::newRow("too large, without") << unframed << large;
-        QTest::newRow("deflate bomb") << LoopbackServer::Response{200,
-                                                                  deflated(unframed.body),
-                                                                  {{"Content-Encoding", "deflate"}}}
-                                      << large;
         QTest::newRow("gzip bomb")
             << LoopbackServer::Response{200, gzipped(unframed.body), {{"Content-Encoding", "gzip"}}}
             << large;
