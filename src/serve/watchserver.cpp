@@ -8,8 +8,13 @@
 #include <QHttpServerResponder>
 #include <QJsonDocument>
 #include <QLocale>
+#include <QSocketNotifier>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
+#include <cerrno>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <zlib.h>
 
 namespace lanternic {
@@ -137,37 +142,181 @@ WatchServer::Encoded encoded(const QByteArray &type, const QByteArray &body, con
                                  : response(Status::Ok, type, compressed, packed)};
 }
 
+// The request in a head that came whole, read the simple way: "GET /path HTTP/1.1" and header
+// lines. Nothing for anything else (other methods, escapes, folded lines), which the HTTP
+// server then reads.
+std::optional<WatchServer::Request> simpleRequest(QByteArrayView head)
+{
+    qsizetype lineEnd = head.indexOf("\r\n");
+    const QByteArrayView line = head.first(lineEnd);
+    const qsizetype space = line.indexOf(' ');
+    const qsizetype lastSpace = line.lastIndexOf(' ');
+    if (space < 0 || lastSpace <= space)
+        return std::nullopt;
+    WatchServer::Request request;
+    request.method = line.first(space);
+    request.path = line.sliced(space + 1, lastSpace - space - 1);
+    const QByteArrayView version = line.sliced(lastSpace + 1);
+    if ((request.method != "GET" && request.method != "HEAD") ||
+        (version != "HTTP/1.1" && version != "HTTP/1.0") || !request.path.startsWith('/'))
+        return std::nullopt;
+    for (const char c : request.path) {
+        if (c <= ' ' || c >= 0x7f || c == '%' || c == '#')
+            return std::nullopt;
+    }
+    if (const qsizetype query = request.path.indexOf('?'); query >= 0)
+        request.path.truncate(query);
+    while (lineEnd + 2 < head.size()) {
+        const qsizetype start = lineEnd + 2;
+        lineEnd = head.indexOf("\r\n", start);
+        const QByteArrayView field = head.sliced(start, lineEnd - start);
+        const qsizetype colon = field.indexOf(':');
+        if (colon <= 0 || field.front() == ' ' || field.front() == '\t')
+            return std::nullopt;
+        const QByteArrayView name = field.first(colon);
+        const QByteArrayView value = field.sliced(colon + 1).trimmed();
+        if (name.compare("Accept-Encoding", Qt::CaseInsensitive) == 0)
+            request.acceptEncoding = value;
+        else if (name.compare("If-None-Match", Qt::CaseInsensitive) == 0)
+            request.ifNoneMatch = value;
+    }
+    return request;
+}
+
 // Takes no more than the limit of connections at once: beyond it the server stops accepting,
 // and the rest wait in the kernel's listen queue (or are refused by it once that is full)
 // until one closes. Requests whose head grows past the limit are refused before the HTTP
 // server reads them. A flood of either must not harm the poll loop.
+//
+// Most requests come whole in one packet. Those are answered straight on the descriptor, as
+// soon as the packet is there: a socket object, its notifiers and the HTTP server's parser
+// would cost several times what the answer does. Anything else goes to the HTTP server.
 class GuardedTcpServer : public QTcpServer {
 public:
-    using QTcpServer::QTcpServer;
+    explicit GuardedTcpServer(WatchServer &server) : QTcpServer(&server), m_server(server) {}
 
 protected:
     void incomingConnection(qintptr descriptor) override
     {
-        auto *socket = new QTcpSocket(this);
-        socket->setSocketDescriptor(descriptor);
-        if (++m_open == WatchServer::maximumConnections) {
-            // Also ends the accepting under way: it stops once the pending ones reach this.
-            setMaxPendingConnections(0);
-            pauseAccepting();
+        if (++m_acceptedThisTurn == acceptsPerTurn) {
+            // Lets the rest of the loop (other clients, the passes) turn before taking more.
+            holdAccepting();
+            QTimer::singleShot(0, this, [this] {
+                m_acceptedThisTurn = 0;
+                if (m_open < WatchServer::maximumConnections)
+                    goOnAccepting();
+            });
         }
-        connect(socket, &QTcpSocket::disconnected, this, [this] {
-            if (m_open-- == WatchServer::maximumConnections) {
-                setMaxPendingConnections(WatchServer::maximumConnections);
-                resumeAccepting();
+        switch (answerAtOnce(int(descriptor))) {
+        case Arrival::answered:
+            return;
+        case Arrival::nothingYet: {
+            take();
+            auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+            connect(notifier, &QSocketNotifier::activated, this, [this, notifier, descriptor] {
+                notifier->setEnabled(false);
+                notifier->deleteLater();
+                release();
+                if (answerAtOnce(int(descriptor)) != Arrival::answered)
+                    handOver(descriptor);
+            });
+            return;
+        }
+        case Arrival::other:
+            handOver(descriptor);
+            return;
+        }
+    }
+
+private:
+    enum class Arrival { answered, nothingYet, other };
+
+    // Whether the connection was answered (or had ended) at once; when not, nothing of it
+    // was read.
+    Arrival answerAtOnce(int descriptor)
+    {
+        char buffer[4096];
+        const ssize_t peeked = ::recv(descriptor, buffer, sizeof buffer, MSG_PEEK | MSG_DONTWAIT);
+        if (peeked < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
+            return Arrival::nothingYet;
+        if (peeked <= 0) {
+            ::close(descriptor);
+            return Arrival::answered;
+        }
+        // Only a head with nothing after it: what follows one is a body, or a second request.
+        if (!QByteArrayView(buffer, peeked).endsWith("\r\n\r\n"))
+            return Arrival::other;
+        const auto request = simpleRequest(QByteArrayView(buffer, peeked - 2));
+        if (!request)
+            return Arrival::other;
+        const WatchServer::Response answer = m_server.answer(*request);
+        const QByteArrayView bytes =
+            QByteArrayView(answer.bytes)
+                .first(request->method == "HEAD" ? answer.headSize : answer.bytes.size());
+        // Read, so that closing does not reset the connection under the answer.
+        if (::recv(descriptor, buffer, size_t(peeked), MSG_DONTWAIT) == peeked) {
+            ssize_t written =
+                ::send(descriptor, bytes.data(), size_t(bytes.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
+            if (written < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
+                written = 0;
+            if (written >= 0 && written < bytes.size()) {
+                // A large body outgrew the socket's buffer: a socket object writes the rest.
+                QTcpSocket *socket = adopt(descriptor);
+                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+                socket->write(bytes.sliced(written).toByteArray());
+                socket->disconnectFromHost();
+                return Arrival::answered;
             }
-        });
+        }
+        ::close(descriptor);
+        return Arrival::answered;
+    }
+
+    // The connection to the HTTP server, with its head's size watched.
+    void handOver(qintptr descriptor)
+    {
+        QTcpSocket *socket = adopt(descriptor);
         // Connected before the HTTP server's own reader, so it sees the bytes first.
         connect(socket, &QTcpSocket::readyRead, this,
                 [socket, head = qint64(0)]() mutable { guardHead(socket, head); });
         addPendingConnection(socket);
     }
 
-private:
+    QTcpSocket *adopt(qintptr descriptor)
+    {
+        auto *socket = new QTcpSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        take();
+        connect(socket, &QTcpSocket::disconnected, this, &GuardedTcpServer::release);
+        return socket;
+    }
+
+    // A place among the open connections.
+    void take()
+    {
+        if (++m_open == WatchServer::maximumConnections)
+            holdAccepting();
+    }
+
+    void release()
+    {
+        if (m_open-- == WatchServer::maximumConnections && m_acceptedThisTurn < acceptsPerTurn)
+            goOnAccepting();
+    }
+
+    // Also ends the accepting under way: it stops once the pending ones reach the maximum.
+    void holdAccepting()
+    {
+        setMaxPendingConnections(0);
+        pauseAccepting();
+    }
+
+    void goOnAccepting()
+    {
+        setMaxPendingConnections(WatchServer::maximumConnections);
+        resumeAccepting();
+    }
+
     // head: the bytes of the request's head seen so far, or -1 once it was complete.
     static void guardHead(QTcpSocket *socket, qint64 &head)
     {
@@ -185,7 +334,11 @@ private:
             head = -1;
     }
 
+    static constexpr int acceptsPerTurn = 64;
+
+    const WatchServer &m_server;
     int m_open = 0;
+    int m_acceptedThisTurn = 0;
 };
 
 } // namespace
@@ -208,7 +361,7 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
 
 quint16 WatchServer::listen(const QHostAddress &address, quint16 port)
 {
-    auto *tcp = new GuardedTcpServer(this);
+    auto *tcp = new GuardedTcpServer(*this);
     tcp->setListenBacklogSize(256);
     if (!tcp->listen(address, port)) {
         delete tcp;
@@ -240,46 +393,45 @@ WatchServer::Encoded WatchServer::metricsResponse() const
                    prometheusMetrics(m_store, m_statistics), {});
 }
 
-bool WatchServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+WatchServer::Response WatchServer::answer(const Request &request) const
 {
-    const bool head = request.method() == QHttpServerRequest::Method::Head;
-    if (!head && request.method() != QHttpServerRequest::Method::Get) {
-        send(socket, response(Status::MethodNotAllowed, plainText, "only GET and HEAD\n",
-                              {{"Allow", "GET, HEAD"}}));
-        return true;
+    if (request.method != "GET" && request.method != "HEAD") {
+        return response(Status::MethodNotAllowed, plainText, "only GET and HEAD\n",
+                        {{"Allow", "GET, HEAD"}});
     }
-    const bool gzipped = acceptsGzip(request.value("Accept-Encoding"));
-    const auto pick = [gzipped](const Encoded &answer) -> const Response & {
+    const bool gzipped = acceptsGzip(request.acceptEncoding.toByteArray());
+    const auto pick = [gzipped](const Encoded &answer) {
         return gzipped ? answer.gzip : answer.identity;
     };
-    const QString path = request.url().path();
-    if (path == QLatin1StringView("/healthz")) {
-        const bool ready = m_statistics.passes > 0;
-        send(socket,
-             response(ready ? Status::Ok : Status::ServiceUnavailable, plainText,
-                      ready ? "ok\n" : "no pass has finished yet\n"),
-             head);
-    } else if (path == QLatin1StringView("/metrics")) {
-        if (m_statistics.passes > 0)
-            send(socket, pick(m_metrics), head);
-        else
-            send(socket, pick(metricsResponse()), head);
-    } else if (path == QLatin1StringView("/lanternic.json")) {
-        if (m_statistics.passes == 0) {
-            send(socket,
-                 response(Status::ServiceUnavailable, plainText, "no pass has finished yet\n"),
-                 head);
-        } else if (request.value("If-None-Match").contains(m_tag)) {
-            // Either encoding's tag names the same content.
-            send(socket,
-                 response(Status::NotModified, {}, {},
-                          {{"Vary", "Accept-Encoding"}, {"ETag", entityTag(m_tag, gzipped)}}));
-        } else {
-            send(socket, pick(m_relay), head);
-        }
-    } else {
-        send(socket, response(Status::NotFound, plainText, "not found\n"), head);
+    const bool ready = m_statistics.passes > 0;
+    if (request.path == "/healthz") {
+        return response(ready ? Status::Ok : Status::ServiceUnavailable, plainText,
+                        ready ? "ok\n" : "no pass has finished yet\n");
     }
+    if (request.path == "/metrics")
+        return pick(ready ? m_metrics : metricsResponse());
+    if (request.path != "/lanternic.json")
+        return response(Status::NotFound, plainText, "not found\n");
+    if (!ready)
+        return response(Status::ServiceUnavailable, plainText, "no pass has finished yet\n");
+    if (request.ifNoneMatch.contains(m_tag)) {
+        // Either encoding's tag names the same content.
+        return response(Status::NotModified, {}, {},
+                        {{"Vary", "Accept-Encoding"}, {"ETag", entityTag(m_tag, gzipped)}});
+    }
+    return pick(m_relay);
+}
+
+bool WatchServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+{
+    using Method = QHttpServerRequest::Method;
+    const QByteArrayView method = request.method() == Method::Get    ? "GET"
+                                  : request.method() == Method::Head ? "HEAD"
+                                                                     : "";
+    const QByteArray path = request.url().path().toUtf8();
+    const QByteArray acceptEncoding = request.value("Accept-Encoding");
+    const QByteArray ifNoneMatch = request.value("If-None-Match");
+    send(socket, answer({method, path, acceptEncoding, ifNoneMatch}), method == "HEAD");
     return true;
 }
 

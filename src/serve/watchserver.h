@@ -43,6 +43,15 @@ public:
         Response identity;
         Response gzip;
     };
+    // What the answer depends on in a request.
+    struct Request {
+        QByteArrayView method;
+        QByteArrayView path;
+        QByteArrayView acceptEncoding;
+        QByteArrayView ifNoneMatch;
+    };
+    // The whole answer to a request; a HEAD request is sent only its head.
+    Response answer(const Request &request) const;
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;

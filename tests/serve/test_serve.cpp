@@ -9,8 +9,10 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
+#include <sys/socket.h>
 
 using namespace lanternic;
 using namespace Qt::StringLiterals;
@@ -23,15 +25,20 @@ struct Answer {
     QByteArray body;
 };
 
-// One raw request on its own connection; the answer as it came. The server runs on this
-// thread, so the wait keeps the event loop turning.
-Answer ask(quint16 port, const QByteArray &request)
+// One raw request on its own connection, in two pieces when split is given; the answer as it
+// came. The server runs on this thread, so the waits keep the event loop turning.
+Answer ask(quint16 port, const QByteArray &request, qsizetype split = 0)
 {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, port);
     if (!QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::ConnectedState; }, 5000))
         return {};
-    socket.write(request);
+    if (split > 0) {
+        socket.write(request.first(split));
+        socket.flush();
+        QTest::qWait(50);
+    }
+    socket.write(request.sliced(split));
     QByteArray data;
     auto complete = [&] {
         data += socket.readAll();
@@ -148,11 +155,48 @@ private Q_SLOTS:
         QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: " + tag + "\r\n")).status, 304);
     }
 
+    // Requests that come whole are read apart from the HTTP server's parser: both readings
+    // must give one answer.
+    void aRequestInPiecesIsAnsweredAsAWholeOne()
+    {
+        fixture->runPass();
+        const QByteArray tag = ask(port, get("/lanternic.json")).head.split('"').value(1);
+        const struct {
+            QByteArray request;
+            int status;
+        } cases[] = {
+            {get("/metrics", "accept-encoding: gzip\r\n"), 200},
+            {get("/lanternic.json?since=1"), 200},
+            {get("/lanternic.json", "if-none-match:\"" + tag + "\"\r\n"), 304},
+            {"HEAD /healthz HTTP/1.0\r\n\r\n", 200},
+            {get("/healthz/"), 404},
+        };
+        for (const auto &[request, status] : cases) {
+            const Answer whole = ask(port, request);
+            const Answer pieces = ask(port, request, 6);
+            QVERIFY2(whole.status == status, request.constData());
+            QCOMPARE(pieces.head, whole.head);
+            QCOMPARE(pieces.body, whole.body);
+        }
+    }
+
     void metrics()
     {
+        // An exposition larger than its connection's send buffer (which connections take from
+        // the server's listening socket) is written in parts.
+        const int sendBuffer = 16 * 1024;
+        QCOMPARE(::setsockopt(int(server->servers().first()->socketDescriptor()), SOL_SOCKET,
+                              SO_SNDBUF, &sendBuffer, sizeof sendBuffer),
+                 0);
+        QByteArrayList many;
+        for (int i = 0; i < 1000; ++i)
+            many.append(relayComponent(u"c%1"_s.arg(i), u"Component %1"_s.arg(i), u"down"_s));
+        fixture->addSource(u"Large"_s, "operational", "[" + many.join(',') + "]");
         fixture->runPass();
         const Answer answer = ask(port, get("/metrics"));
         QCOMPARE(answer.status, 200);
+        QVERIFY(answer.body.size() > 4 * sendBuffer);
+        QVERIFY(answer.body.endsWith("lanternic_passes_total 1\n"));
         QVERIFY(answer.head.contains("Content-Type: text/plain; version=0.0.4"));
         const QByteArray source = fixture->store.results().first().id.toUtf8();
         for (const QByteArray &line :
@@ -179,7 +223,7 @@ private Q_SLOTS:
         QTest::qWait(300); // the connections above are closed on both sides by now
         // With 100 connections open, the next one waits until one of them closes.
         std::vector<std::unique_ptr<QTcpSocket>> idle;
-        for (int i = 0; i < 100; ++i) {
+        for (int i = 0; i < 3000; ++i) {
             idle.push_back(std::make_unique<QTcpSocket>());
             idle.back()->connectToHost(QHostAddress::LocalHost, port);
         }
