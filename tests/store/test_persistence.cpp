@@ -1,6 +1,7 @@
 #include "store/checkhistory.h"
 #include "store/silencestore.h"
 #include "store/storedjson.h"
+#include "support/fixtures.h"
 
 #include <QJsonDocument>
 #include <QSettings>
@@ -27,12 +28,7 @@ class TestPersistence : public QObject {
     std::unique_ptr<QSettings> defaults;
 
 private Q_SLOTS:
-    void init()
-    {
-        static int run = 0;
-        defaults = std::make_unique<QSettings>(dir.filePath(u"s%1.ini"_s.arg(++run)),
-                                               QSettings::IniFormat);
-    }
+    void init() { defaults = freshSettings(dir); }
 
     void datedSilenceEndsAtItsInstant()
     {
@@ -162,19 +158,6 @@ private Q_SLOTS:
                                     u"github::api"_s, u"github::web"_s}));
         QCOMPARE(store.entries().value(u"github::api"_s), SilenceUntil::resolved());
         QVERIFY(defaults->value(u"Lanternic.silences"_s).toByteArray() != stored);
-    }
-
-    void historyKeepsTheNewestForty()
-    {
-        CheckHistory history;
-        const QDateTime start = at("2026-11-16T17:00:00Z");
-        history.record(u"a"_s, Health::down, start);
-        for (int i = 1; i <= 40; ++i)
-            history.record(u"a"_s, Health::operational, start.addSecs(i));
-        const QList<HealthTick> ticks = history.byId.value(u"a"_s);
-        QCOMPARE(ticks.size(), 40);
-        QCOMPARE(ticks.first().date, start.addSecs(1));
-        QCOMPARE(ticks.last().date, start.addSecs(40));
     }
 
     void historyStoredForm()

@@ -1,5 +1,4 @@
 #include "config/sourceregistry.h"
-#include "platform/sleeptimer.h"
 #include "store/appenvironment.h"
 #include "store/recheck.h"
 #include "support/fakesystemevents.h"
@@ -65,9 +64,7 @@ class TestStore : public QObject {
 private Q_SLOTS:
     void init()
     {
-        static int run = 0;
-        defaults = std::make_unique<QSettings>(dir.filePath(u"s%1.ini"_s.arg(++run)),
-                                               QSettings::IniFormat);
+        defaults = freshSettings(dir);
         server = std::make_unique<LoopbackServer>();
     }
 
@@ -75,14 +72,6 @@ private Q_SLOTS:
     {
         environment.reset();
         server.reset();
-    }
-
-    void placeholdersBeforeTheFirstPass()
-    {
-        makeStore(QString());
-        QCOMPARE(store->results().size(), 7);
-        QCOMPARE(store->results().first().detail, u"Checking\u2026"_s);
-        QVERIFY(!store->lastChecked());
     }
 
     void resultsKeepConfiguredOrder()
@@ -273,33 +262,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(passes.size(), 1, 5'000);
         QCOMPARE(store->results().size(), 1);
         QCOMPARE(store->results().first().health, Health::operational);
-    }
-
-    void sleepTimerFiresOnceAndCanBeStopped()
-    {
-        SleepTimer timer;
-        QSignalSpy fired(&timer, &SleepTimer::timeout);
-        timer.start(std::chrono::milliseconds(30));
-        QVERIFY(timer.isActive());
-        QVERIFY(fired.wait(2000));
-        QVERIFY(!timer.isActive());
-        QTest::qWait(80);
-        QCOMPARE(fired.size(), 1);
-
-        timer.start(std::chrono::milliseconds(30));
-        timer.start(std::chrono::milliseconds(60));
-        timer.stop();
-        QTest::qWait(120);
-        QCOMPARE(fired.size(), 1);
-    }
-
-    void rekeyingUsesTheHostAsWritten()
-    {
-        defaults->setValue(u"Lanternic.sources"_s, u"S=Status.Example.COM"_s);
-        defaults->setValue(u"Lanternic.silences"_s,
-                           QByteArray(R"({"Status.Example.COM-2::api":{"forever":{}}})"));
-        AppEnvironment environment(*defaults, {}, AppEnvironment::LaunchPass::none);
-        QCOMPARE(environment.silence.entries().keys(), QStringList{u"Status.Example.COM::api"_s});
     }
 
     void environmentRekeysAndRunsTheLaunchPass()

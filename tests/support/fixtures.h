@@ -4,7 +4,10 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QSettings>
 #include <QString>
+#include <QTemporaryDir>
+#include <memory>
 
 // Reads a recorded status document from samples/.
 inline QByteArray fixture(const QString &name)
@@ -29,4 +32,12 @@ inline lanternic::network::Session::Options loopback(const QString &host, quint1
     lanternic::network::Session::Options options;
     options.loopbackHosts.insert(host, port);
     return options;
+}
+
+// A settings file of its own in dir, for a test that must not see another's.
+inline std::unique_ptr<QSettings> freshSettings(const QTemporaryDir &dir)
+{
+    static int made = 0;
+    return std::make_unique<QSettings>(dir.filePath(QStringLiteral("s%1.ini").arg(++made)),
+                                       QSettings::IniFormat);
 }
