@@ -159,6 +159,7 @@ private Q_SLOTS:
         Pane view(fixture);
         QVERIFY(view.labels().contains(u"Never updated"_s));
         QCOMPARE(view.rows().size(), 7);
+        QCOMPARE(view.rows().first()->provider().detail, u"Checking\u2026"_s);
         fixture.store.setOffline(true);
         view.settle();
         QVERIFY(view.labels().contains(u"Offline \u00b7 Never updated"_s));
