@@ -23,9 +23,12 @@ sed 's/"degraded"/"down"/' samples/relay-feed.json >"$work/down.json"
 pids+=($!)
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-export DISPLAY=:$((100 + $$ % 400))
-Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+# Xvfb picks a free display itself, so that this never takes one a test run is using.
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
 pids+=($!)
+for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.1; done
+DISPLAY=":$(head -n1 "$work/display")"
+export DISPLAY
 sleep 1
 trayer --edge top --align right --SetDockType true --expand true --widthtype request \
     --height 24 >/dev/null 2>&1 &
@@ -47,10 +50,10 @@ xdotool mousemove 1268 12 click 1
 sleep 1
 import -window root "$work/screen.png"
 convert "$work/screen.png" -crop 460x340+820+0 "$out/tray-panel-open.png"
-# "Settings…" is the next to last row of the panel.
+# "Settings…" is the next to last row of the panel (320 wide, and a one-pixel border).
 read -r x y h < <(for w in $(xdotool search --onlyvisible --name '^Lanternic$'); do
     xwininfo -id "$w" | awk '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
-        /Height/ { h = $NF } /Width: 320/ { wide = 1 } END { if (wide) print x, y, h }'; done)
+        /Height/ { h = $NF } /Width: 322/ { wide = 1 } END { if (wide) print x, y, h }'; done)
 xdotool mousemove $((x + 60)) $((y + h - 38)) click 1
 sleep 1
 import -window root "$work/screen.png"

@@ -28,7 +28,8 @@ start_x() {
     Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
     pids+=($!)
     await test -s "$work/display" || { echo "Xvfb did not start"; return 1; }
-    export DISPLAY=":$(head -n1 "$work/display")"
+    DISPLAY=":$(head -n1 "$work/display")"
+    export DISPLAY
     await xdpyinfo || { echo "Xvfb did not start"; return 1; }
 }
 
@@ -37,7 +38,7 @@ start_tray() {
     trayer --edge top --align right --SetDockType true --expand true --widthtype request \
         --height 24 >"$work/trayer.log" 2>&1 &
     tray_pid=$!
-    pids+=($tray_pid)
+    pids+=("$tray_pid")
     await sh -c 'xwininfo -root -tree | grep -q "(\"panel\" \"trayer\")"' ||
         { echo "trayer did not start"; return 1; }
 }
