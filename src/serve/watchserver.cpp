@@ -213,12 +213,22 @@ protected:
         case Arrival::nothingYet: {
             take();
             auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
-            connect(notifier, &QSocketNotifier::activated, this, [this, notifier, descriptor] {
+            // Whichever comes first, the request or the time-out, ends the waiting.
+            const auto stopWaiting = [this, notifier] {
+                if (!notifier->isEnabled())
+                    return false;
                 notifier->setEnabled(false);
                 notifier->deleteLater();
                 release();
-                if (answerAtOnce(int(descriptor)) != Arrival::answered)
+                return true;
+            };
+            connect(notifier, &QSocketNotifier::activated, this, [this, stopWaiting, descriptor] {
+                if (stopWaiting() && answerAtOnce(int(descriptor)) != Arrival::answered)
                     handOver(descriptor);
+            });
+            QTimer::singleShot(m_server.requestTimeout(), notifier, [stopWaiting, descriptor] {
+                if (stopWaiting())
+                    ::close(int(descriptor));
             });
             return;
         }
@@ -279,6 +289,11 @@ private:
         // Connected before the HTTP server's own reader, so it sees the bytes first.
         connect(socket, &QTcpSocket::readyRead, this,
                 [socket, head = qint64(0)]() mutable { guardHead(socket, head); });
+        // An answered connection is already closing, and finishes writing.
+        QTimer::singleShot(m_server.requestTimeout(), socket, [socket] {
+            if (socket->state() == QAbstractSocket::ConnectedState)
+                socket->abort();
+        });
         addPendingConnection(socket);
     }
 

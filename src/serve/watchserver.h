@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QHostAddress>
+#include <chrono>
 
 namespace lanternic {
 
@@ -17,8 +18,8 @@ void preferLeanEventDispatcher();
 
 // Serves the latest pass over HTTP: /lanternic.json (the relay feed, with ETag and
 // Last-Modified), /metrics (Prometheus) and /healthz (200 once a pass has finished). Only GET
-// and HEAD; requests whose head is over 8 KiB are refused, and no more than 100 connections are
-// taken at once.
+// and HEAD; requests whose head is over 8 KiB are refused, no more than 100 connections are
+// taken at once, and a connection that has not sent its request in time is closed.
 class WatchServer : public QAbstractHttpServer {
     Q_OBJECT
 
@@ -32,6 +33,11 @@ public:
     quint16 listen(const QHostAddress &address, quint16 port);
 
     const PassStatistics &statistics() const { return m_statistics; }
+
+    // How long a connection may take to send its request (10 s unless set), so that idle
+    // connections cannot hold every place.
+    std::chrono::milliseconds requestTimeout() const { return m_requestTimeout; }
+    void setRequestTimeout(std::chrono::milliseconds timeout) { m_requestTimeout = timeout; }
 
     // A whole answer, and where its head ends.
     struct Response {
@@ -65,6 +71,7 @@ private:
     QString m_relayName;
     PassStatistics m_statistics;
     QElapsedTimer m_passClock;
+    std::chrono::milliseconds m_requestTimeout = std::chrono::seconds(10);
     Encoded m_relay; // the feed of the last pass, and its tag
     QByteArray m_tag;
     Encoded m_metrics; // the exposition of the last pass

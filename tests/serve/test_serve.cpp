@@ -236,10 +236,22 @@ private Q_SLOTS:
         idle.clear();
         QByteArray answer;
         QTRY_VERIFY_WITH_TIMEOUT((answer += waiting.readAll()).startsWith("HTTP/1.1 200"), 10'000);
-        // The loop goes on, and so does the server.
+
+        // Nor do connections that send nothing, or half a request, keep their places.
+        server->setRequestTimeout(std::chrono::milliseconds(200));
+        QTcpSocket silent, halfway;
+        for (QTcpSocket *socket : {&silent, &halfway})
+            socket->connectToHost(QHostAddress::LocalHost, port);
+        halfway.write("GET /metrics HTTP/1.1\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(silent.state() == QAbstractSocket::UnconnectedState &&
+                                     halfway.state() == QAbstractSocket::UnconnectedState,
+                                 5000);
+        // The loop goes on, and so does the server. (Editing the sources in the first pass
+        // may have started one more by now.)
+        const qint64 passes = server->statistics().passes;
         fixture->runPass();
         QCOMPARE(ask(port, get("/healthz")).status, 200);
-        QCOMPARE(server->statistics().passes, 2);
+        QVERIFY(server->statistics().passes > passes);
     }
 };
 
