@@ -109,9 +109,9 @@ bool acceptsGzip(const QByteArray &header)
 }
 
 // The whole answer in one write; the socket's buffer shares a large one instead of copying it.
-void send(QTcpSocket *socket, const WatchServer::Response &answer, bool headOnly = false)
+void send(QTcpSocket *socket, const QByteArray &answer)
 {
-    socket->write(headOnly ? answer.bytes.first(answer.headSize) : answer.bytes);
+    socket->write(answer);
     // Written now rather than on the next turn of the loop, so that most answers close at once.
     socket->flush();
     socket->disconnectFromHost();
@@ -210,28 +210,9 @@ protected:
         switch (answerAtOnce(int(descriptor))) {
         case Arrival::answered:
             return;
-        case Arrival::nothingYet: {
-            take();
-            auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
-            // Whichever comes first, the request or the time-out, ends the waiting.
-            const auto stopWaiting = [this, notifier] {
-                if (!notifier->isEnabled())
-                    return false;
-                notifier->setEnabled(false);
-                notifier->deleteLater();
-                release();
-                return true;
-            };
-            connect(notifier, &QSocketNotifier::activated, this, [this, stopWaiting, descriptor] {
-                if (stopWaiting() && answerAtOnce(int(descriptor)) != Arrival::answered)
-                    handOver(descriptor);
-            });
-            QTimer::singleShot(m_server.requestTimeout(), notifier, [stopWaiting, descriptor] {
-                if (stopWaiting())
-                    ::close(int(descriptor));
-            });
+        case Arrival::nothingYet:
+            waitForRequest(descriptor);
             return;
-        }
         case Arrival::other:
             handOver(descriptor);
             return;
@@ -259,10 +240,7 @@ private:
         const auto request = simpleRequest(QByteArrayView(buffer, peeked - 2));
         if (!request)
             return Arrival::other;
-        const WatchServer::Response answer = m_server.answer(*request);
-        const QByteArrayView bytes =
-            QByteArrayView(answer.bytes)
-                .first(request->method == "HEAD" ? answer.headSize : answer.bytes.size());
+        const QByteArray bytes = m_server.answer(*request);
         // Read, so that closing does not reset the connection under the answer.
         if (::recv(descriptor, buffer, size_t(peeked), MSG_DONTWAIT) == peeked) {
             ssize_t written =
@@ -273,13 +251,37 @@ private:
                 // A large body outgrew the socket's buffer: a socket object writes the rest.
                 QTcpSocket *socket = adopt(descriptor);
                 connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-                socket->write(bytes.sliced(written).toByteArray());
+                socket->write(bytes.sliced(written));
                 socket->disconnectFromHost();
                 return Arrival::answered;
             }
         }
         ::close(descriptor);
         return Arrival::answered;
+    }
+
+    // Reads the request once it comes, or closes the connection if it does not come in time.
+    void waitForRequest(qintptr descriptor)
+    {
+        take();
+        auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+        // Whichever comes first, the request or the time-out, ends the waiting.
+        const auto stopWaiting = [this, notifier] {
+            if (!notifier->isEnabled())
+                return false;
+            notifier->setEnabled(false);
+            notifier->deleteLater();
+            release();
+            return true;
+        };
+        connect(notifier, &QSocketNotifier::activated, this, [this, stopWaiting, descriptor] {
+            if (stopWaiting() && answerAtOnce(int(descriptor)) != Arrival::answered)
+                handOver(descriptor);
+        });
+        QTimer::singleShot(m_server.requestTimeout(), notifier, [stopWaiting, descriptor] {
+            if (stopWaiting())
+                ::close(int(descriptor));
+        });
     }
 
     // The connection to the HTTP server, with its head's size watched.
@@ -342,7 +344,8 @@ private:
         head += end < 0 ? available.size() : end;
         if (head > WatchServer::maximumHeadBytes) {
             send(socket, response(Status::RequestHeaderFieldsTooLarge, plainText,
-                                  "request head too large\n"));
+                                  "request head too large\n")
+                             .bytes);
             socket->readAll();
         }
         if (end >= 0)
@@ -408,7 +411,13 @@ WatchServer::Encoded WatchServer::metricsResponse() const
                    prometheusMetrics(m_store, m_statistics), {});
 }
 
-WatchServer::Response WatchServer::answer(const Request &request) const
+QByteArray WatchServer::answer(const Request &request) const
+{
+    const Response whole = route(request);
+    return request.method == "HEAD" ? whole.bytes.first(whole.headSize) : whole.bytes;
+}
+
+WatchServer::Response WatchServer::route(const Request &request) const
 {
     if (request.method != "GET" && request.method != "HEAD") {
         return response(Status::MethodNotAllowed, plainText, "only GET and HEAD\n",
@@ -446,13 +455,13 @@ bool WatchServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *s
     const QByteArray path = request.url().path().toUtf8();
     const QByteArray acceptEncoding = request.value("Accept-Encoding");
     const QByteArray ifNoneMatch = request.value("If-None-Match");
-    send(socket, answer({method, path, acceptEncoding, ifNoneMatch}), method == "HEAD");
+    send(socket, answer({method, path, acceptEncoding, ifNoneMatch}));
     return true;
 }
 
 void WatchServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socket)
 {
-    send(socket, response(Status::NotFound, plainText, "not found\n"));
+    send(socket, response(Status::NotFound, plainText, "not found\n").bytes);
 }
 
 } // namespace lanternic

@@ -56,8 +56,8 @@ public:
         QByteArrayView acceptEncoding;
         QByteArrayView ifNoneMatch;
     };
-    // The whole answer to a request; a HEAD request is sent only its head.
-    Response answer(const Request &request) const;
+    // The bytes that answer a request: the whole response, or its head alone for HEAD.
+    QByteArray answer(const Request &request) const;
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -66,6 +66,7 @@ protected:
 private:
     void passFinished();
     Encoded metricsResponse() const;
+    Response route(const Request &request) const;
 
     LanternicStore &m_store;
     QString m_relayName;
