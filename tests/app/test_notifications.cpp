@@ -72,9 +72,13 @@ class TestNotifications : public QObject {
     std::unique_ptr<ChangeNotifier> changes;
     QStringList fallback;
 
-    void serve(const QByteArray &health, const QByteArray &components)
+    // The feed's git and (when given) API components in these states.
+    void serve(const QString &git, const QString &api = {})
     {
-        fixture->server.route("/feed0.json", {200, relayFeed(health, components), {}});
+        QByteArray components = "[" + relayComponent(u"git"_s, u"Git Operations"_s, git);
+        if (!api.isEmpty())
+            components += "," + relayComponent(u"api"_s, u"API"_s, api);
+        fixture->server.route("/feed0.json", {200, relayFeed("operational", components + "]"), {}});
     }
 
 private Q_SLOTS:
@@ -109,8 +113,7 @@ private Q_SLOTS:
 
     void worseThenBetter()
     {
-        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "," +
-                                 relayComponent(u"api"_s, u"API"_s, u"degraded"_s) + "]");
+        serve(u"down"_s, u"degraded"_s);
         fixture->runPass();
         QTRY_COMPARE(server->calls.size(), 1);
         const auto down = server->calls.first();
@@ -123,8 +126,7 @@ private Q_SLOTS:
                  (QStringList{u"default"_s, u"Open panel"_s, u"open-page"_s, u"Open status page"_s,
                               u"silence-1h"_s, u"Silence for 1 hour"_s}));
 
-        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"operational"_s) +
-                                 "," + relayComponent(u"api"_s, u"API"_s, u"degraded"_s) + "]");
+        serve(u"operational"_s, u"degraded"_s);
         fixture->runPass();
         QTRY_COMPARE(server->calls.size(), 2);
         QCOMPARE(server->calls.last().summary, u"GitHub recovered"_s);
@@ -136,7 +138,7 @@ private Q_SLOTS:
     {
         // What is and is not a change is the notice's business; here, only when to tell.
         fixture->store.setOffline(true);
-        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "]");
+        serve(u"down"_s);
         fixture->runPass();
         QTest::qWait(100);
         QVERIFY(server->calls.isEmpty());
@@ -147,8 +149,7 @@ private Q_SLOTS:
         QCOMPARE(server->calls.first().summary, u"GitHub is down"_s);
 
         fixture->settings.setNotifications(false);
-        serve("operational",
-              "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"operational"_s) + "]");
+        serve(u"operational"_s);
         fixture->runPass();
         QTest::qWait(100);
         QCOMPARE(server->calls.size(), 1);
@@ -158,7 +159,7 @@ private Q_SLOTS:
     {
         QSignalSpy panel(changes.get(), &ChangeNotifier::openPanelRequested);
         QSignalSpy page(changes.get(), &ChangeNotifier::openPageRequested);
-        serve("operational", "[" + relayComponent(u"git"_s, u"Git Operations"_s, u"down"_s) + "]");
+        serve(u"down"_s);
         fixture->runPass();
         QTRY_COMPARE(server->calls.size(), 1);
         const uint id = server->calls.first().id;
@@ -190,7 +191,7 @@ private Q_SLOTS:
             fixture->environment, *notifier,
             [this](const QString &title, const QString &, bool) { fallback.append(title); });
         fixture->runPass();
-        serve("degraded", "[]");
+        fixture->server.route("/feed0.json", {200, relayFeed("degraded"), {}});
         fixture->runPass();
         QCOMPARE(fallback, QStringList{u"GitHub is degraded"_s});
     }
