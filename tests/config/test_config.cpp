@@ -153,8 +153,6 @@ private Q_SLOTS:
                                   << none;
         QTest::newRow("service") << u"/status/amazonaws/services/ec2"_s
                                  << std::optional(u"amazonaws"_s) << std::optional(u"ec2"_s);
-        QTest::newRow("not services")
-            << u"/status/amazonaws/regions/eu"_s << std::optional(u"amazonaws"_s) << none;
         QTest::newRow("other page") << u"/about/amazonaws"_s << none << none;
     }
 
