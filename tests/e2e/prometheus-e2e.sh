@@ -27,6 +27,9 @@ pids+=($!)
 await curl -sf "http://127.0.0.1:$watcher/healthz" || fail "the watcher did not finish a pass"
 curl -sf "http://127.0.0.1:$watcher/metrics" >"$work/metrics.txt"
 promtool check metrics <"$work/metrics.txt" || fail "promtool rejected the exposition"
+curl -sf --compressed "http://127.0.0.1:$watcher/lanternic.json" |
+    python3 -c 'import json, sys; assert json.load(sys.stdin)["schema"] == "lanternic.v1"' ||
+    fail "the gzip-compressed relay feed does not decode"
 
 cat >"$work/prometheus.yml" <<CONFIG
 global:

@@ -7,8 +7,6 @@
 #include "support/fixtures.h"
 #include "support/storefixture.h"
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
@@ -142,17 +140,10 @@ private Q_SLOTS:
             }
         }
 
-        // A client that decodes gzip (Qt's asks for it by itself) reads the same feed, and the
-        // tag it was given makes a conditional request.
-        const Answer plain = ask(port, get("/lanternic.json"));
-        QNetworkAccessManager manager;
-        QNetworkRequest request(QUrl(u"http://127.0.0.1:%1/lanternic.json"_s.arg(port)));
-        request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                             QNetworkRequest::AlwaysNetwork);
-        std::unique_ptr<QNetworkReply> reply(manager.get(request));
-        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 5000);
-        QCOMPARE(reply->readAll(), plain.body);
-        const QByteArray tag = reply->rawHeader("ETag");
+        // The compressed feed (which the end-to-end test decodes with curl) has a tag of its own
+        // that makes a conditional request.
+        const Answer gzipped = ask(port, get("/lanternic.json", "Accept-Encoding: gzip\r\n"));
+        const QByteArray tag = gzipped.head.mid(gzipped.head.indexOf("ETag: ") + 6).split('\r')[0];
         QVERIFY(tag.endsWith("-gzip\""));
         QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: " + tag + "\r\n")).status, 304);
     }

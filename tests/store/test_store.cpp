@@ -5,6 +5,7 @@
 #include "support/fakesystemevents.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
+#include "support/storefixture.h"
 
 #include <QSettings>
 #include <QSignalSpy>
@@ -132,13 +133,15 @@ private Q_SLOTS:
 
     void historyAndSilencesFollowPasses()
     {
-        server->route(
-            "/a",
-            {200,
-             relayFeed(
-                 "down",
-                 R"([{"id":"db","name":"DB","status":"down"},{"id":"web","name":"Web","status":"degraded"}])"),
-             {}});
+        auto serveA = [&](const QString &db) {
+            server->route(
+                "/a",
+                {200,
+                 relayFeed("down", "[" + relayComponent(u"db"_s, u"DB"_s, db) + "," +
+                                       relayComponent(u"web"_s, u"Web"_s, u"degraded"_s) + "]"),
+                 {}});
+        };
+        serveA(u"down"_s);
         server->route("/b", {200, relayFeed("degraded"), {}});
         makeStore(line(u"A"_s, "/a?") + u'\n' + line(u"B"_s, "/b?"));
         const QString a = u"127.0.0.1:%1/a"_s.arg(server->port());
@@ -157,13 +160,7 @@ private Q_SLOTS:
 
         // Two hours on, the dated silence no longer counts and goes at the end of the pass.
         clock = clock.addSecs(7200);
-        server->route(
-            "/a",
-            {200,
-             relayFeed(
-                 "down",
-                 R"([{"id":"db","name":"DB","status":"operational"},{"id":"web","name":"Web","status":"degraded"}])"),
-             {}});
+        serveA(u"operational"_s);
         server->route("/b", {200, relayFeed("operational"), {}});
         pass();
         QVERIFY(silence->entries().isEmpty());
