@@ -105,12 +105,13 @@ private Q_SLOTS:
         QSettings(file, QSettings::IniFormat)
             .setValue(u"Lanternic.silences"_s,
                       u"{\"%1::signing\":{\"forever\":{}}}"_s.arg(down).toUtf8());
-        const Run r = run({u"--settings"_s, file, u"--source"_s, line(u"Zeta"_s, "/ok?"),
+        const Run r = run({u"--settings"_s, file, u"--source"_s, line(u"apex"_s, "/ok?"),
                            u"--source"_s, line(u"alpha"_s, "/down?")});
         QCOMPARE(r.exitCode, 2);
         const QStringList lines = QString::fromUtf8(r.out).split(u'\n');
-        QCOMPARE(lines.value(0), u"\u2717 Build farm  CI runners \u2014 down"_s);
-        QCOMPARE(lines.value(1), u"\u2713 Zeta        Operational"_s);
+        // By name, whatever its case.
+        QCOMPARE(lines.value(0), u"\u2713 apex        Operational"_s);
+        QCOMPARE(lines.value(1), u"\u2717 Build farm  CI runners \u2014 down"_s);
         QCOMPARE(lines.value(2), u"1 down"_s);
         QCOMPARE(lines.value(4), u"Silenced:"_s);
         QCOMPARE(lines.value(5), u"  Build farm \u00b7 Code signing (forever)"_s);

@@ -99,6 +99,9 @@ private Q_SLOTS:
                                          result(u"d"_s, Health::degraded)}
                                 << QStringList{} << Health::down
                                 << u"2 down, 1 degraded, 1 unknown"_s;
+        QTest::newRow("degraded beats unknown")
+            << QList{result(u"a"_s, Health::unknown), result(u"b"_s, Health::degraded)}
+            << QStringList{} << Health::degraded << u"1 degraded, 1 unknown"_s;
         QTest::newRow("unknown only") << QList{result(u"a"_s, Health::unknown)} << QStringList{}
                                       << Health::unknown << u"1 unknown"_s;
     }
