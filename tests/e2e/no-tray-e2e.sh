@@ -10,12 +10,6 @@ app=${1:?usage: no-tray-e2e.sh PATH-TO-LANTERNIC}
 source "$(dirname "$0")/lib.sh"
 need Xvfb trayer xdotool xwininfo xdpyinfo xprop
 /usr/bin/python3 -c 'import Xlib' 2>/dev/null || { echo "skipped: python3-xlib is not installed"; exit 77; }
-fail() {
-    echo "FAILED: $*"
-    xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
-    sed 's/^/app: /' "$work"/app*.log || true
-    exit 1
-}
 
 # No session bus either, so that no StatusNotifierItem watcher can count as a tray.
 run_app() {

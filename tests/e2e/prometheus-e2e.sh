@@ -8,11 +8,7 @@ samples=${2:?usage: prometheus-e2e.sh PATH-TO-LANTERNIC-SERVE SAMPLES-DIR}
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
 need prometheus promtool python3 curl
-fail() {
-    echo "FAILED: $*"
-    for log in "$work"/*.log; do sed "s|^|$(basename "$log"): |" "$log" | tail -20; done
-    exit 1
-}
+fail_logs='*.log'
 
 base=$((20000 + $$ % 20000))
 feeds=$base watcher=$((base + 1)) prom=$((base + 2))

@@ -13,11 +13,6 @@ source "$here/lib.sh"
 need Xvfb xdotool xwininfo xdpyinfo
 /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null ||
     { echo "skipped: python3-dbus or python3-gi is not installed"; exit 77; }
-fail() {
-    echo "FAILED: $*"
-    sed 's/^/app: /' "$work"/app*.log || true
-    exit 1
-}
 
 start_x || fail "no X session"
 

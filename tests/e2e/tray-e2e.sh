@@ -8,12 +8,6 @@ app=${1:?usage: tray-e2e.sh PATH-TO-LANTERNIC}
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
 need Xvfb trayer xcompmgr xdotool xwininfo xdpyinfo dbus-run-session
-fail() {
-    echo "FAILED: $*"
-    xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
-    sed 's/^/app: /' "$work/app.log" || true
-    exit 1
-}
 
 start_x_with_tray || fail "no X session with a tray"
 write_offline_settings

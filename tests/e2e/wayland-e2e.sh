@@ -14,11 +14,7 @@ plugin=$(find /usr/lib/*/qt6/plugins/platforms -name 'libqwayland-generic.so' 2>
 [ -n "$plugin" ] || { echo "skipped: Qt's Wayland platform plugin (qt6-wayland) is not installed"; exit 77; }
 /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null ||
     { echo "skipped: python3-dbus or python3-gi is not installed"; exit 77; }
-fail() {
-    echo "FAILED: $*"
-    grep -hE 'lanternic:|get_toplevel|get_popup|set_title|min_size' "$work"/app*.log | sed 's/^/app: /' || true
-    exit 1
-}
+fail_lines='lanternic:|get_toplevel|get_popup|set_title|min_size'
 
 unset DISPLAY
 export XDG_RUNTIME_DIR="$work/run" WAYLAND_DISPLAY=lanternic-e2e QT_QPA_PLATFORM=wayland
