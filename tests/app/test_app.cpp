@@ -1,5 +1,4 @@
 #include "app/appdelegate.h"
-#include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/singleinstance.h"
 #include "app/trayicon.h"
@@ -71,6 +70,16 @@ class TestApp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void placementKeepsToTheIconsScreen()
+    {
+        const QSize panel(320, 400);
+        QCOMPARE(PanelWindow::placement({1990, 20}, panel, QRect(1920, 0, 1280, 800)),
+                 QPoint(1924, 20));
+        // Wider than the space: the right-hand limit wins.
+        QCOMPARE(PanelWindow::placement({150, 20}, panel, QRect(0, 0, 300, 500)), QPoint(-24, 20));
+        QCOMPARE(PanelWindow::placement({100, 20}, panel, std::nullopt), QPoint(-60, 20));
+    }
+
     void settingsBindings()
     {
         StoreFixture fixture;
