@@ -1,4 +1,5 @@
 #include "app/appdelegate.h"
+#include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/singleinstance.h"
 #include "app/trayicon.h"
@@ -70,7 +71,7 @@ class TestApp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void placementKeepsToTheIconsScreen()
+    void windowsKeepToTheirScreen()
     {
         const QSize panel(320, 400);
         QCOMPARE(PanelWindow::placement({1990, 20}, panel, QRect(1920, 0, 1280, 800)),
@@ -78,6 +79,9 @@ private Q_SLOTS:
         // Wider than the space: the right-hand limit wins.
         QCOMPARE(PanelWindow::placement({150, 20}, panel, QRect(0, 0, 300, 500)), QPoint(-24, 20));
         QCOMPARE(PanelWindow::placement({100, 20}, panel, std::nullopt), QPoint(-60, 20));
+        // The settings window on 1280 × 800 at scale 2, less a 24-pixel top bar, frame included.
+        QCOMPARE(EscapeClosingWindow::centredFit({640, 460}, {0, 12, 640, 388}, {8, 40, 8, 8}),
+                 QRect(8, 52, 624, 340));
     }
 
     void settingsBindings()
