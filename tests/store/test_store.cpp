@@ -38,7 +38,8 @@ class TestStore : public QObject {
         defaults->setValue(u"Lanternic.sources"_s, sourcesText);
         // The hosts of the probe tests live on the loopback server.
         network::Session::Options options;
-        for (const QString &host : {u"status.example.com"_s, u"other.example"_s, u"gone.example"_s})
+        for (const QString &host :
+             {u"status.example.com"_s, u"other.example"_s, u"gone.example"_s, u"dropped.example"_s})
             options.loopbackHosts.insert(host, server->port());
         environment =
             std::make_unique<AppEnvironment>(*defaults, options, AppEnvironment::LaunchPass::none);
@@ -113,7 +114,10 @@ private Q_SLOTS:
         server->route("/proxy/status.example.com", {200, fixture(u"incidentio-widget.json"_s), {}});
         server->route("/proxy/Other.Example", {404, {}, {}});
         server->route("/api/v2/summary.json", {200, fixture(u"statuspage-summary.json"_s), {}});
-        makeStore(u"A=status.example.com\nB=Other.Example\nC=gone.example:1"_s);
+        LoopbackServer::Response dropped{200, "{}", {}};
+        dropped.reset = true;
+        server->route("/proxy/dropped.example", dropped);
+        makeStore(u"A=status.example.com\nB=Other.Example\nC=gone.example:1\nD=dropped.example"_s);
         pass();
         // The widget host is read through its widget, the other as a summary.
         QCOMPARE(store->results()[0].detail, u"Elevated error rates for image generation"_s);
@@ -121,6 +125,7 @@ private Q_SLOTS:
         QCOMPARE(kinds->cache().value(u"status.example.com"_s), SourceKind::incidentio);
         QCOMPARE(kinds->cache().value(u"other.example"_s), SourceKind::atlassian);
         QVERIFY(kinds->cache().contains(u"gone.example:1"_s));
+        QVERIFY(!kinds->cache().contains(u"dropped.example"_s));
 
         const qsizetype requests = server->requests().size();
         pass();
@@ -128,6 +133,7 @@ private Q_SLOTS:
         QVERIFY2(std::none_of(second.begin(), second.end(),
                               [](const QByteArray &r) { return r.startsWith("/proxy/Other"); }),
                  "a cached host is not probed again");
+        QCOMPARE(second.count("/proxy/dropped.example"), 1);
         QCOMPARE(SourceKindStore(*defaults).cache().size(), 3);
     }
 
