@@ -98,12 +98,17 @@ private Q_SLOTS:
         QTest::newRow("include one group, snake and camel keys")
             << including({u"Sites"_s}) << grouped
             << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational)"_s;
+        QTest::newRow("empty include set keeps nothing")
+            << including({}) << grouped << u"operational | All Systems Operational | "_s;
         QTest::newRow("component without status")
             << source()
             << QByteArray(R"({"status":{"indicator":"none"},"components":[{"id":"a","name":"A"}]})")
             << unrecognized;
 
         // incident.io widget documents.
+        QTest::newRow("widget, inner object decides the shape")
+            << source() << QByteArray(R"({"summary":{"foo":1},"ongoing_incidents":[]})")
+            << unrecognized;
         QTest::newRow("widget, subpages only") << source() << QByteArray(R"({"subpages":[]})")
                                                << u"operational | All Systems Operational | "_s;
         QTest::newRow("widget, incident without components")
@@ -251,6 +256,10 @@ private Q_SLOTS:
             << QByteArray("{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"https://"
                           "www.githubstatus.com\"}}")
             << u"https://www.githubstatus.com"_s;
+        QTest::newRow("summary page url that does not parse")
+            << QByteArray(
+                   "{\"status\":{\"indicator\":\"none\"},\"page\":{\"url\":\"http://exa mple\"}}")
+            << u"https://home.example"_s;
         QTest::newRow("widget public url")
             << QByteArray(
                    "{\"summary\":{\"public_url\":\"https://status.openai.com\",\"structure\":{}}}")

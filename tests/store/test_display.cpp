@@ -133,6 +133,26 @@ private Q_SLOTS:
         QCOMPARE(DisplaySummary::issueCount(rows, Health::unknown, *silence, now), 0);
     }
 
+    void silencedItems()
+    {
+        silence->silence(u"beta"_s, SilenceDuration::forever, now);
+        silence->silence(u"beta::x"_s, SilenceDuration::forever, now);
+        silence->silence(u"Alpha"_s, SilenceDuration::untilResolved, now);
+        silence->silence(u"alpha::api"_s, SilenceDuration::oneDay, now);
+        silence->silence(u"alpha::old"_s, SilenceDuration::twoHours, now.addDays(-1));
+        silence->silence(u"removed"_s, SilenceDuration::forever, now);
+        SourceResult alpha = result(u"alpha"_s, Health::degraded,
+                                    {component(u"alpha"_s, u"api"_s, Health::degraded),
+                                     component(u"alpha"_s, u"old"_s, Health::degraded)});
+        const QList<SourceResult> results{
+            result(u"beta"_s, Health::down, {component(u"beta"_s, u"x"_s, Health::down)}), alpha,
+            result(u"Alpha"_s, Health::down)};
+        QStringList titles;
+        for (const SilencedItem &item : DisplaySummary::silencedItems(results, *silence, now))
+            titles.append(item.title);
+        QCOMPARE(titles, (QStringList{u"Alpha"_s, u"alpha \u00b7 API"_s, u"beta"_s}));
+    }
+
     void changeNotices_data()
     {
         QTest::addColumn<QList<SourceResult>>("before");
