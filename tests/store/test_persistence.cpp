@@ -49,8 +49,11 @@ private Q_SLOTS:
         const QDateTime now = at("2026-11-16T17:00:00Z");
         store.silence(u"a"_s, SilenceDuration::untilResolved, now);
         QCOMPARE(SilenceStore(*defaults).entries().value(u"a"_s), SilenceUntil::resolved());
+        store.silence(u"a"_s, SilenceDuration::oneDay, now);
+        QCOMPARE(SilenceStore(*defaults).entries().value(u"a"_s),
+                 SilenceUntil::until(now.addSecs(86400)));
         store.unsilence(u"a"_s);
-        QCOMPARE(changed.size(), 2);
+        QCOMPARE(changed.size(), 3);
         QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), QByteArray("{}"));
     }
 

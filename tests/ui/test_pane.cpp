@@ -197,6 +197,13 @@ private Q_SLOTS:
         QCOMPARE(menu.operational.size(), 200);
         QCOMPARE(menu.operational.first().id, u"s::api"_s);
         QCOMPARE(menu.othersText(), u"\u2026 (and 31 others)"_s);
+        // Affected components come first and count towards the 200 too.
+        components.append(
+            QList<ComponentStatus>(250, {u"s::x"_s, u"X"_s, Health::down, u"down"_s}));
+        menu =
+            PaneText::silenceMenu(providerWith(components), [](const QString &) { return false; });
+        QCOMPARE(menu.affected.size(), 200);
+        QCOMPARE(menu.othersCount, 281);
     }
 
     void rowMenusShowFeedTextAsIs()
