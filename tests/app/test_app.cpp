@@ -1,18 +1,14 @@
-#include "app/appdelegate.h"
 #include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
 #include "app/singleinstance.h"
-#include "app/trayicon.h"
 #include "app/updatechecker.h"
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "platform/xdgautostart.h"
 #include "sources/network.h"
-#include "store/appenvironment.h"
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
 #include "ui/settingsview.h"
-#include "ui/theme.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -21,7 +17,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QSystemTrayIcon>
 #include <QTest>
 
 using namespace lanternic;

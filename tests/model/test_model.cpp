@@ -1,5 +1,5 @@
 #include "model/feedtext.h"
-#include "model/sourceresult.h"
+#include "model/health.h"
 
 #include <QTest>
 
