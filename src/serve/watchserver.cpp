@@ -89,18 +89,28 @@ QByteArray gzip(const QByteArray &data)
     return out;
 }
 
-// Whether an Accept-Encoding header takes gzip: the first of "gzip", "x-gzip" and "*" it lists
-// decides, unless its weight is zero.
-bool acceptsGzip(const QByteArray &header)
+// The next piece of rest up to separator, trimmed; rest keeps what follows it.
+QByteArrayView nextPiece(QByteArrayView &rest, char separator)
 {
-    for (const QByteArray &item : header.split(',')) {
-        const QList<QByteArray> parts = item.split(';');
-        const QByteArray coding = parts.first().trimmed().toLower();
-        if (coding != "gzip" && coding != "x-gzip" && coding != "*")
+    const qsizetype end = rest.indexOf(separator);
+    const QByteArrayView piece = end < 0 ? rest : rest.first(end);
+    rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+    return piece.trimmed();
+}
+
+// Whether an Accept-Encoding header takes gzip: the first of "gzip", "x-gzip" and "*" it lists
+// decides, unless its weight is zero. Read in place, as it is for every request.
+bool acceptsGzip(QByteArrayView header)
+{
+    while (!header.isEmpty()) {
+        QByteArrayView parameters = nextPiece(header, ',');
+        const QByteArrayView coding = nextPiece(parameters, ';');
+        if (coding.compare("gzip", Qt::CaseInsensitive) != 0 &&
+            coding.compare("x-gzip", Qt::CaseInsensitive) != 0 && coding != "*")
             continue;
-        for (const QByteArray &parameter : parts.mid(1)) {
-            const QByteArray weight = parameter.trimmed();
-            if (weight.startsWith("q=") && weight.mid(2).toDouble() == 0)
+        while (!parameters.isEmpty()) {
+            const QByteArrayView weight = nextPiece(parameters, ';');
+            if (weight.startsWith("q=") && weight.sliced(2).toDouble() == 0)
                 return false;
         }
         return true;
@@ -423,7 +433,7 @@ WatchServer::Response WatchServer::route(const Request &request) const
         return response(Status::MethodNotAllowed, plainText, "only GET and HEAD\n",
                         {{"Allow", "GET, HEAD"}});
     }
-    const bool gzipped = acceptsGzip(request.acceptEncoding.toByteArray());
+    const bool gzipped = acceptsGzip(request.acceptEncoding);
     const auto pick = [gzipped](const Encoded &answer) {
         return gzipped ? answer.gzip : answer.identity;
     };
