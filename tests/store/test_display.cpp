@@ -215,35 +215,27 @@ private Q_SLOTS:
             std::nullopt);
     }
 
-    void lastCheckTexts_data()
+    // The last check seconds ago, and a silence's time left, as the panel words them.
+    void timeTexts_data()
     {
-        QTest::addColumn<qint64>("msAgo");
+        QTest::addColumn<qint64>("seconds");
         QTest::addColumn<QString>("text");
-        QTest::newRow("future") << qint64(-5000) << u"Updated just now"_s;
-        QTest::newRow("59:59") << qint64(3599000) << u"Updated 59m ago"_s;
-        QTest::newRow("24 h") << qint64(86400000) << u"Updated 1d ago"_s;
-    }
-
-    void lastCheckTexts()
-    {
-        QFETCH(qint64, msAgo);
-        QTEST(DisplayText::lastCheckText(now.addMSecs(-msAgo), now), "text");
-    }
-
-    void timeLeftTexts_data()
-    {
-        QTest::addColumn<qint64>("secondsLeft");
-        QTest::addColumn<QString>("text");
+        QTest::newRow("future") << qint64(-5) << u"Updated just now"_s;
+        QTest::newRow("59:59") << qint64(3599) << u"Updated 59m ago"_s;
+        QTest::newRow("24 h") << qint64(86400) << u"Updated 1d ago"_s;
         QTest::newRow("59 s") << qint64(59) << u"0m left"_s;
         QTest::newRow("2 d 5 h 10 m") << qint64(2 * 86400 + 5 * 3600 + 600) << u"2d 5h left"_s;
         QTest::newRow("passed") << qint64(-300) << u"0m left"_s;
     }
 
-    void timeLeftTexts()
+    void timeTexts()
     {
-        QFETCH(qint64, secondsLeft);
-        QTEST(DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(secondsLeft)), now),
-              "text");
+        QFETCH(qint64, seconds);
+        QFETCH(QString, text);
+        QCOMPARE(text.endsWith(u"left"_s)
+                     ? DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(seconds)), now)
+                     : DisplayText::lastCheckText(now.addSecs(-seconds), now),
+                 text);
     }
 };
 
