@@ -217,10 +217,13 @@ private Q_SLOTS:
         QCOMPARE(r.json()[u"detail"_s], u"Git Operations \u2014 degraded"_s);
         QCOMPARE(r.json()[u"url"_s], u"https://www.githubstatus.com"_s);
 
-        r = run({u"fetch"_s, server.url("/nothing-here").toString()});
+        // An error status outweighs a readable body.
+        server.route("/broken", {500, fixture(u"statuspage-summary.json"_s), {}});
+        r = run({u"fetch"_s, server.url("/broken").toString()});
         QCOMPARE(r.exitCode, 3);
         QCOMPARE(r.json()[u"detail"_s], u"Could not reach status page"_s);
-        QCOMPARE(r.json()[u"url"_s], server.url("/nothing-here").toString());
+        QCOMPARE(r.json()[u"error"_s], u"Bad server response (HTTP 500)"_s);
+        QCOMPARE(r.json()[u"url"_s], server.url("/broken").toString());
     }
 };
 

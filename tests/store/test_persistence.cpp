@@ -1,3 +1,4 @@
+#include "sources/sourcekindstore.h"
 #include "store/checkhistory.h"
 #include "store/silencestore.h"
 #include "store/storedjson.h"
@@ -202,6 +203,32 @@ private Q_SLOTS:
         loaded.record(u"a"_s, Health::operational, at("2026-11-17T00:00:00Z"));
         QCOMPARE(loaded.byId.value(u"a"_s).size(), 40);
         QCOMPARE(loaded.byId.value(u"a"_s).first().date, at("2026-11-16T17:00:06Z"));
+    }
+
+    void kindCache_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<int>("entries");
+        QTest::newRow("unknown kinds dropped")
+            << QVariant(
+                   QVariantMap{{u"a.example"_s, u"incidentio"_s}, {u"b.example"_s, u"other"_s}})
+            << 1;
+        QTest::newRow("a number spoils the whole map")
+            << QVariant(QVariantMap{{u"a.example"_s, u"incidentio"_s}, {u"b.example"_s, 3}}) << 0;
+        QTest::newRow("not a map") << QVariant(42) << 0;
+    }
+
+    void kindCache()
+    {
+        QFETCH(QVariant, stored);
+        defaults->setValue(u"Lanternic.sourceKinds"_s, stored);
+        SourceKindStore store(*defaults);
+        QTEST(int(store.cache().size()), "entries");
+        // Recording writes the whole cache through, by host in lower case.
+        store.record(u"Status.Example.COM"_s, SourceKind::incidentio);
+        QCOMPARE(SourceKindStore(*defaults).cache().value(u"status.example.com"_s),
+                 SourceKind::incidentio);
+        QCOMPARE(defaults->value(u"Lanternic.sourceKinds"_s).toMap().size(), store.cache().size());
     }
 };
 

@@ -112,7 +112,8 @@ private Q_SLOTS:
     void newHostsAreProbedOnceBeforeSourcesAreBuilt()
     {
         server->route("/proxy/status.example.com", {200, fixture(u"incidentio-widget.json"_s), {}});
-        server->route("/proxy/Other.Example", {404, {}, {}});
+        // Shaped like a widget, but only a 200 answer makes one.
+        server->route("/proxy/Other.Example", {203, R"({"subpages":[]})", {}});
         server->route("/api/v2/summary.json", {200, fixture(u"statuspage-summary.json"_s), {}});
         LoopbackServer::Response dropped{200, "{}", {}};
         dropped.reset = true;
@@ -126,6 +127,7 @@ private Q_SLOTS:
         QCOMPARE(kinds->cache().value(u"other.example"_s), SourceKind::atlassian);
         QVERIFY(kinds->cache().contains(u"gone.example:1"_s));
         QVERIFY(!kinds->cache().contains(u"dropped.example"_s));
+        QVERIFY(server->requests().contains("/proxy/Other.Example"));
 
         const qsizetype requests = server->requests().size();
         pass();
