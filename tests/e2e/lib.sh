@@ -3,6 +3,8 @@
 # a real tray host.
 
 work=$(mktemp -d)
+# The app's runtime folder, private as XDG wants it.
+mkdir -m 700 "$work/run"
 pids=()
 cleanup() {
     for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
@@ -59,6 +61,19 @@ start_x_with_tray() { start_x && start_tray; }
 # Our icon's line in the window tree: a window of ours inside trayer's panel, whose last field
 # is its absolute position.
 icon_line() { xwininfo -root -tree | grep -A8 '("panel" "trayer")' | grep '"Lanternic": ("lanternic"'; }
+
+# The visible window titled Lanternic that is $1 pixels wide: "id x y", its absolute position.
+lanternic_window() {
+    local window info
+    for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
+        info=$(xwininfo -id "$window") && grep -q "Width: $1\$" <<<"$info" || continue
+        awk -v id="$window" '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
+                             END { print id, x, y }' <<<"$info"
+        return 0
+    done
+    return 1
+}
+no_lanternic_window() { ! lanternic_window "$1" >/dev/null; }
 
 # Our StatusNotifierItem watcher and host (sni-host.py) on the session bus; event reads the
 # next line it prints, host_says sends it a command.

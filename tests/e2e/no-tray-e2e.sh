@@ -16,14 +16,11 @@ run_app() {
     exec env -u DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME="$work/config" \
         XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app$1.log" 2>&1
 }
-# The visible window of ours that is the panel as a window (320 wide, a normal window).
+# The panel as a window: 320 wide, and a normal window.
 pane_window() {
-    for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
-        xwininfo -id "$window" | grep -q 'Width: 320' &&
-            xprop -id "$window" _NET_WM_WINDOW_TYPE | grep -q _NET_WM_WINDOW_TYPE_NORMAL &&
-            { echo "$window"; return 0; }
-    done
-    return 1
+    local id _
+    read -r id _ < <(lanternic_window 320) &&
+        xprop -id "$id" _NET_WM_WINDOW_TYPE | grep -q _NET_WM_WINDOW_TYPE_NORMAL && echo "$id"
 }
 # What a window manager's close button does: a WM_DELETE_WINDOW message to the window.
 close_window() {
@@ -42,8 +39,6 @@ PY
 
 start_x || fail "no X session"
 write_offline_settings
-mkdir -p "$work/run"
-chmod 700 "$work/run"
 
 run_app 1 &
 app_pid=$!
@@ -55,17 +50,14 @@ echo "without a tray the panel opened as a window, and stderr said so"
 
 window=$(pane_window)
 xdotool windowunmap "$window"
-await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | grep -q .' ||
-    fail "the window could not be hidden"
+await no_lanternic_window 320 || fail "the window could not be hidden"
 (run_app 2) || fail "a second start failed"
 await pane_window || fail "a second start did not show the window"
 echo "a second start showed the window"
 
 start_tray || fail "no tray"
 await icon_line || fail "the icon did not dock when a tray started"
-await sh -c '! xdotool search --onlyvisible --name "^Lanternic$" | while read -r w; do
-    xwininfo -id "$w" | grep -q "Width: 320" && echo open; done | grep -q open' ||
-    fail "the window stayed open after the icon docked"
+await no_lanternic_window 320 || fail "the window stayed open after the icon docked"
 kill -0 "$app_pid" || fail "Lanternic quit when the tray appeared"
 echo "a tray that started later took over from the window"
 

@@ -17,8 +17,7 @@ need Xvfb xdotool xwininfo xdpyinfo
 start_x || fail "no X session"
 
 port=$((20000 + $$ % 20000))
-mkdir -p "$work/feeds" "$work/config/Lanternic" "$work/run"
-chmod 700 "$work/run"
+mkdir -p "$work/feeds" "$work/config/Lanternic"
 (cd "$work/feeds" && exec /usr/bin/python3 -m http.server "$port" --bind 127.0.0.1 >/dev/null 2>&1) &
 pids+=($!)
 printf '[General]\nLanternic.sources=Build farm=http://127.0.0.1:%s/feed.json\n' "$port" \
@@ -77,16 +76,8 @@ run degraded "1 degraded"
 xdotool mousemove 600 30
 host_says activate 600 30
 [ "$(field "$(event)" event)" = activated ] || fail "Activate failed"
-panel_geometry() {
-    for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
-        xwininfo -id "$window" | awk '/Absolute upper-left X/ { x = $NF }
-            /Absolute upper-left Y/ { y = $NF } /Width: 322/ { panel = 1 }
-            END { if (panel) print x, y }' | grep . && return 0
-    done
-    return 1
-}
-await panel_geometry || fail "Activate did not open the panel"
-read -r panel_x panel_y < <(panel_geometry)
+await lanternic_window 322 || fail "Activate did not open the panel"
+read -r _ panel_x panel_y < <(lanternic_window 322)
 echo "Activate(600, 30) opened the panel at $panel_x,$panel_y"
 [ "$panel_x" -eq $((600 - 161)) ] && [ "$panel_y" -eq 34 ] ||
     fail "the panel is not centred under the point"

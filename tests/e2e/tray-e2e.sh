@@ -17,8 +17,6 @@ need Xvfb trayer xcompmgr xdotool xwininfo xdpyinfo
 
 start_x_with_tray || fail "no X session with a tray"
 write_offline_settings
-mkdir -p "$work/run"
-chmod 700 "$work/run"
 XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app.log" 2>&1 &
 pids+=($!)
 
@@ -34,18 +32,6 @@ echo "icon docked at ${icon_x},${icon_y} (${icon_w}x${icon_h})"
 
 # The panel's window: with no compositing manager, the 320-pixel column and a one-pixel
 # border; with one, the column with a shadow of 14 pixels around it (10 above, 18 below).
-window_geometry() {
-    for window in $(xdotool search --onlyvisible --name '^Lanternic$' 2>/dev/null); do
-        local info
-        info=$(xwininfo -id "$window")
-        if grep -q "Width: $1" <<<"$info"; then
-            awk '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
-                 END { print x, y }' <<<"$info"
-            return 0
-        fi
-    done
-    return 1
-}
 
 # Opens the panel with a click on the icon, checks that the panel proper (window less shadow)
 # hangs centred under the icon, and closes it with a second click.
@@ -54,8 +40,8 @@ click_open_and_close() {
     # A click within 250 ms of the panel closing is the one that closed it, and is ignored.
     sleep 0.3
     xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
-    await window_geometry "$window_w" || fail "$what: a click on the icon did not open the panel"
-    read -r window_x window_y < <(window_geometry "$window_w")
+    await lanternic_window "$window_w" || fail "$what: a click on the icon did not open the panel"
+    read -r _ window_x window_y < <(lanternic_window "$window_w")
     local panel_x=$((window_x + shadow_x)) panel_y=$((window_y + shadow_y))
     local expected_y=$((icon_y + icon_h + 4))
     local expected_x=$((icon_x + icon_w / 2 - panel_w / 2))
@@ -68,9 +54,7 @@ click_open_and_close() {
         fail "$what: panel left edge is at $panel_x, expected $expected_x"
 
     xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
-    await sh -c "! xdotool search --onlyvisible --name '^Lanternic\$' | while read -r w; do
-        xwininfo -id \$w | grep -q 'Width: $window_w' && echo open; done | grep -q open" ||
-        fail "$what: a second click on the icon did not close the panel"
+    await no_lanternic_window "$window_w" || fail "$what: a second click on the icon did not close the panel"
     echo "$what: panel closed by a second click"
 }
 

@@ -18,8 +18,6 @@ fail_lines='lanternic:|get_toplevel|get_popup|set_title|min_size'
 
 unset DISPLAY
 export XDG_RUNTIME_DIR="$work/run" WAYLAND_DISPLAY=lanternic-e2e QT_QPA_PLATFORM=wayland
-mkdir -p "$XDG_RUNTIME_DIR"
-chmod 700 "$XDG_RUNTIME_DIR"
 weston --backend=headless-backend.so --socket="$WAYLAND_DISPLAY" --width=1280 --height=800 \
     >"$work/weston.log" 2>&1 &
 pids+=($!)
