@@ -30,11 +30,10 @@ icon_x=${position%%+*}
 icon_y=${position#*+}
 echo "icon docked at ${icon_x},${icon_y} (${icon_w}x${icon_h})"
 
-# The panel's window: with no compositing manager, the 320-pixel column and a one-pixel
-# border; with one, the column with a shadow of 14 pixels around it (10 above, 18 below).
-
 # Opens the panel with a click on the icon, checks that the panel proper (window less shadow)
-# hangs centred under the icon, and closes it with a second click.
+# hangs centred under the icon, and closes it with a second click. The panel's window: with no
+# compositing manager, the 320-pixel column and a one-pixel border; with one, the column with a
+# shadow of 14 pixels around it (10 above, 18 below).
 click_open_and_close() {
     local what=$1 window_w=$2 panel_w=$3 shadow_x=$4 shadow_y=$5
     # A click within 250 ms of the panel closing is the one that closed it, and is ignored.
@@ -54,7 +53,8 @@ click_open_and_close() {
         fail "$what: panel left edge is at $panel_x, expected $expected_x"
 
     xdotool mousemove $((icon_x + icon_w / 2)) $((icon_y + icon_h / 2)) click 1
-    await no_lanternic_window "$window_w" || fail "$what: a second click on the icon did not close the panel"
+    await no_lanternic_window "$window_w" ||
+        fail "$what: a second click on the icon did not close the panel"
     echo "$what: panel closed by a second click"
 }
 
