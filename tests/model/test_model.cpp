@@ -1,5 +1,4 @@
 #include "model/feedtext.h"
-#include "model/health.h"
 
 #include <QTest>
 
@@ -10,14 +9,6 @@ class TestModel : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void healthFromRawValueIsExact()
-    {
-        QCOMPARE(healthFromRawValue(u"Operational"), std::nullopt);
-        QCOMPARE(healthFromRawValue(u"unknown "), std::nullopt);
-        for (Health health : allHealths)
-            QCOMPARE(healthFromRawValue(rawValue(health)), health);
-    }
-
     void feedText_data()
     {
         QTest::addColumn<QString>("text");

@@ -31,18 +31,6 @@ class TestPersistence : public QObject {
 private Q_SLOTS:
     void init() { defaults = freshSettings(dir); }
 
-    void datedSilenceEndsAtItsInstant()
-    {
-        SilenceStore store(*defaults);
-        store.silence(u"github"_s, SilenceDuration::twoHours, at("2026-11-16T17:00:00Z"));
-        QVERIFY(store.isSilenced(u"github"_s, at("2026-11-16T18:59:59Z")));
-        QVERIFY(!store.isSilenced(u"github"_s, at("2026-11-16T19:00:00Z")));
-        store.prune({}, at("2026-11-16T18:59:59Z"));
-        QCOMPARE(store.entries().size(), 1);
-        store.prune({}, at("2026-11-16T19:00:00Z"));
-        QVERIFY(store.entries().isEmpty());
-    }
-
     void silencesSaveOnEveryChange()
     {
         SilenceStore store(*defaults);
