@@ -34,6 +34,24 @@ need() {
 # Waits up to fifteen seconds for a command to succeed.
 await() { for _ in $(seq 300); do "$@" >/dev/null 2>&1 && return 0; sleep 0.05; done; return 1; }
 
+# N free loopback ports, below the range the kernel gives outgoing connections: the clients of
+# tests running alongside cannot take them before our servers bind them.
+free_ports() {
+    python3 - "$1" <<'PY'
+import random, socket, sys
+top = int(open("/proc/sys/net/ipv4/ip_local_port_range").read().split()[0])
+held = []
+while len(held) < int(sys.argv[1]):
+    candidate = socket.socket()
+    try:
+        candidate.bind(("127.0.0.1", random.randrange(20000, top)))
+        held.append(candidate)
+    except OSError:
+        candidate.close()
+print(*(s.getsockname()[1] for s in held))
+PY
+}
+
 # Xvfb at 1280×800, whatever the caller's display, on a display number it finds free itself:
 # scripts running side by side must never share one.
 start_x() {

@@ -10,8 +10,7 @@ source "$(dirname "$0")/lib.sh"
 need prometheus promtool python3 curl
 fail_logs='*.log'
 
-base=$((20000 + $$ % 20000))
-feeds=$base watcher=$((base + 1)) prom=$((base + 2))
+read -r feeds watcher prom < <(free_ports 3)
 (cd "$samples" && exec python3 -m http.server "$feeds" --bind 127.0.0.1) >"$work/feeds.log" 2>&1 &
 pids+=($!)
 printf '[General]\nLanternic.sources="Build farm=http://127.0.0.1:%s/relay-feed.json\\nGitHub=http://127.0.0.1:%s/statuspage-summary.json"\n' \

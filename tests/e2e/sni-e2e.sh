@@ -16,7 +16,7 @@ need Xvfb xdotool xwininfo xdpyinfo
 
 start_x || fail "no X session"
 
-port=$((20000 + $$ % 20000))
+read -r port < <(free_ports 1)
 mkdir -p "$work/feeds" "$work/config/Lanternic"
 (cd "$work/feeds" && exec /usr/bin/python3 -m http.server "$port" --bind 127.0.0.1 >/dev/null 2>&1) &
 pids+=($!)
