@@ -8,4 +8,4 @@ out=${1:-shots}
 scripts/install-deps.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build --target render_pane
-QT_QPA_PLATFORM=offscreen build/tests/render_pane "$out"
+QT_QPA_PLATFORM=offscreen build/tools/render_pane "$out"

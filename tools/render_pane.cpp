@@ -1,7 +1,7 @@
 // Renders the panel's content offscreen to PNG files, one per situation, for looking at.
 
-#include "scenes.h"
 #include "ui/lanternicpane.h"
+#include "ui/scenes.h"
 
 #include <QAbstractButton>
 #include <QApplication>
