@@ -230,18 +230,6 @@ private Q_SLOTS:
         checker.checkForUpdates();
         QCOMPARE(checked.first().first().value<UpdateChecker::Outcome>().message(),
                  u"This build of Lanternic gets its updates from your package manager."_s);
-
-        // The settings show the automatic check off.
-        StoreFixture fixture;
-        FakeLoginItem login;
-        SettingsView view(fixture.settings, login,
-                          {[] { return true; }, [](bool) {}, [] {}, false});
-        view.show();
-        const auto boxes = view.findChildren<QCheckBox *>();
-        QVERIFY(std::any_of(boxes.begin(), boxes.end(), [](QCheckBox *box) {
-            return box->accessibleName() == u"Check for updates automatically"_s &&
-                   !box->isEnabled() && !box->isChecked();
-        }));
     }
 
     void oneInstance()

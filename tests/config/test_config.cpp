@@ -86,20 +86,6 @@ private Q_SLOTS:
         QCOMPARE(defaults->value(u"Lanternic.refreshIntervalMinutes"_s).toInt(), 5);
     }
 
-    void entries()
-    {
-        const QString text = u"  GitHub = www.githubstatus.com \r\n\r\n# note\nno equals\n=x\n"
-                             u"y=\u2028a=b=c\u0085\tSpaced\u3000=\u00a0v "_s;
-        const QList<SourceEntry> entries = SourceRegistry::entries(text);
-        QCOMPARE(entries.size(), 3);
-        QCOMPARE(entries[0].label, u"GitHub"_s);
-        QCOMPARE(entries[0].value, u"www.githubstatus.com"_s);
-        QCOMPARE(entries[1].label, u"a"_s);
-        QCOMPARE(entries[1].value, u"b=c"_s);
-        QCOMPARE(entries[2].label, u"Spaced"_s);
-        QCOMPARE(entries[2].value, u"v"_s);
-    }
-
     void sources_data()
     {
         QTest::addColumn<QString>("line");
@@ -187,13 +173,9 @@ private Q_SLOTS:
 
     void defaultsStandInForUnusableText()
     {
-        const QStringList defaults{u"updog.ai/status/amazonaws"_s,
-                                   u"claude"_s,
-                                   u"cloudflare"_s,
-                                   u"status.datadoghq.eu"_s,
-                                   u"github"_s,
-                                   u"linearstatus.com"_s,
-                                   u"openai"_s};
+        const QStringList defaults =
+            u"updog.ai/status/amazonaws claude cloudflare "
+            u"status.datadoghq.eu github linearstatus.com openai"_s.split(u' ');
         for (const QString &text : {QString(), u"X=https://"_s}) {
             QStringList ids;
             for (const JSONSource &source : SourceRegistry::sources(text, {}))
@@ -201,16 +183,6 @@ private Q_SLOTS:
             QCOMPARE(ids, defaults);
             QVERIFY(SourceRegistry::baseHosts(text).isEmpty());
         }
-    }
-
-    void baseHosts()
-    {
-        const QString text =
-            u"A=Status.Example.com\nB=Status.Example.com/x\nC=feeds.example.com/"
-            u"a.json\nD=updog.ai/status/x\nE=other.example:81\nF=status.example.com"_s;
-        QCOMPARE(
-            SourceRegistry::baseHosts(text),
-            (QStringList{u"Status.Example.com"_s, u"other.example:81"_s, u"status.example.com"_s}));
     }
 
     void leftoversOfKilledWritersGo()

@@ -1,5 +1,4 @@
 #include "config/sourceregistry.h"
-#include "platform/sleeptimer.h"
 #include "store/appenvironment.h"
 #include "store/recheck.h"
 #include "support/fakesystemevents.h"
@@ -254,19 +253,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(passes.size(), 1, 5'000);
         QCOMPARE(store->results().size(), 1);
         QCOMPARE(store->results().first().health, Health::operational);
-    }
-
-    void sleepTimerFiresOnceUnlessStopped()
-    {
-        SleepTimer timer;
-        QSignalSpy fired(&timer, &SleepTimer::timeout);
-        timer.start(std::chrono::milliseconds(30));
-        QVERIFY(fired.wait(2000));
-        QVERIFY(!timer.isActive());
-        timer.start(std::chrono::milliseconds(30));
-        timer.stop();
-        QTest::qWait(120);
-        QCOMPARE(fired.size(), 1);
     }
 
     void environmentRekeysAndRunsTheLaunchPass()
