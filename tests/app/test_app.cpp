@@ -1,6 +1,5 @@
 #include "app/escapeclosingwindow.h"
 #include "app/panelwindow.h"
-#include "app/singleinstance.h"
 #include "app/updatechecker.h"
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
@@ -230,19 +229,6 @@ private Q_SLOTS:
         checker.checkForUpdates();
         QCOMPARE(checked.first().first().value<UpdateChecker::Outcome>().message(),
                  u"This build of Lanternic gets its updates from your package manager."_s);
-    }
-
-    void oneInstance()
-    {
-        QTemporaryDir dir;
-        const QString name = dir.filePath(u"instance.socket"_s);
-        SingleInstance first(name);
-        QVERIFY(!first.askRunningInstanceToShow());
-        QVERIFY(first.listen());
-        QSignalSpy shown(&first, &SingleInstance::showRequested);
-        SingleInstance second(name);
-        QVERIFY(second.askRunningInstanceToShow());
-        QVERIFY(shown.wait(2000));
     }
 };
 
