@@ -11,9 +11,10 @@ source "$(dirname "$0")/lib.sh"
 need Xvfb trayer xdotool xwininfo xdpyinfo xprop
 /usr/bin/python3 -c 'import Xlib' 2>/dev/null || { echo "skipped: python3-xlib is not installed"; exit 77; }
 
-# No session bus either, so that no StatusNotifierItem watcher can count as a tray.
+# No session bus either, so that no StatusNotifierItem watcher can count as a tray. With
+# $limit set, the app is stopped after that many seconds.
 run_app() {
-    exec env -u DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME="$work/config" \
+    exec ${limit:+timeout "$limit"} env -u DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME="$work/config" \
         XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app$1.log" 2>&1
 }
 # The panel as a window: 320 wide, and a normal window.
@@ -51,7 +52,7 @@ echo "without a tray the panel opened as a window, and stderr said so"
 window=$(pane_window)
 xdotool windowunmap "$window"
 await no_lanternic_window 320 || fail "the window could not be hidden"
-(run_app 2) || fail "a second start failed"
+(limit=10 run_app 2) || fail "a second start did not hand over to the first and exit"
 await pane_window || fail "a second start did not show the window"
 echo "a second start showed the window"
 
