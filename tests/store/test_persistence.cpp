@@ -35,11 +35,11 @@ private Q_SLOTS:
     {
         SilenceStore store(*defaults);
         QSignalSpy changed(&store, &SilenceStore::entriesChanged);
-        store.silence(u"example"_s, SilenceDuration::untilResolved, at("2026-11-16T17:00:00Z"));
-        store.silence(u"example"_s, SilenceDuration::twoHours, at("2026-11-16T17:00:00Z"));
-        store.silence(u"example::api"_s, SilenceDuration::untilResolved,
-                      at("2026-11-16T17:00:00Z"));
-        store.silence(u"other"_s, SilenceDuration::forever, at("2026-11-16T17:00:00Z"));
+        const QDateTime now = at("2026-11-16T17:00:00Z");
+        store.silence(u"example"_s, SilenceDuration::untilResolved, now);
+        store.silence(u"example"_s, SilenceDuration::twoHours, now);
+        store.silence(u"example::api"_s, SilenceDuration::untilResolved, now);
+        store.silence(u"other"_s, SilenceDuration::forever, now);
         const QByteArray stored =
             R"({"example":{"date":{"_0":816548400.0}},"example::api":{"resolved":{}},"other":{"forever":{}}})";
         QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), stored);
