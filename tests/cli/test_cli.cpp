@@ -3,7 +3,6 @@
 #include "support/loopbackserver.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QSettings>
@@ -112,7 +111,7 @@ private Q_SLOTS:
         const Run r = run({u"--settings"_s, file, u"--json"_s, u"--source"_s, line(u"Ok"_s, "/ok?"),
                            u"--source"_s, line(u"Down"_s, "/down?")});
         QCOMPARE(r.exitCode, 2);
-        const QJsonObject report = QJsonDocument::fromJson(r.out).object();
+        const QJsonObject report = r.json();
         QStringList keys = report.keys();
         QCOMPARE(keys, (QStringList{u"badgeCount"_s, u"checkedAt"_s, u"overallHealth"_s,
                                     u"results"_s, u"rows"_s, u"silenced"_s, u"summaryText"_s}));
@@ -139,7 +138,7 @@ private Q_SLOTS:
         environment.insert(u"XDG_CONFIG_HOME"_s, home.path());
         const Run r = run({u"--json"_s}, {}, environment);
         QCOMPARE(r.exitCode, 0);
-        QCOMPARE(QJsonDocument::fromJson(r.out)[u"results"_s][0][u"name"_s], u"Ok"_s);
+        QCOMPARE(r.json()[u"results"_s][0][u"name"_s], u"Ok"_s);
         QVERIFY(conf.open(QIODevice::ReadOnly));
         QCOMPARE(conf.readAll(), before);
     }
