@@ -54,9 +54,14 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
     family(out, "lanternic_component_health", "gauge",
            "Health of each component: 0 operational, 1 degraded, 2 down, 3 unknown.");
     for (const SourceResult &result : results) {
+        // The source label already names the source, so the id is the feed's own key.
+        const QString prefix = result.id + QStringLiteral("::");
         for (const ComponentStatus &component : result.components) {
+            const QStringView id = QStringView(component.id).startsWith(prefix)
+                                       ? QStringView(component.id).sliced(prefix.size())
+                                       : QStringView(component.id);
             sample(out, "lanternic_component_health",
-                   {{"source", result.id}, {"id", component.id}, {"name", component.name}},
+                   {{"source", result.id}, {"id", id}, {"name", component.name}},
                    monitoringCode(component.health));
         }
     }

@@ -200,8 +200,8 @@ private Q_SLOTS:
         const QByteArray source = fixture->store.results().first().id.toUtf8();
         for (const QByteArray &line :
              {"lanternic_source_health{id=\"" + source + "\",name=\"GitHub\"} 2",
-              "lanternic_component_health{source=\"" + source + "\",id=\"" + source +
-                  "::git\",name=\"Git \\\"Ops\\\" \"} 2",
+              "lanternic_component_health{source=\"" + source +
+                  "\",id=\"git\",name=\"Git \\\"Ops\\\" \"} 2",
               "lanternic_source_up{id=\"" + source + "\"} 1",
               QByteArray("lanternic_passes_total 1"),
               QByteArray("# TYPE lanternic_passes_total counter")})
