@@ -2,7 +2,9 @@
 # The watcher (lanternic-serve's server and loop) measured: its resident memory after PASSES
 # passes (default 1000) over 100 loopback sources against after 10, and serving /metrics and
 # /lanternic.json to 200 concurrent clients (two ab runs of 100 each, 10,000 requests a round,
-# six rounds 1.3 s apart) while it starts a pass every 2 s, so that some rounds meet a pass.
+# six rounds) while it starts a pass every 2 s, so that some rounds meet a pass. Each round is
+# also run against baseline_server, the least a server can do, serving the same bytes: on a
+# machine whose load generator shares its cores, that says what the machine itself allows.
 # Usage: bench/watch-bench.sh BUILD-DIR [PASSES]
 set -euo pipefail
 build=${1:?usage: watch-bench.sh BUILD-DIR [PASSES]}
@@ -21,30 +23,55 @@ for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
 
 "$build/bench/bench_watch" memory $port 100 "$passes"
 
-"$build/bench/bench_watch" serve $port 100 20 >"$work/watch" &
+"$build/bench/bench_watch" serve $port 100 25 >"$work/watch" &
 pids+=($!)
 for _ in $(seq 100); do grep -q ready "$work/watch" && break; sleep 0.1; done
-# Clients ask as Prometheus and Lanternic's own fetcher do, for gzip; the last round asks for
-# the plain bodies (163 KB of exposition), which costs the clients on the same cores most. ab
-# counts an answer whose length differs from its first as failed ("Length"): that is a pass
-# finishing during the round, which changes both documents, and not an error.
-for round in 1 2 3 4 5 plain; do
-    encoding=(-H "Accept-Encoding: gzip")
-    [ "$round" = plain ] && encoding=()
-    load=()
+
+# The baseline serves the watcher's own answers, recorded byte for byte.
+for path in metrics lanternic.json; do
+    for encoding in identity gzip; do
+        exec 3<>/dev/tcp/127.0.0.1/$((port + 1))
+        printf 'GET /%s HTTP/1.1\r\nHost: bench\r\nAccept-Encoding: %s\r\n\r\n' \
+            "$path" "$encoding" >&3
+        cat <&3 >"$work/$path.$encoding"
+        exec 3<&-
+    done
+done
+"$build/bench/baseline_server" $((port + 2)) "$work" >"$work/baseline" &
+pids+=($!)
+for _ in $(seq 50); do [ -s "$work/baseline" ] && break; sleep 0.1; done
+
+# One round: 10,000 requests from 200 clients at once, half to each path.
+# Usage: round LABEL PORT [AB-OPTION...]
+round() {
+    local label=$1 target=$2 load=() path
+    shift 2
     for path in metrics lanternic.json; do
-        ab -q "${encoding[@]}" -n 5000 -c 100 "http://127.0.0.1:$((port + 1))/$path" \
-            >"$work/ab-$path" 2>&1 &
+        ab -q "$@" -n 5000 -c 100 "http://127.0.0.1:$target/$path" >"$work/ab-$path" 2>&1 &
         load+=($!)
     done
     wait "${load[@]}" || true
     for path in metrics lanternic.json; do
-        echo "round $round /$path: $(grep -E '^(Complete|Failed|Non-2xx|   \(Connect)' "$work/ab-$path" | tr -s ' ' | tr '\n' ';')" \
+        echo "$label /$path: $(grep -E '^(Complete|Failed|Non-2xx|   \(Connect)' "$work/ab-$path" | tr -s ' ' | tr '\n' ';')" \
             "p50 $(awk '/ 50%/ { print $2 }' "$work/ab-$path") ms," \
             "p99 $(awk '/ 99%/ { print $2 }' "$work/ab-$path") ms," \
             "max $(awk '/100%/ { print $2 }' "$work/ab-$path") ms"
     done
-    sleep 1.3
+}
+
+# Clients ask as Prometheus and Lanternic's own fetcher do, for gzip; the last round asks for
+# the plain bodies (130 KB of exposition), which costs the clients on the same cores most. ab
+# counts an answer whose length differs from its first as failed ("Length"): that is a pass
+# finishing during the round, which changes both documents, and not an error. Each round is
+# followed by the same round against the baseline, so that both meet the same state of the
+# machine.
+for number in 1 2 3 4 5 plain; do
+    encoding=(-H "Accept-Encoding: gzip")
+    [ "$number" = plain ] && encoding=()
+    round "round $number" $((port + 1)) "${encoding[@]}"
+    sleep 0.3
+    round "baseline $number" $((port + 2)) "${encoding[@]}"
+    sleep 1
 done
-wait "${pids[-1]}" || true
+wait "${pids[1]}" || true
 grep passes "$work/watch"
