@@ -24,7 +24,8 @@ for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
 "$build/bench/bench_watch" memory $port 100 "$passes"
 
 "$build/bench/bench_watch" serve $port 100 25 >"$work/watch" &
-pids+=($!)
+watcher=$!
+pids+=($watcher)
 for _ in $(seq 100); do grep -q ready "$work/watch" && break; sleep 0.1; done
 
 # The baseline serves the watcher's own answers, recorded byte for byte.
@@ -73,5 +74,5 @@ for number in 1 2 3 4 5 plain; do
     round "baseline $number" $((port + 2)) "${encoding[@]}"
     sleep 1
 done
-wait "${pids[1]}" || true
+wait "$watcher" || true
 grep passes "$work/watch"

@@ -3,6 +3,8 @@
 #include "model/feedtext.h"
 #include "store/lanternicstore.h"
 
+using namespace Qt::StringLiterals;
+
 namespace lanternic {
 
 namespace {
@@ -55,7 +57,7 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
            "Health of each component: 0 operational, 1 degraded, 2 down, 3 unknown.");
     for (const SourceResult &result : results) {
         // The source label already names the source, so the id is the feed's own key.
-        const QString prefix = result.id + QStringLiteral("::");
+        const QString prefix = result.id + "::"_L1;
         for (const ComponentStatus &component : result.components) {
             const QStringView id = QStringView(component.id).startsWith(prefix)
                                        ? QStringView(component.id).sliced(prefix.size())
