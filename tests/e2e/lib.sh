@@ -14,10 +14,11 @@ cleanup() {
 trap cleanup EXIT
 
 # Says what failed, then shows the window tree under X and the logs ($fail_logs, app*.log unless
-# set; only the lines matching $fail_lines when set), and exits 1.
+# set; only the lines matching $fail_lines when set) and the X server's, and exits 1.
 fail() {
     echo "FAILED: $*"
     [ -z "${DISPLAY:-}" ] || xwininfo -root -tree 2>/dev/null | grep -iE 'lanternic|panel' || true
+    [ -s "$work/xvfb.log" ] && sed "s|^|xvfb.log: |" "$work/xvfb.log" | tail -20
     for log in "$work"/${fail_logs:-app*.log}; do
         [ -f "$log" ] && grep -hE "${fail_lines:-.}" "$log" | sed "s|^|$(basename "$log"): |" | tail -40
     done
