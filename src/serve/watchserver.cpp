@@ -128,6 +128,7 @@ void send(QTcpSocket *socket, const QByteArray &answer)
 }
 
 const QByteArray plainText = "text/plain; charset=utf-8";
+const QByteArray metricsType = "text/plain; version=0.0.4; charset=utf-8";
 
 QByteArray entityTag(const QByteArray &tag, bool gzipped)
 {
@@ -411,14 +412,18 @@ void WatchServer::passFinished()
     m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
     m_relay = encoded("application/json", relay, m_tag,
                       {{"Last-Modified", httpDate(*m_statistics.lastPass)}});
-    // Everything either answer says changes only here, and making them costs milliseconds.
-    m_metrics = metricsResponse();
+    // The exposition is over ten times the feed: written, then compressed, on the next two turns
+    // of the loop, so that the answers in flight wait for neither step in one piece. Until then
+    // /metrics answers as it did before this pass.
+    QTimer::singleShot(0, this, [this] {
+        const QByteArray text = prometheusMetrics(m_store, m_statistics);
+        QTimer::singleShot(0, this, [this, text] { m_metrics = encoded(metricsType, text, {}); });
+    });
 }
 
 WatchServer::Encoded WatchServer::metricsResponse() const
 {
-    return encoded("text/plain; version=0.0.4; charset=utf-8",
-                   prometheusMetrics(m_store, m_statistics), {});
+    return encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
 QByteArray WatchServer::answer(const Request &request) const
@@ -443,7 +448,7 @@ WatchServer::Response WatchServer::route(const Request &request) const
                         ready ? "ok\n" : "no pass has finished yet\n");
     }
     if (request.path == "/metrics")
-        return pick(ready ? m_metrics : metricsResponse());
+        return pick(m_metrics.identity.bytes.isEmpty() ? metricsResponse() : m_metrics);
     if (request.path != "/lanternic.json")
         return response(Status::NotFound, plainText, "not found\n");
     if (!ready)

@@ -75,7 +75,7 @@ private:
     std::chrono::milliseconds m_requestTimeout = std::chrono::seconds(10);
     Encoded m_relay; // the feed of the last pass, and its tag
     QByteArray m_tag;
-    Encoded m_metrics; // the exposition of the last pass
+    Encoded m_metrics; // the exposition of the last pass, made a moment after it; empty before
 };
 
 } // namespace lanternic

@@ -206,6 +206,10 @@ private Q_SLOTS:
               QByteArray("lanternic_passes_total 1"),
               QByteArray("# TYPE lanternic_passes_total counter")})
             QVERIFY2(answer.body.contains(line + '\n'), line.constData());
+
+        // Made a little after the pass, but made for every pass.
+        fixture->runPass();
+        QVERIFY(ask(port, get("/metrics")).body.endsWith("lanternic_passes_total 2\n"));
     }
 
     void refusedWithoutHarm()
