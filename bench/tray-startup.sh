@@ -20,7 +20,7 @@ panel=$(xwininfo -root -tree | awk '/\("panel" "trayer"\)/ { print $1; exit }')
 xev -id "$panel" -event substructure | while IFS= read -r line; do
     case $line in *MapNotify*) date +%s%N >>"$work/mapped" ;; esac
 done &
-pids+=($!)
+pids+=("$!")
 sleep 0.5
 
 # Prints the milliseconds from exec to the docked icon of one start.

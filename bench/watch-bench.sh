@@ -13,19 +13,23 @@ port=18744
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 pids=()
-trap 'for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done; rm -rf "$work"' EXIT
+cleanup() {
+    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+    rm -rf "$work"
+}
+trap cleanup EXIT
 ulimit -n 16384
 command -v ab >/dev/null || { echo "ab is not installed (apache2-utils)" >&2; exit 1; }
 
 "$build/bench/pass_server" $port "$here/../samples/statuspage-summary.json" >"$work/ready" &
-pids+=($!)
+pids+=("$!")
 for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
 
 "$build/bench/bench_watch" memory $port 100 "$passes"
 
 "$build/bench/bench_watch" serve $port 100 25 >"$work/watch" &
 watcher=$!
-pids+=($watcher)
+pids+=("$watcher")
 for _ in $(seq 100); do grep -q ready "$work/watch" && break; sleep 0.1; done
 
 # The baseline serves the watcher's own answers, recorded byte for byte.
@@ -39,7 +43,7 @@ for path in metrics lanternic.json; do
     done
 done
 "$build/bench/baseline_server" $((port + 2)) "$work" >"$work/baseline" &
-pids+=($!)
+pids+=("$!")
 for _ in $(seq 50); do [ -s "$work/baseline" ] && break; sleep 0.1; done
 
 # One round: 10,000 requests from 200 clients at once, half to each path.

@@ -16,23 +16,27 @@ cmake --build build --target lanternic
 
 work=$(mktemp -d)
 pids=()
-trap 'for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done; rm -rf "$work"' EXIT
+cleanup() {
+    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+    rm -rf "$work"
+}
+trap cleanup EXIT
 cp samples/*.json "$work/"
 sed 's/"degraded"/"down"/' samples/relay-feed.json >"$work/down.json"
 (cd "$work" && exec python3 -m http.server 18799 --bind 127.0.0.1 >/dev/null 2>&1) &
-pids+=($!)
+pids+=("$!")
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 # Xvfb picks a free display itself, so that this never takes one a test run is using.
 Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
-pids+=($!)
+pids+=("$!")
 for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.1; done
 DISPLAY=":$(head -n1 "$work/display")"
 export DISPLAY
 sleep 1
 trayer --edge top --align right --SetDockType true --expand true --widthtype request \
     --height 24 >/dev/null 2>&1 &
-pids+=($!)
+pids+=("$!")
 sleep 1
 mkdir -p "$work/config/Lanternic" "$work/run"
 chmod 700 "$work/run"
@@ -41,7 +45,7 @@ printf '[General]\nLanternic.sources="%s"\n' \
     >"$work/config/Lanternic/Lanternic.conf"
 XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" \
     dbus-run-session -- build/src/app/lanternic >/dev/null 2>&1 &
-pids+=($!)
+pids+=("$!")
 sleep 3
 
 import -window root "$work/screen.png"

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Installs what is missing, then builds and runs the whole test suite twice: once as released,
-# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting, builds
-# and checks the Debian package, and runs each fuzzer for a minute.
+# once under AddressSanitizer and UndefinedBehaviorSanitizer. Also checks the formatting and the
+# shell scripts, builds and checks the Debian package, and runs each fuzzer for a minute.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 scripts/check-format.sh
+scripts/check-shell.sh
 
 jobs=$(nproc)
 export QT_QPA_PLATFORM=offscreen

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared by the end-to-end scripts and the tray benchmark: a work folder and background
 # processes that go when the script ends, tools to check for, waiting, and an X session with
 # a real tray host.
@@ -58,7 +59,7 @@ PY
 start_x() {
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
     Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-    pids+=($!)
+    pids+=("$!")
     await test -s "$work/display" || { echo "Xvfb did not start"; return 1; }
     DISPLAY=":$(head -n1 "$work/display")"
     export DISPLAY

@@ -43,7 +43,7 @@ write_offline_settings
 
 run_app 1 &
 app_pid=$!
-pids+=($app_pid)
+pids+=("$app_pid")
 await pane_window || fail "no window appeared without a tray"
 grep -q "no system tray found; showing the panel as a window" "$work/app1.log" ||
     fail "stderr does not say why the panel is a window"
@@ -67,7 +67,7 @@ wait "$app_pid" 2>/dev/null || true
 wait "$tray_pid" 2>/dev/null || true
 run_app 3 &
 app_pid=$!
-pids+=($app_pid)
+pids+=("$app_pid")
 await pane_window || fail "no window on the second run"
 close_window "$(pane_window)"
 for _ in $(seq 100); do kill -0 "$app_pid" 2>/dev/null || break; sleep 0.05; done

@@ -12,13 +12,13 @@ fail_logs='*.log'
 
 read -r feeds watcher prom < <(free_ports 3)
 (cd "$samples" && exec python3 -m http.server "$feeds" --bind 127.0.0.1) >"$work/feeds.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 printf '[General]\nLanternic.sources="Build farm=http://127.0.0.1:%s/relay-feed.json\\nGitHub=http://127.0.0.1:%s/statuspage-summary.json"\n' \
     "$feeds" "$feeds" >"$work/watcher.ini"
 await curl -sf "http://127.0.0.1:$feeds/relay-feed.json" || fail "the feed server did not start"
 
 "$serve" --settings "$work/watcher.ini" --listen "127.0.0.1:$watcher" >"$work/watcher.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 await curl -sf "http://127.0.0.1:$watcher/healthz" || fail "the watcher did not finish a pass"
 curl -sf "http://127.0.0.1:$watcher/metrics" >"$work/metrics.txt"
 promtool check metrics <"$work/metrics.txt" || fail "promtool rejected the exposition"
@@ -36,7 +36,7 @@ scrape_configs:
 CONFIG
 prometheus --config.file="$work/prometheus.yml" --storage.tsdb.path="$work/data" \
     --web.listen-address="127.0.0.1:$prom" >"$work/prometheus.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 query="http://127.0.0.1:$prom/api/v1/query?query=lanternic_source_health"
 cat >"$work/series.py" <<'SCRIPT'
 import json, sys

@@ -19,7 +19,7 @@ start_x || fail "no X session"
 read -r port < <(free_ports 1)
 mkdir -p "$work/feeds" "$work/config/Lanternic"
 (cd "$work/feeds" && exec /usr/bin/python3 -m http.server "$port" --bind 127.0.0.1 >/dev/null 2>&1) &
-pids+=($!)
+pids+=("$!")
 printf '[General]\nLanternic.sources=Build farm=http://127.0.0.1:%s/feed.json\n' "$port" \
     >"$work/config/Lanternic/Lanternic.conf"
 
@@ -39,7 +39,7 @@ run() {
     sed "s/\"degraded\"/\"$state\"/" "$here/../../samples/relay-feed.json" >"$work/feeds/feed.json"
     XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app-$state.log" 2>&1 &
     app_pid=$!
-    pids+=($app_pid)
+    pids+=("$app_pid")
     local registered
     registered=$(event)
     [ "$(field "$registered" event)" = registered ] || fail "$state: the item did not register: $registered"

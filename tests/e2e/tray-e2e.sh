@@ -18,7 +18,7 @@ need Xvfb trayer xcompmgr xdotool xwininfo xdpyinfo
 start_x_with_tray || fail "no X session with a tray"
 write_offline_settings
 XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work/run" "$app" >"$work/app.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 
 await icon_line || fail "the icon did not dock in the tray"
 read -r size position < <(icon_line | awk '{ print $(NF-1), $NF }')
@@ -61,7 +61,7 @@ click_open_and_close() {
 click_open_and_close plain 322 322 0 0
 # The same app, once a compositing manager has started: rounded, with a shadow.
 xcompmgr >"$work/xcompmgr.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 # Its selection window shows that it has taken the compositing manager's selection.
 await sh -c 'xwininfo -root -tree | grep -q "\"xcompmgr\""' || fail "xcompmgr did not start"
 click_open_and_close composited 348 320 14 10

@@ -20,7 +20,7 @@ unset DISPLAY
 export XDG_RUNTIME_DIR="$work/run" WAYLAND_DISPLAY=lanternic-e2e QT_QPA_PLATFORM=wayland
 weston --backend=headless-backend.so --socket="$WAYLAND_DISPLAY" --width=1280 --height=800 \
     >"$work/weston.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 await test -S "$XDG_RUNTIME_DIR/$WAYLAND_DISPLAY" || fail "Weston did not start"
 write_offline_settings
 
@@ -28,7 +28,7 @@ write_offline_settings
 XDG_CONFIG_HOME="$work/config" WAYLAND_DEBUG=1 env -u DBUS_SESSION_BUS_ADDRESS "$app" \
     >"$work/app-window.log" 2>&1 &
 app_pid=$!
-pids+=($app_pid)
+pids+=("$app_pid")
 await grep -q 'set_title("Lanternic")' "$work/app-window.log" || fail "no window without a tray"
 grep -q 'lanternic: no system tray found; showing the panel as a window' "$work/app-window.log" ||
     fail "stderr does not say why"
@@ -40,7 +40,7 @@ echo "without a tray: a window titled Lanternic, 320 wide, resizable in height"
 # A StatusNotifierItem host: Activate opens the panel as a toplevel (no popup without a parent).
 start_sni_host || fail "no StatusNotifierItem host"
 XDG_CONFIG_HOME="$work/config" WAYLAND_DEBUG=1 "$app" >"$work/app-tray.log" 2>&1 &
-pids+=($!)
+pids+=("$!")
 [[ $(event) == *'"registered"'* ]] || fail "the item did not register"
 grep -q 'set_title("Lanternic")' "$work/app-tray.log" && fail "a window opened although there is a tray"
 host_says activate 600 30
