@@ -8,8 +8,8 @@ set -euo pipefail
 # tray host, compositing manager, X tools, Python's X and D-Bus bindings, Weston and Qt's
 # Wayland and GTK plugins run the end-to-end desktop tests and screenshots; lintian,
 # desktop-file-utils, appstream, man-db and bash-completion check the package; Prometheus (and
-# python3 to serve it feeds) scrapes lanternic-serve, and ab loads it in the watcher's benchmark;
-# shellcheck checks the shell scripts.
+# python3 to serve it feeds) scrapes lanternic-serve, ab loads it in the watcher's benchmark, and
+# the shell scripts are checked with shellcheck.
 packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-httpserver-dev qt6-websockets-dev
     zlib1g-dev libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
     scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl
