@@ -101,8 +101,9 @@ int main(int argc, char **argv)
     });
     QTimer::singleShot(amount * 1000, [&] {
         const qint64 worst = lags.empty() ? 0 : *std::max_element(lags.begin(), lags.end());
-        std::printf("passes %zu worst_pass_lag_ms %lld served_passes %lld\n", lags.size(),
-                    qlonglong(worst), qlonglong(server.statistics().passes));
+        std::printf("passes %zu worst_pass_lag_ms %lld served_passes %lld cpu_seconds %.2f\n",
+                    lags.size(), qlonglong(worst), qlonglong(server.statistics().passes),
+                    cpuSeconds());
         QCoreApplication::quit();
     });
     return QCoreApplication::exec();

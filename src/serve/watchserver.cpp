@@ -13,6 +13,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 #include <cerrno>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -396,6 +398,14 @@ quint16 WatchServer::listen(const QHostAddress &address, quint16 port)
         delete tcp;
         return 0;
     }
+#ifdef TCP_DEFER_ACCEPT
+    // The kernel hands a connection over once its request is there (or after a second without
+    // one): clients connect, then ask, and most connections are then answered in the turn they
+    // are accepted instead of waiting on a notifier of their own, at half the cost.
+    const int seconds = 1;
+    ::setsockopt(int(tcp->socketDescriptor()), IPPROTO_TCP, TCP_DEFER_ACCEPT, &seconds,
+                 sizeof seconds);
+#endif
     bind(tcp);
     return tcp->serverPort();
 }
