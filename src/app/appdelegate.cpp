@@ -46,15 +46,17 @@ AppDelegate::AppDelegate(AppEnvironment &environment, UpdateChecker &updates,
         // The daily check speaks up only when there is something new.
         if (!outcome.requested && outcome.kind != UpdateChecker::Outcome::Kind::newerVersion)
             return;
-        QMessageBox box(QMessageBox::Information, u"Lanternic"_s, outcome.message());
-        box.setTextFormat(Qt::PlainText);
-        QPushButton *download = nullptr;
-        if (outcome.release && !outcome.release->link.isEmpty())
-            download = box.addButton(u"Download"_s, QMessageBox::AcceptRole);
-        box.addButton(QMessageBox::Close);
-        box.exec();
-        if (download && box.clickedButton() == download)
-            openWebUrl(outcome.release->link);
+        // Shown without a loop of its own: the answer may come from inside a network callback.
+        auto *box = new QMessageBox(QMessageBox::Information, u"Lanternic"_s, outcome.message());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setTextFormat(Qt::PlainText);
+        if (outcome.release && !outcome.release->link.isEmpty()) {
+            QPushButton *download = box->addButton(u"Download"_s, QMessageBox::AcceptRole);
+            connect(download, &QPushButton::clicked, box,
+                    [link = outcome.release->link] { openWebUrl(link); });
+        }
+        box->addButton(QMessageBox::Close);
+        box->open();
     });
 }
 
@@ -85,8 +87,9 @@ void AppDelegate::launch()
         m_environment, *m_notifier,
         [this](const QString &title, const QString &body, bool critical) {
             if (m_trayIcon)
-                m_trayIcon->showMessage(
-                    title, body, critical ? QSystemTrayIcon::Critical : QSystemTrayIcon::Warning);
+                m_trayIcon->showMessage(Notifier::inert(title), Notifier::inert(body),
+                                        critical ? QSystemTrayIcon::Critical
+                                                 : QSystemTrayIcon::Warning);
         },
         this);
     connect(changes, &ChangeNotifier::openPanelRequested, this, &AppDelegate::openPanel);
@@ -99,7 +102,6 @@ void AppDelegate::launch()
 
     m_systemEvents = SystemEvents::forThisComputer();
     new Recheck(store, *m_systemEvents, std::chrono::seconds(3), this);
-    store.start();
 }
 
 void AppDelegate::watchForTray()

@@ -66,7 +66,7 @@ int main(int argc, char **argv)
     instance.listen();
 
     QSettings defaults;
-    AppEnvironment environment(defaults);
+    AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::loop);
     UpdateChecker updates(defaults, environment.session,
                           QUrl(QStringLiteral(LANTERNIC_APPCAST_URL)),
                           QStringLiteral(LANTERNIC_VERSION));

@@ -1,6 +1,7 @@
 #include "cli/passcommand.h"
 
 #include "cli/passreports.h"
+#include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "model/settingskeys.h"
 #include "store/appenvironment.h"
@@ -30,18 +31,10 @@ int runPass(const Invocation &invocation)
 {
     // Only an empty settings file means the public defaults: a --source list that yields no
     // source is a mistake, and said to be one.
-    if (invocation.sourcesText) {
-        const QStringList lines = invocation.sourcesText->split(u'\n');
-        auto usable = [](const QString &line) {
-            const QList<SourceEntry> entries = SourceRegistry::entries(line);
-            return !entries.isEmpty() && Target::classify(entries.first().value).has_value();
-        };
-        if (std::none_of(lines.begin(), lines.end(), usable)) {
-            std::fprintf(stderr,
-                         "lanternic-check: no usable source in --source \"%s\" (see --help)\n",
-                         qUtf8Printable(lines.first()));
-            return usageExitCode;
-        }
+    if (invocation.sourcesText && !SourceRegistry::hasUsableLine(*invocation.sourcesText)) {
+        std::fprintf(stderr, "lanternic-check: no usable source in --source \"%s\" (see --help)\n",
+                     qUtf8Printable(invocation.sourcesText->section(u'\n', 0, 0)));
+        return usageExitCode;
     }
 
     // The pass runs on a private copy, so the user's own settings are never written; with
@@ -73,10 +66,23 @@ int runPass(const Invocation &invocation)
     }
 
     if (invocation.settingsFile) {
-        copyLanternicKeys(work, *origin,
-                          invocation.sourcesText ? QStringList{SettingsKeys::sources}
-                                                 : QStringList());
-        origin->sync();
+        // The history and the kind cache are merged with what another program may have
+        // stored meanwhile.
+        SettingsFile::update(*origin, [&] {
+            QStringList except{SettingsKeys::checkHistory, SettingsKeys::sourceKinds};
+            if (invocation.sourcesText)
+                except.append(SettingsKeys::sources);
+            copyLanternicKeys(work, *origin, except);
+            CheckHistory history = CheckHistory::load(work);
+            history.mergeAndSave(*origin);
+            SourceKindStore kinds(*origin);
+            const QHash<QString, SourceKind> learnt = SourceKindStore(work).cache();
+            for (auto it = learnt.constBegin(); it != learnt.constEnd(); ++it) {
+                const auto known = kinds.cache().constFind(it.key());
+                if (known == kinds.cache().constEnd() || *known != it.value())
+                    kinds.record(it.key(), it.value());
+            }
+        });
         if (origin->status() != QSettings::NoError) {
             std::fprintf(stderr, "lanternic-check: cannot write the settings %s\n",
                          qUtf8Printable(origin->fileName()));

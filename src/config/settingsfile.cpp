@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSettings>
 #include <algorithm>
 
 namespace lanternic::SettingsFile {
@@ -31,6 +32,19 @@ void removeLeftovers(const QString &settingsFile, const QDateTime &now)
     const QString lockPath = settings.filePath() + QStringLiteral(".lock");
     QLockFile lock(lockPath);
     if (QFileInfo::exists(lockPath) && lock.tryLock(0))
+        lock.unlock();
+}
+
+void update(QSettings &settings, const std::function<void()> &change)
+{
+    // Not QSettings' own lock, which it takes only while it syncs.
+    QLockFile lock(settings.fileName() + QStringLiteral(".merge-lock"));
+    lock.setStaleLockTime(std::chrono::seconds(30));
+    const bool locked = lock.tryLock(std::chrono::seconds(5));
+    settings.sync();
+    change();
+    settings.sync();
+    if (locked)
         lock.unlock();
 }
 

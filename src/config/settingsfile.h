@@ -2,6 +2,9 @@
 
 #include <QDateTime>
 #include <QString>
+#include <functional>
+
+class QSettings;
 
 namespace lanternic::SettingsFile {
 
@@ -10,5 +13,10 @@ namespace lanternic::SettingsFile {
 // file. Temporary copies older than a minute (no writer takes that long) are removed; the lock
 // file goes only when no live process holds it.
 void removeLeftovers(const QString &settingsFile, const QDateTime &now);
+
+// Runs change between reading what other programs stored in settings meanwhile and writing it
+// back, with no other Lanternic program on the same file doing the same: what change merges
+// into the stored values is not lost to a writer that read them just before.
+void update(QSettings &settings, const std::function<void()> &change);
 
 } // namespace lanternic::SettingsFile

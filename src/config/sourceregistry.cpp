@@ -324,6 +324,14 @@ QString defaultText()
     return lines.join(u'\n');
 }
 
+bool hasUsableLine(const QString &text)
+{
+    const QList<SourceEntry> all = entries(text);
+    return std::any_of(all.begin(), all.end(), [](const SourceEntry &entry) {
+        return Target::classify(entry.value).has_value();
+    });
+}
+
 } // namespace SourceRegistry
 
 } // namespace lanternic

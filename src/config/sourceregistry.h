@@ -53,6 +53,8 @@ QList<SourceEntry> entries(const QString &text);
 // The hosts of the bare-host lines, first appearance first.
 QStringList baseHosts(const QString &text);
 QString defaultText();
+// Whether some line of text makes a source (otherwise the defaults would be watched).
+bool hasUsableLine(const QString &text);
 
 } // namespace SourceRegistry
 

@@ -20,6 +20,8 @@ bool isBidiControl(char16_t c)
 // or maximum itself when one cluster is longer than that (a base with thousands of marks).
 qsizetype cutPosition(const QString &text, qsizetype maximum)
 {
+    if (maximum <= 0)
+        return 0;
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     qsizetype fits = 0;
     for (qsizetype at = finder.toNextBoundary(); at != -1 && at <= maximum;
@@ -34,20 +36,22 @@ qsizetype cutPosition(const QString &text, qsizetype maximum)
 
 QString clean(QStringView text, qsizetype maximum)
 {
-    // Only as much as can be shown is looked at: the rest is cut anyway.
-    const QStringView considered = text.first(std::min(text.size(), maximum * 4 + 8));
+    // Only as much as can be shown is kept: the rest is cut anyway. Dropped characters do not
+    // count, so that a text of nothing but bidirectional controls is read to its end.
+    const qsizetype enough = maximum + 64;
     QString cleaned;
-    cleaned.reserve(considered.size());
-    for (QChar c : considered) {
-        if (isBidiControl(c.unicode()))
+    cleaned.reserve(std::min(text.size(), enough));
+    qsizetype read = 0;
+    for (; read < text.size() && cleaned.size() < enough; ++read) {
+        const char16_t c = text[read].unicode();
+        if (isBidiControl(c))
             continue;
-        cleaned.append(isControl(c.unicode()) ? QChar(u' ') : c);
+        cleaned.append(isControl(c) ? QChar(u' ') : QChar(c));
     }
-    if (cleaned.size() <= maximum && considered.size() == text.size())
+    if (cleaned.size() <= maximum && read == text.size())
         return cleaned;
-    // Room for the ellipsis.
-    cleaned.truncate(
-        cutPosition(cleaned.first(std::min(cleaned.size(), maximum + 64)), maximum - 1));
+    // Room for the ellipsis; more than maximum characters are left here.
+    cleaned.truncate(cutPosition(cleaned, maximum - 1));
     return cleaned + QChar(0x2026);
 }
 

@@ -1,5 +1,7 @@
 #include "model/sourceresult.h"
 
+#include <QSet>
+
 namespace lanternic {
 
 QList<ComponentStatus> SourceResult::affectedComponents() const
@@ -10,6 +12,17 @@ QList<ComponentStatus> SourceResult::affectedComponents() const
             affected.append(component);
     }
     return affected;
+}
+
+void SourceResult::keepFirstOfEachId(QList<ComponentStatus> &components)
+{
+    QSet<QString> seen;
+    seen.reserve(components.size());
+    components.removeIf([&seen](const ComponentStatus &component) {
+        const qsizetype before = seen.size();
+        seen.insert(component.id);
+        return seen.size() == before;
+    });
 }
 
 std::pair<Health, QString> SourceResult::summarize(const QList<ComponentStatus> &components,

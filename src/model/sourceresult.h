@@ -40,6 +40,9 @@ struct SourceResult {
     // for more. health is the one component's (or the worst) health.
     static QString affectedDetail(const ComponentStatus &first, qsizetype count, Health health);
 
+    // A document that names one component twice is read by its first mention.
+    static void keepFirstOfEachId(QList<ComponentStatus> &components);
+
     // Folds components into one health and one detail line; allClearText when none is affected.
     static std::pair<Health, QString> summarize(const QList<ComponentStatus> &components,
                                                 const QString &allClearText);

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringView>
 #include <memory>
 
 namespace lanternic {
@@ -19,9 +20,16 @@ public:
     using QObject::QObject;
 
     virtual bool isAvailable() const = 0;
-    // Shows a notification; returns an id for the signals below, 0 when none was shown.
+    // Shows a notification of plain text, made safe for whatever the server reads it as;
+    // returns an id for the signals below, 0 when none was shown.
     virtual quint32 notify(const QString &title, const QString &body, Urgency urgency,
                            bool offerActions) = 0;
+
+    // Text that no markup reader takes for markup, and that reads the same where none is read:
+    // angle brackets and ampersands become look-alike characters. For the places that may
+    // render markup they were not promised: notification summaries, which the specification
+    // makes plain text but some servers render, and the tray's own message balloon.
+    static QString inert(QStringView text);
 
     // The service on this platform, talking to the session's notification server.
     static std::unique_ptr<Notifier> forThisSession();

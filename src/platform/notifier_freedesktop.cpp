@@ -7,6 +7,8 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <optional>
 
 namespace lanternic {
 
@@ -22,55 +24,50 @@ class FreedesktopNotifier : public Notifier {
     Q_OBJECT
 
 public:
-    explicit FreedesktopNotifier(QDBusConnection bus) : m_bus(std::move(bus))
+    explicit FreedesktopNotifier(QDBusConnection bus)
+        : m_bus(std::move(bus)), m_server(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
     {
         if (!m_bus.isConnected())
             return;
-        m_available = m_bus.interface() && m_bus.interface()->isServiceRegistered(service);
         m_bus.connect(service, path, interface, QStringLiteral("ActionInvoked"), this,
                       SLOT(onActionInvoked(uint, QString)));
         m_bus.connect(service, path, interface, QStringLiteral("NotificationClosed"), this,
                       SLOT(onNotificationClosed(uint, uint)));
-        if (!m_available)
-            return;
-        // Asked once: servers either offer actions or they do not.
-        auto *call = new QDBusPendingCallWatcher(
-            m_bus.asyncCall(QDBusMessage::createMethodCall(service, path, interface,
-                                                           QStringLiteral("GetCapabilities"))),
-            this);
-        connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
-            const QDBusPendingReply<QStringList> reply = *call;
-            m_actions = reply.isValid() && reply.value().contains(QStringLiteral("actions"));
-            call->deleteLater();
-        });
+        // Another server may offer other things.
+        connect(&m_server, &QDBusServiceWatcher::serviceOwnerChanged, this,
+                [this] { m_capabilities.reset(); });
     }
 
-    bool isAvailable() const override { return m_available; }
+    // Asked at each notification: a server may start after us, or only when called.
+    bool isAvailable() const override
+    {
+        const QDBusConnectionInterface *bus = m_bus.isConnected() ? m_bus.interface() : nullptr;
+        return bus && (bus->isServiceRegistered(service).value() ||
+                       bus->activatableServiceNames().value().contains(service));
+    }
 
     quint32 notify(const QString &title, const QString &body, Urgency urgency,
                    bool offerActions) override
     {
-        if (!m_available)
+        if (!isAvailable())
             return 0;
-        QStringList actions{QStringLiteral("default"), QStringLiteral("Open panel")};
-        if (offerActions && m_actions)
-            actions += {openPageKey, QStringLiteral("Open status page"), silenceKey,
-                        QStringLiteral("Silence for 1 hour")};
-        const QVariantMap hints{{QStringLiteral("urgency"),
-                                 QVariant::fromValue(uchar(urgency == Urgency::critical ? 2 : 1))},
-                                {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
-        QDBusMessage message =
-            QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Notify"));
-        message << QStringLiteral("Lanternic") << quint32(0) << QStringLiteral("lanternic") << title
-                << body << actions << hints << qint32(-1);
         // Our own ids: the server's arrive later, and are matched when they do.
         const quint32 id = ++m_lastId;
-        auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
-        connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, id] {
-            const QDBusPendingReply<quint32> reply = *call;
-            if (reply.isValid())
-                m_ours.insert(reply.value(), id);
+        const Message message{id, title, body, urgency, offerActions};
+        if (m_capabilities) {
+            send(message);
+            return id;
+        }
+        // Asking also starts a server that runs on demand.
+        auto *call = new QDBusPendingCallWatcher(
+            m_bus.asyncCall(QDBusMessage::createMethodCall(service, path, interface,
+                                                           QStringLiteral("GetCapabilities"))),
+            this);
+        connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, message] {
+            const QDBusPendingReply<QStringList> reply = *call;
+            m_capabilities = reply.isValid() ? reply.value() : QStringList();
             call->deleteLater();
+            send(message);
         });
         return id;
     }
@@ -96,9 +93,46 @@ private Q_SLOTS:
     }
 
 private:
+    struct Message {
+        quint32 id;
+        QString title;
+        QString body;
+        Urgency urgency;
+        bool offerActions;
+    };
+
+    // The summary is plain text by the specification, but some servers render it: it is made
+    // inert. The body is escaped where the server reads markup in it.
+    void send(const Message &message)
+    {
+        QStringList actions{QStringLiteral("default"), QStringLiteral("Open panel")};
+        if (message.offerActions && m_capabilities->contains(QStringLiteral("actions")))
+            actions += {openPageKey, QStringLiteral("Open status page"), silenceKey,
+                        QStringLiteral("Silence for 1 hour")};
+        const QVariantMap hints{
+            {QStringLiteral("urgency"),
+             QVariant::fromValue(uchar(message.urgency == Urgency::critical ? 2 : 1))},
+            {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
+        const QString body = m_capabilities->contains(QStringLiteral("body-markup"))
+                                 ? message.body.toHtmlEscaped()
+                                 : message.body;
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Notify"));
+        call << QStringLiteral("Lanternic") << quint32(0) << QStringLiteral("lanternic")
+             << inert(message.title) << body << actions << hints << qint32(-1);
+        auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+        connect(pending, &QDBusPendingCallWatcher::finished, this,
+                [this, pending, id = message.id] {
+                    const QDBusPendingReply<quint32> reply = *pending;
+                    if (reply.isValid())
+                        m_ours.insert(reply.value(), id);
+                    pending->deleteLater();
+                });
+    }
+
     QDBusConnection m_bus;
-    bool m_available = false;
-    bool m_actions = false;
+    QDBusServiceWatcher m_server;
+    std::optional<QStringList> m_capabilities; // of the server that runs now, once asked
     quint32 m_lastId = 0;
     QHash<quint32, quint32> m_ours; // the server's ids to ours
 };

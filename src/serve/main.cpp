@@ -1,6 +1,8 @@
 // lanternic-serve: the poll loop of the app over its own settings file, headless, with the
 // latest pass served over HTTP for a team's desktops and its monitoring.
 
+#include "config/sourceregistry.h"
+#include "model/settingskeys.h"
 #include "serve/watchserver.h"
 #include "store/appenvironment.h"
 
@@ -70,7 +72,10 @@ int main(int argc, char **argv)
     const QCommandLineOption relayName(u"relay-name"_s,
                                        u"The name of the served relay feed (default Lanternic)."_s,
                                        u"NAME"_s, u"Lanternic"_s);
-    parser.addOptions({settings, interval, listen, relayName});
+    const QCommandLineOption source(
+        u"source"_s, u"A source line 'Label=value' to watch, kept in the settings (repeatable)."_s,
+        u"LINE"_s);
+    parser.addOptions({settings, interval, listen, relayName, source});
     parser.addHelpOption();
     parser.addVersionOption();
     if (!parser.parse(QCoreApplication::arguments()))
@@ -97,7 +102,13 @@ int main(int argc, char **argv)
         return usageError(u"not an ADDRESS:PORT: %1"_s.arg(parser.value(listen)));
 
     QSettings defaults(parser.value(settings), QSettings::IniFormat);
-    AppEnvironment environment(defaults);
+    if (parser.isSet(source)) {
+        const QString text = parser.values(source).join(u'\n');
+        if (!SourceRegistry::hasUsableLine(text))
+            return usageError(u"no usable source in --source \"%1\""_s.arg(parser.value(source)));
+        defaults.setValue(SettingsKeys::sources, text);
+    }
+    AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::loop);
     if (minutes)
         environment.store->setPollIntervalOverride(std::chrono::minutes(*minutes));
     WatchServer server(*environment.store, parser.value(relayName));
@@ -115,7 +126,6 @@ int main(int argc, char **argv)
     std::signal(SIGTERM, onSignal);
     std::signal(SIGINT, onSignal);
 
-    environment.store->start();
     const int status = QCoreApplication::exec();
     defaults.sync();
     return status;

@@ -227,6 +227,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
             result.url = *url;
     }
 
+    SourceResult::keepFirstOfEachId(result.components);
     std::tie(result.health, result.detail) =
         SourceResult::summarize(result.components, u"All Systems Operational"_s);
 

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <curl/curl.h>
+#include <sys/socket.h>
 
 namespace lanternic::network {
 
@@ -103,6 +104,20 @@ public:
         return size;
     }
 
+    // Checked as libcurl connects, with the address the name resolved to.
+    static curl_socket_t onOpenSocket(void *self, curlsocktype, curl_sockaddr *address)
+    {
+        auto *transfer = static_cast<Transfer *>(self);
+        if (!transfer->viaProxy) {
+            QHostAddress host;
+            host.setAddress(&address->addr);
+            transfer->refusal = connectionRefusal(scopeOf(host), transfer->previousScope);
+            if (transfer->refusal)
+                return CURL_SOCKET_BAD;
+        }
+        return ::socket(address->family, address->socktype, address->protocol);
+    }
+
     Session::Private *owner;
     CURL *easy;
     std::function<void(Response)> done;
@@ -110,6 +125,9 @@ public:
     curl_slist *connectTo = nullptr;
     QByteArray body;
     bool tooLarge = false;
+    bool viaProxy = false;
+    std::optional<AddressScope> previousScope; // of the hop that redirected here
+    std::optional<QString> refusal;
     Timing timing;
     QElapsedTimer started;
     char error[CURL_ERROR_SIZE];
@@ -120,6 +138,43 @@ public:
 QByteArray userAgent()
 {
     return QByteArrayLiteral("Lanternic/" LANTERNIC_VERSION);
+}
+
+AddressScope scopeOf(const QHostAddress &address)
+{
+    bool mapped = false;
+    quint32 v4 = address.toIPv4Address(&mapped); // also an IPv4 address written as IPv6
+    if (mapped) {
+        const auto in = [v4](quint32 network, int bits) {
+            return (v4 >> (32 - bits)) == (network >> (32 - bits));
+        };
+        if (in(0xA9FE0000, 16)) // 169.254.0.0/16
+            return AddressScope::linkLocal;
+        if (in(0x7F000000, 8) || in(0, 8)) // 127.0.0.0/8, and 0.0.0.0/8 which reaches this host
+            return AddressScope::loopback;
+        if (in(0x0A000000, 8) || in(0xAC100000, 12) || in(0xC0A80000, 16) ||
+            in(0x64400000, 10)) // 10/8, 172.16/12, 192.168/16, the carriers' 100.64/10
+            return AddressScope::privateUse;
+        return AddressScope::publicUse;
+    }
+    const Q_IPV6ADDR v6 = address.toIPv6Address();
+    if (address.isLoopback() || address == QHostAddress(QHostAddress::AnyIPv6))
+        return AddressScope::loopback;
+    if (v6[0] == 0xfe && (v6[1] & 0xc0) == 0x80) // fe80::/10
+        return AddressScope::linkLocal;
+    if ((v6[0] & 0xfe) == 0xfc) // fc00::/7
+        return AddressScope::privateUse;
+    return AddressScope::publicUse;
+}
+
+std::optional<QString> connectionRefusal(AddressScope to, std::optional<AddressScope> from)
+{
+    if (to == AddressScope::linkLocal)
+        return u"Link-local address refused"_s;
+    if (from == AddressScope::publicUse &&
+        (to == AddressScope::loopback || to == AddressScope::privateUse))
+        return u"Redirect from a public to a private address refused"_s;
+    return std::nullopt;
 }
 
 QByteArray curlProxyFor(const QNetworkProxy &proxy)
@@ -268,7 +323,21 @@ void Session::Private::start(Transfer *transfer, const QUrl &url)
     }
     curl_easy_setopt(easy, CURLOPT_URL, target.toEncoded().constData());
     curl_easy_setopt(easy, CURLOPT_CONNECT_TO, transfer->connectTo);
-    curl_easy_setopt(easy, CURLOPT_PROXY, proxyFor(target).constData());
+    const QByteArray proxy = proxyFor(target);
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());
+    // Through a proxy only the address written in the URL is known here.
+    transfer->viaProxy = !proxy.isEmpty();
+    transfer->refusal.reset();
+    if (const QHostAddress literal(url.host()); !literal.isNull())
+        transfer->refusal = connectionRefusal(scopeOf(literal), transfer->previousScope);
+    if (transfer->refusal) {
+        transfers.insert(easy, transfer);
+        QTimer::singleShot(0, q, [this, easy] {
+            if (Transfer *refused = transfers.value(easy))
+                complete(refused, CURLE_COULDNT_CONNECT);
+        });
+        return;
+    }
     // The limit covers the whole redirect chain.
     const qint64 left = options.transferLimit.count() - transfer->started.elapsed();
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, long(std::max<qint64>(left, 1)));
@@ -312,11 +381,18 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
             response.transferFailure = u"Too many redirects"_s;
         } else {
             ++timing.redirects;
+            char *ip = nullptr;
+            curl_easy_getinfo(easy, CURLINFO_PRIMARY_IP, &ip);
+            const QHostAddress address(QString::fromLatin1(ip ? ip : ""));
+            transfer->previousScope =
+                address.isNull() ? std::nullopt : std::optional(scopeOf(address));
             curl_multi_remove_handle(multi, easy);
             transfers.remove(easy);
             start(transfer, next);
             return;
         }
+    } else if (transfer->refusal) {
+        response.transferFailure = *transfer->refusal;
     } else if (transfer->tooLarge || code == CURLE_FILESIZE_EXCEEDED) {
         response.transferFailure = u"The response is larger than 16 MiB"_s;
     } else if (code == CURLE_OPERATION_TIMEDOUT) {
@@ -374,6 +450,8 @@ void Session::get(const QUrl &url, QObject *context, std::function<void(Response
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer->error);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onData);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, transfer);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::onOpenSocket);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, transfer);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
     // Redirects are followed here, so that each hop is checked against our rules.
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);

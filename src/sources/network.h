@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QHostAddress>
 #include <QNetworkProxy>
 #include <QObject>
 #include <QString>
@@ -72,6 +73,17 @@ public:
 private:
     std::unique_ptr<Private> d;
 };
+
+// Where an address leads, for the rules on what a check may connect to.
+enum class AddressScope { publicUse, privateUse, loopback, linkLocal };
+AddressScope scopeOf(const QHostAddress &address);
+
+// Why a connection to an address of scope to is refused after a redirect from an address of
+// scope from (nothing on the first hop), or nothing when it is allowed. Link-local addresses
+// (where clouds answer with their machines' credentials) are never reached, and a public page
+// cannot send a check into the user's own network; a source configured on a private or
+// loopback address works.
+std::optional<QString> connectionRefusal(AddressScope to, std::optional<AddressScope> from);
 
 // The proxy libcurl should use for url, as Qt's system proxy lookup reports it ("" for none).
 QByteArray curlProxyFor(const QNetworkProxy &proxy);

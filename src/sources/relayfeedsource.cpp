@@ -55,6 +55,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
         result.components.append({source.id + "::"_L1 + component.id, component.name, health,
                                   component.label.value_or(component.status)});
     }
+    SourceResult::keepFirstOfEachId(result.components);
     if (result.components.isEmpty()) {
         result.health =
             healthFromRawValue(feed->health.value_or(QString())).value_or(Health::unknown);

@@ -31,24 +31,39 @@ std::optional<SourceKind> sourceKindFromRawValue(QStringView text)
     return std::nullopt;
 }
 
-SourceKindStore::SourceKindStore(QSettings &defaults) : m_defaults(defaults)
+namespace {
+
+QHash<QString, SourceKind> stored(QSettings &defaults)
 {
-    const QVariant stored = m_defaults.value(storageKey);
-    if (stored.typeId() != QMetaType::QVariantMap)
-        return;
-    const QVariantMap map = stored.toMap();
+    const QVariant value = defaults.value(storageKey);
+    if (value.typeId() != QMetaType::QVariantMap)
+        return {};
+    const QVariantMap map = value.toMap();
     QHash<QString, SourceKind> loaded;
     for (auto it = map.constBegin(); it != map.constEnd(); ++it) {
         if (it.value().typeId() != QMetaType::QString)
-            return;
+            return {};
         if (auto kind = sourceKindFromRawValue(it.value().toString()))
             loaded.insert(it.key(), *kind);
     }
-    m_cache = std::move(loaded);
+    return loaded;
+}
+
+} // namespace
+
+SourceKindStore::SourceKindStore(QSettings &defaults)
+    : m_defaults(defaults), m_cache(stored(defaults))
+{
 }
 
 void SourceKindStore::record(const QString &host, SourceKind kind)
 {
+    // Hosts another program on the same settings recorded meanwhile stay.
+    const QHash<QString, SourceKind> others = stored(m_defaults);
+    for (auto it = others.constBegin(); it != others.constEnd(); ++it) {
+        if (!m_cache.contains(it.key()))
+            m_cache.insert(it.key(), it.value());
+    }
     m_cache.insert(host.toLower(), kind);
     QVariantMap map;
     for (auto it = m_cache.constBegin(); it != m_cache.constEnd(); ++it)

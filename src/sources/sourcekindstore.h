@@ -28,7 +28,7 @@ public:
     // Keyed by host in lower case.
     const QHash<QString, SourceKind> &cache() const { return m_cache; }
 
-    // Sets the host's kind and writes the whole cache through.
+    // Sets the host's kind and writes the whole cache through, with the hosts stored meanwhile.
     void record(const QString &host, SourceKind kind);
 
     // Asks the host for an incident.io widget. done gets incidentio for a widget answer,

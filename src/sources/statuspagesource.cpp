@@ -89,6 +89,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
                                   componentHealth(component.status, source.treatAsOperational),
                                   component.status});
     }
+    SourceResult::keepFirstOfEachId(result.components);
 
     if (all.isEmpty()) {
         result.health = indicatorHealth(summary.status.indicator);

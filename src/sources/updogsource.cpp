@@ -125,6 +125,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     if (!provider || matches.size() > 1) {
         for (const Provider &entry : provider ? matches : *providers)
             result.components.append(componentOf(id, entry));
+        SourceResult::keepFirstOfEachId(result.components);
         std::tie(result.health, result.detail) =
             SourceResult::summarize(result.components, noOutages);
     } else if (matches.isEmpty()) {

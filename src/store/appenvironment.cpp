@@ -23,7 +23,14 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
         return;
     // Queued, like a task that starts after construction, so callers can connect first.
     QMetaObject::invokeMethod(
-        store.get(), [store = store.get()] { store->refresh(); }, Qt::QueuedConnection);
+        store.get(),
+        [store = store.get(), launchPass] {
+            if (launchPass == LaunchPass::loop)
+                store->start();
+            else
+                store->refresh();
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace lanternic

@@ -18,11 +18,12 @@ namespace lanternic {
 // one; tests and lanternic-check build their own over files of their choosing.
 class AppEnvironment {
 public:
-    // Tests that run their passes themselves leave out the launch pass.
-    enum class LaunchPass { queued, none };
+    // The launch pass is the poll loop's first (the app and the watcher), one pass alone
+    // (lanternic-check), or none (tests that run their passes themselves).
+    enum class LaunchPass { loop, once, none };
 
     explicit AppEnvironment(QSettings &defaults, network::Session::Options sessionOptions = {},
-                            LaunchPass launchPass = LaunchPass::queued);
+                            LaunchPass launchPass = LaunchPass::once);
 
     network::Session session;
     AppSettings settings;

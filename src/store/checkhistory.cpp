@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
+#include <algorithm>
 
 namespace lanternic {
 
@@ -31,6 +32,27 @@ CheckHistory CheckHistory::load(QSettings &defaults)
 void CheckHistory::save(QSettings &defaults) const
 {
     defaults.setValue(SettingsKeys::checkHistory, encode());
+}
+
+void CheckHistory::mergeAndSave(QSettings &defaults)
+{
+    merge(load(defaults));
+    save(defaults);
+}
+
+void CheckHistory::merge(const CheckHistory &other)
+{
+    for (auto it = other.byId.constBegin(); it != other.byId.constEnd(); ++it) {
+        QList<HealthTick> &ticks = byId[it.key()];
+        if (ticks == it.value())
+            continue;
+        ticks += it.value();
+        std::stable_sort(ticks.begin(), ticks.end(),
+                         [](const HealthTick &a, const HealthTick &b) { return a.date < b.date; });
+        ticks.erase(std::unique(ticks.begin(), ticks.end()), ticks.end());
+        if (ticks.size() > maximumTicks)
+            ticks.remove(0, ticks.size() - maximumTicks);
+    }
 }
 
 QByteArray CheckHistory::encode() const

@@ -34,6 +34,10 @@ struct CheckHistory {
     // Anything unreadable under "Lanternic.checkHistory" gives an empty history.
     static CheckHistory load(QSettings &defaults);
     void save(QSettings &defaults) const;
+    // Takes in the ticks stored meanwhile (by another program on the same settings), then saves.
+    void mergeAndSave(QSettings &defaults);
+    // Both histories' ticks per id, by time, the newest maximumTicks of them.
+    void merge(const CheckHistory &other);
 
     QByteArray encode() const;
     static std::optional<CheckHistory> decode(const QByteArray &data);

@@ -1,11 +1,13 @@
 #include "store/lanternicstore.h"
 
 #include "config/appsettings.h"
+#include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "platform/sleeptimer.h"
 #include "sources/sourcekindstore.h"
 #include "store/silencestore.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QQueue>
 #include <QSet>
@@ -25,9 +27,10 @@ public:
     static constexpr int maximumInFlight = 128;
     static constexpr int startsPerTurn = 8;
 
-    CheckPass(LanternicStore &store, std::function<void()> done)
-        : QObject(&store), m_store(store), m_done(std::move(done))
+    CheckPass(LanternicStore &store, quint64 number, std::function<void()> done)
+        : QObject(&store), m_store(store), m_number(number), m_done(std::move(done))
     {
+        m_clock.start();
     }
 
     void run()
@@ -59,10 +62,12 @@ private:
     void recordKindsAndCheck()
     {
         // In the order the probes finished; a probe without an answer records nothing.
-        for (const auto &[host, kind] : m_probed) {
-            if (kind)
-                m_store.m_kinds.record(host, *kind);
-        }
+        SettingsFile::update(m_store.m_defaults, [this] {
+            for (const auto &[host, kind] : m_probed) {
+                if (kind)
+                    m_store.m_kinds.record(host, *kind);
+            }
+        });
         checkSources();
     }
 
@@ -116,14 +121,17 @@ private:
 
     void finish()
     {
-        m_store.finishPass(m_sources, std::move(m_collected));
+        m_store.finishPass(m_number, std::chrono::milliseconds(m_clock.elapsed()), m_sources,
+                           std::move(m_collected));
         if (m_done)
             m_done();
         deleteLater();
     }
 
     LanternicStore &m_store;
+    const quint64 m_number;
     std::function<void()> m_done;
+    QElapsedTimer m_clock;
     qsizetype m_pending = 0;
     int m_inFlight = 0;
     int m_startedThisTurn = 0;
@@ -164,8 +172,9 @@ LanternicStore::~LanternicStore() = default;
 
 void LanternicStore::refresh(std::function<void()> done)
 {
+    ++m_running;
     setRefreshing(true);
-    (new CheckPass(*this, std::move(done)))->run();
+    (new CheckPass(*this, ++m_passesStarted, std::move(done)))->run();
 }
 
 void LanternicStore::start()
@@ -192,8 +201,19 @@ std::chrono::milliseconds LanternicStore::pollInterval() const
     return std::chrono::minutes(std::clamp(m_settings.refreshIntervalMinutes(), 1, 60));
 }
 
-void LanternicStore::finishPass(const QList<JSONSource> &sources, QList<SourceResult> collected)
+void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds duration,
+                                const QList<JSONSource> &sources, QList<SourceResult> collected)
 {
+    // A pass that started before the one published last read older settings, or an older
+    // state of the pages: what it found is no longer news.
+    --m_running;
+    if (number < m_passPublished) {
+        setRefreshing(m_running > 0);
+        return;
+    }
+    m_passPublished = number;
+    m_lastPassDuration = duration;
+
     QHash<QString, qsizetype> position;
     for (qsizetype i = 0; i < sources.size(); ++i)
         position.insert(sources[i].id, i);
@@ -210,18 +230,22 @@ void LanternicStore::finishPass(const QList<JSONSource> &sources, QList<SourceRe
     Q_EMIT lastCheckedChanged();
 
     QSet<QString> trouble;
+    QSet<QString> unread;
     for (const SourceResult &result : std::as_const(m_results)) {
         m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
         if (result.health != Health::operational)
             trouble.insert(result.id);
+        if (result.error)
+            unread.insert(result.id);
         for (const ComponentStatus &component : result.affectedComponents())
             trouble.insert(component.id);
     }
-    m_history.save(m_defaults);
+    // Another program on the same settings file may have kept ticks since: both are kept.
+    SettingsFile::update(m_defaults, [this] { m_history.mergeAndSave(m_defaults); });
     Q_EMIT historyChanged();
 
-    m_silence.prune(trouble, now);
-    setRefreshing(false);
+    m_silence.prune(trouble, unread, now);
+    setRefreshing(m_running > 0);
     Q_EMIT passFinished();
 }
 

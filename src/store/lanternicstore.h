@@ -51,8 +51,11 @@ public:
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
     // and again.
     void start();
-    // One check pass; done runs when it has finished. Passes may overlap.
+    // One check pass; done runs when it has finished. Passes may overlap: the results of one
+    // that finishes after a later one has published are dropped.
     void refresh(std::function<void()> done = {});
+    // How long the pass published last took.
+    std::chrono::milliseconds lastPassDuration() const { return m_lastPassDuration; }
 
     // Display values, derived afresh on every call.
     QList<DisplayProvider> providers() const;
@@ -84,7 +87,8 @@ Q_SIGNALS:
 
 private:
     friend class CheckPass;
-    void finishPass(const QList<JSONSource> &sources, QList<SourceResult> collected);
+    void finishPass(quint64 number, std::chrono::milliseconds duration,
+                    const QList<JSONSource> &sources, QList<SourceResult> collected);
     void setRefreshing(bool refreshing);
     QDateTime lastCheckedOrNull() const { return m_lastChecked.value_or(QDateTime()); }
 
@@ -98,6 +102,10 @@ private:
     QList<SourceResult> m_results;
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;
+    int m_running = 0;
+    quint64 m_passesStarted = 0;
+    quint64 m_passPublished = 0;
+    std::chrono::milliseconds m_lastPassDuration{0};
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
     CheckHistory m_history;

@@ -1,5 +1,6 @@
 #include "store/relaydocument.h"
 
+#include "model/feedtext.h"
 #include "store/lanternicstore.h"
 
 #include <QJsonArray>
@@ -13,15 +14,15 @@ QJsonObject relayDocument(const LanternicStore &store, const QString &name,
 {
     QJsonArray components;
     for (const DisplayProvider &row : store.providers()) {
-        components.append(QJsonObject{{u"id"_s, row.result.id},
-                                      {u"name"_s, row.result.name},
+        components.append(QJsonObject{{u"id"_s, FeedText::clean(row.result.id)},
+                                      {u"name"_s, FeedText::clean(row.result.name)},
                                       {u"status"_s, rawValue(row.health)},
-                                      {u"label"_s, row.detail}});
+                                      {u"label"_s, FeedText::clean(row.detail)}});
     }
     QJsonObject document{{u"schema"_s, u"lanternic.v1"_s},
-                         {u"name"_s, name},
+                         {u"name"_s, FeedText::clean(name)},
                          {u"health"_s, rawValue(store.overallHealth())},
-                         {u"detail"_s, store.summaryText()},
+                         {u"detail"_s, FeedText::clean(store.summaryText())},
                          {u"components"_s, components}};
     if (url)
         document.insert(u"url"_s, url->toString(QUrl::FullyEncoded));

@@ -163,14 +163,17 @@ bool SilenceStore::isSilenced(const QString &id, const QDateTime &now) const
     return entry->kind != SilenceUntil::Kind::date || entry->date > now;
 }
 
-void SilenceStore::prune(const QSet<QString> &troubleIds, const QDateTime &now)
+void SilenceStore::prune(const QSet<QString> &troubleIds, const QSet<QString> &unreadSources,
+                         const QDateTime &now)
 {
     Entries kept;
     for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
         const SilenceUntil &until = it.value();
-        const bool over =
-            (until.kind == SilenceUntil::Kind::date && until.date <= now) ||
-            (until.kind == SilenceUntil::Kind::resolved && !troubleIds.contains(it.key()));
+        const qsizetype separator = it.key().indexOf("::"_L1);
+        const bool unread = separator > 0 && unreadSources.contains(it.key().first(separator));
+        const bool over = (until.kind == SilenceUntil::Kind::date && until.date <= now) ||
+                          (until.kind == SilenceUntil::Kind::resolved && !unread &&
+                           !troubleIds.contains(it.key()));
         if (!over)
             kept.insert(it.key(), until);
     }

@@ -67,8 +67,10 @@ public:
     bool isSilenced(const QString &id, const QDateTime &now) const;
 
     // End-of-pass clean-up: dated silences that ran out, and "until resolved" silences
-    // whose id is no longer in trouble, go.
-    void prune(const QSet<QString> &troubleIds, const QDateTime &now);
+    // whose id is no longer in trouble, go. The components of unreadSources (whose check
+    // failed, so that nothing is known of them) keep their "until resolved" silences.
+    void prune(const QSet<QString> &troubleIds, const QSet<QString> &unreadSources,
+               const QDateTime &now);
 
     // Moves entries kept under older forms of source ids ("host-2", "host-2::component")
     // to the current ids. sources holds (source id, host of its feed URL) in list order.

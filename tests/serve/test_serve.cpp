@@ -7,7 +7,7 @@
 #include "support/fixtures.h"
 #include "support/storefixture.h"
 
-#include <QTcpServer>
+#include <QElapsedTimer>
 #include <QTcpSocket>
 #include <QTest>
 #include <sys/socket.h>
@@ -184,8 +184,8 @@ private Q_SLOTS:
         // An exposition larger than its connection's send buffer (which connections take from
         // the server's listening socket) is written in parts.
         const int sendBuffer = 16 * 1024;
-        QCOMPARE(::setsockopt(int(server->servers().first()->socketDescriptor()), SOL_SOCKET,
-                              SO_SNDBUF, &sendBuffer, sizeof sendBuffer),
+        QCOMPARE(::setsockopt(int(server->front().listeningDescriptor()), SOL_SOCKET, SO_SNDBUF,
+                              &sendBuffer, sizeof sendBuffer),
                  0);
         QByteArrayList many;
         for (int i = 0; i < 1000; ++i)
@@ -210,54 +210,116 @@ private Q_SLOTS:
         // Made a little after the pass, but made for every pass.
         fixture->runPass();
         QVERIFY(ask(port, get("/metrics")).body.endsWith("lanternic_passes_total 2\n"));
+
+        // A client that does not take its answer loses it.
+        auto limits = server->front().limits();
+        limits.answer = std::chrono::milliseconds(300);
+        server->front().setLimits(limits);
+        QTcpSocket reader;
+        reader.setReadBufferSize(1);
+        reader.connectToHost(QHostAddress::LocalHost, port);
+        reader.write(get("/metrics"));
+        QTRY_COMPARE(server->front().openConnections(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(server->front().openConnections(), 0, 5000);
     }
 
     void refusedWithoutHarm()
     {
         fixture->runPass();
-        QCOMPARE(ask(port, get("/nowhere")).status, 404);
-        QCOMPARE(ask(port, "POST /metrics HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n").status,
-                 405);
-        const Answer huge =
-            ask(port, get("/metrics", "X-Filler: " + QByteArray(9000, 'x') + "\r\n"));
-        QVERIFY(huge.status == 431 || huge.status == 0);
-        ask(port, "\x16\x03\x01 not http at all\r\n\r\n");
-
-        QTest::qWait(300); // the connections above are closed on both sides by now
-        // With 100 connections open, the next one waits until one of them closes. Each has begun
-        // its request (the kernel may hold back one that has sent nothing), and there are more
-        // than the server takes in one turn, but few enough for the rest to fit its queue.
-        std::vector<std::unique_ptr<QTcpSocket>> idle;
-        for (int i = 0; i < 300; ++i) {
-            idle.push_back(std::make_unique<QTcpSocket>());
-            idle.back()->connectToHost(QHostAddress::LocalHost, port);
-            idle.back()->write("GET /metrics HTTP/1.1\r\n");
+        const struct {
+            QByteArray request;
+            int status;
+        } cases[] = {
+            {get("/nowhere"), 404},
+            {"POST /metrics HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n", 405},
+            {get("/metrics", "Content-Length: 5\r\n") + "hello", 413},
+            {get("/metrics", "Transfer-Encoding: chunked\r\n"), 413},
+            {get("/metrics", "X-Filler: " + QByteArray(9000, 'x') + "\r\n"), 431},
+            {"\x16\x03\x01 not http at all\r\n\r\n", 400},
+            {"GET /%6detrics HTTP/1.1\r\n\r\n", 200},
+            {get("/"), 200},
+        };
+        for (const auto &[request, status] : cases) {
+            QVERIFY2(ask(port, request).status == status, request.left(40).constData());
+            QVERIFY2(ask(port, request, 6).status == status, request.left(40).constData());
         }
-        QTest::qWait(500);
-        QTcpSocket waiting;
-        waiting.connectToHost(QHostAddress::LocalHost, port);
-        waiting.write(get("/healthz"));
-        QTest::qWait(500);
-        QVERIFY(waiting.readAll().isEmpty());
-        idle.clear();
-        QByteArray answer;
-        QTRY_VERIFY_WITH_TIMEOUT((answer += waiting.readAll()).startsWith("HTTP/1.1 200"), 10'000);
 
-        // Nor do connections that send nothing, or half a request, keep their places.
-        server->setRequestTimeout(std::chrono::milliseconds(200));
-        QTcpSocket silent, halfway;
-        for (QTcpSocket *socket : {&silent, &halfway})
+        // A body is refused from the head alone while the client is still sending it, and
+        // none of it is kept.
+        QTcpSocket uploader;
+        uploader.connectToHost(QHostAddress::LocalHost, port);
+        uploader.write("PUT /metrics HTTP/1.1\r\nContent-Length: 900000000\r\n\r\n");
+        QByteArray refusal;
+        for (int i = 0; i < 100 && !refusal.contains("\r\n\r\n"); ++i) {
+            uploader.write(QByteArray(64 * 1024, 'x'));
+            QTest::qWait(10);
+            refusal += uploader.readAll();
+        }
+        QVERIFY(refusal.startsWith("HTTP/1.1 405"));
+        QTRY_COMPARE(server->front().openConnections(), 0);
+    }
+
+    // Slow and idle clients of one address take no more than their share of the places, and
+    // only for a few seconds counted from their first byte, however slowly they drip.
+    void slowClientsKeepNobodyOut()
+    {
+        fixture->runPass();
+        auto limits = server->front().limits();
+        limits.head = std::chrono::milliseconds(600);
+        limits.idle = std::chrono::milliseconds(2500);
+        server->front().setLimits(limits);
+        std::vector<std::unique_ptr<QTcpSocket>> slow;
+        for (int i = 0; i < limits.waitingPerAddress + 5; ++i) {
+            slow.push_back(std::make_unique<QTcpSocket>());
+            slow.back()->connectToHost(QHostAddress::LocalHost, port);
+            slow.back()->write("GET /metrics HTTP/1.1\r\n");
+        }
+        QTRY_COMPARE(server->front().openConnections(), limits.waitingPerAddress);
+        // Those beyond the share were closed at once.
+        QTRY_COMPARE(std::count_if(slow.begin(), slow.end(),
+                                   [](const auto &socket) {
+                                       return socket->state() == QAbstractSocket::UnconnectedState;
+                                   }),
+                     5);
+
+        // Another address, in pieces, and this one with a whole request, are still answered.
+        QTcpSocket other;
+        other.bind(QHostAddress(u"127.0.0.2"_s));
+        other.connectToHost(QHostAddress::LocalHost, port);
+        QVERIFY(other.waitForConnected(2000));
+        other.write("GET /healthz HTTP/1.1\r\n");
+        QTest::qWait(50);
+        other.write("\r\n");
+        QTRY_VERIFY(other.peek(12) == "HTTP/1.1 200");
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+
+        // Dripping does not keep a place past the head's time, nor does silence.
+        QTcpSocket dripping, silent;
+        slow.clear();
+        QTRY_COMPARE(server->front().openConnections(), 0);
+        for (QTcpSocket *socket : {&dripping, &silent})
             socket->connectToHost(QHostAddress::LocalHost, port);
-        halfway.write("GET /metrics HTTP/1.1\r\n");
-        QTRY_VERIFY_WITH_TIMEOUT(silent.state() == QAbstractSocket::UnconnectedState &&
-                                     halfway.state() == QAbstractSocket::UnconnectedState,
-                                 5000);
-        // The loop goes on, and so does the server. (Editing the sources in the first pass
-        // may have started one more by now.)
-        const qint64 passes = server->statistics().passes;
+        QElapsedTimer clock;
+        clock.start();
+        while (dripping.state() == QAbstractSocket::ConnectedState && clock.elapsed() < 3000) {
+            dripping.write("X");
+            QTest::qWait(50);
+        }
+        QVERIFY(clock.elapsed() < 1500);
+        QTRY_COMPARE_WITH_TIMEOUT(silent.state(), QAbstractSocket::UnconnectedState, 6000);
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+    }
+
+    // The health check fails once the loop has not finished a pass for three intervals.
+    void staleLoop()
+    {
         fixture->runPass();
         QCOMPARE(ask(port, get("/healthz")).status, 200);
-        QVERIFY(server->statistics().passes > passes);
+        fixture->now = fixture->now.addMSecs(3 * fixture->store.pollInterval().count() + 1000);
+        QCOMPARE(ask(port, get("/healthz")).status, 503);
+        fixture->runPass();
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+        QVERIFY(server->statistics().lastDurationSeconds > 0);
     }
 };
 

@@ -95,7 +95,7 @@ private Q_SLOTS:
         SilenceStore store(*defaults);
         QVERIFY(store.entries().isEmpty());
         QCOMPARE(defaults->value(u"Lanternic.silences"_s), stored);
-        store.prune({}, at("2026-11-16T17:00:00Z"));
+        store.prune({}, {}, at("2026-11-16T17:00:00Z"));
         QCOMPARE(defaults->value(u"Lanternic.silences"_s).toByteArray(), QByteArray("{}"));
     }
 
@@ -103,19 +103,22 @@ private Q_SLOTS:
     {
         SilenceStore store(*defaults);
         const QDateTime now = at("2026-11-16T17:00:00Z");
-        for (const char *id : {"down", "down::api", "fine", "fine::api", "always"}) {
+        for (const char *id : {"down", "down::api", "fine", "fine::api", "always", "failed::api"}) {
             const QString key = QString::fromLatin1(id);
             store.silence(
                 key, key == "always"_L1 ? SilenceDuration::forever : SilenceDuration::untilResolved,
                 now);
         }
-        store.prune({u"down"_s, u"down::api"_s}, now);
+        // Nothing is known of the components of a source whose check failed.
+        store.prune({u"down"_s, u"down::api"_s}, {u"failed"_s}, now);
         QStringList kept = store.entries().keys();
         kept.sort();
-        QCOMPARE(kept, (QStringList{u"always"_s, u"down"_s, u"down::api"_s}));
+        QCOMPARE(kept, (QStringList{u"always"_s, u"down"_s, u"down::api"_s, u"failed::api"_s}));
+        store.prune({u"down"_s, u"down::api"_s}, {}, now);
+        QVERIFY(!store.entries().contains(u"failed::api"_s));
 
         defaults->remove(u"Lanternic.silences"_s);
-        store.prune({u"down"_s, u"down::api"_s}, now);
+        store.prune({u"down"_s, u"down::api"_s}, {}, now);
         QVERIFY2(!defaults->contains(u"Lanternic.silences"_s), "nothing removed, nothing written");
     }
 
