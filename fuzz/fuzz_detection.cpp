@@ -1,5 +1,6 @@
 // Any response body through the detection chain: every reader may look at it.
 
+#include "model/feedtext.h"
 #include "sources/jsonsource.h"
 
 #include <QByteArray>
@@ -17,8 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         s.includeGroups = QSet<QString>{QStringLiteral("Sites")};
         return s;
     }();
-    const SourceResult result =
-        source.read(QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size)));
+    const QByteArray body =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
+    const SourceResult result = source.read(body);
+    // What a reader keeps is shown through the same cleaning, and so is any text at all.
+    for (const ComponentStatus &component : result.components)
+        FeedText::clean(component.name, 40);
+    FeedText::clean(result.name, 40);
+    FeedText::clean(result.detail, 40);
+    FeedText::clean(QString::fromUtf8(body), 40);
     // Whatever the body, the result links only to the web.
     if (result.url && result.url->scheme() != QLatin1StringView("https") &&
         result.url->scheme() != QLatin1StringView("http"))

@@ -16,7 +16,7 @@ for target in "${targets[@]}"; do
     corpus="$build/corpus/$target"
     mkdir -p "$corpus"
     if [ "$target" = detection ]; then
-        cp samples/*.json "$corpus/"
+        cp samples/*.json fuzz/corpus/detection/* "$corpus/"
     else
         cp fuzz/corpus/"$target"/* "$corpus/"
     fi

@@ -27,7 +27,9 @@ public:
         uint id;
     };
 
-    explicit FakeNotificationServer(QDBusConnection bus) : m_bus(std::move(bus))
+    explicit FakeNotificationServer(QDBusConnection bus,
+                                    QStringList capabilities = {u"body"_s, u"actions"_s})
+        : m_bus(std::move(bus)), m_capabilities(std::move(capabilities))
     {
         m_bus.registerObject(u"/org/freedesktop/Notifications"_s, this,
                              QDBusConnection::ExportAllSlots);
@@ -41,7 +43,7 @@ public:
     QList<Call> calls;
 
 public Q_SLOTS:
-    QStringList GetCapabilities() { return {u"body"_s, u"actions"_s}; }
+    QStringList GetCapabilities() { return m_capabilities; }
 
     uint Notify(const QString &appName, uint, const QString &icon, const QString &summary,
                 const QString &body, const QStringList &actions, const QVariantMap &hints, int)
@@ -61,6 +63,7 @@ private:
     }
 
     QDBusConnection m_bus;
+    QStringList m_capabilities;
 };
 
 class TestNotifications : public QObject {
@@ -178,6 +181,46 @@ private Q_SLOTS:
         server->invoke(id, u"default"_s);
         QTest::qWait(100);
         QCOMPARE(panel.size(), 1);
+    }
+
+    // Feed text is escaped for a server that reads markup in bodies, and left as it is for one
+    // that does not; summaries are inert for both. A server that starts later is used.
+    void feedTextNeverBecomesMarkup()
+    {
+        const QString hostile = u"<a href=\"file:///etc/passwd\">docs</a> & co"_s;
+        fixture->addSource(u"<b>Ops</b> & co"_s, "operational");
+        fixture->runPass();
+        QTest::qWait(100);
+        struct Case {
+            QStringList capabilities;
+            QString body;
+        } cases[] = {
+            {{u"body"_s, u"actions"_s}, hostile + u" \u2014 down"_s},
+            {{u"body"_s, u"body-markup"_s},
+             u"&lt;a href=&quot;file:///etc/passwd&quot;&gt;docs&lt;/a&gt; &amp; co \u2014 down"_s},
+        };
+        for (const Case &test : cases) {
+            server.reset();
+            QDBusConnection::disconnectFromBus(u"fake-server"_s);
+            QTRY_VERIFY(!notifier->isAvailable());
+            server = std::make_unique<FakeNotificationServer>(
+                QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"fake-server"_s),
+                test.capabilities);
+            for (const QString &status : {u"operational"_s, u"down"_s}) {
+                fixture->server.route(
+                    "/feed1.json",
+                    {200,
+                     relayFeed("operational", "[" + relayComponent(u"x"_s, hostile, status) + "]"),
+                     {}});
+                QTest::qWait(100);
+                server->calls.clear();
+                fixture->runPass();
+            }
+            QTRY_COMPARE(server->calls.size(), 1);
+            QCOMPARE(server->calls.first().body, test.body);
+            QCOMPARE(server->calls.first().summary,
+                     u"\u2039b\u203aOps\u2039/b\u203a \uff06 co is down"_s);
+        }
     }
 
     void withoutAServerTheTrayTells()

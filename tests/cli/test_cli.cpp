@@ -1,4 +1,5 @@
 #include "checkrun.h"
+#include "store/checkhistory.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 
@@ -120,6 +121,33 @@ private Q_SLOTS:
         QSettings settings(file, QSettings::IniFormat);
         QCOMPARE(settings.value(u"Lanternic.sources"_s).toString(), u"Mine=example.invalid"_s);
         QVERIFY(settings.value(u"Lanternic.checkHistory"_s).toByteArray().contains("/down"));
+    }
+
+    // Runs on one settings file at once keep each other's ticks.
+    void runsAtOnceKeepEveryTick()
+    {
+        const QString file = dir.filePath(u"shared.ini"_s);
+        int left[2] = {4, 4};
+        const QString sources[2] = {line(u"Ok"_s, "/ok?"), line(u"Down"_s, "/down?")};
+        std::function<void(int)> next = [&](int chain) {
+            if (left[chain]-- == 0)
+                return;
+            auto *process = new QProcess(this);
+            connect(process, &QProcess::finished, this, [&next, process, chain] {
+                process->deleteLater();
+                next(chain);
+            });
+            process->start(QStringLiteral(LANTERNIC_CHECK_BINARY),
+                           {u"--settings"_s, file, u"--source"_s, sources[chain]});
+        };
+        next(0);
+        next(1);
+        QTRY_VERIFY_WITH_TIMEOUT(left[0] < 0 && left[1] < 0, 60'000);
+        QSettings settings(file, QSettings::IniFormat);
+        const lanternic::CheckHistory history = lanternic::CheckHistory::load(settings);
+        QCOMPARE(history.byId.size(), 2);
+        for (const QList<lanternic::HealthTick> &ticks : history.byId)
+            QCOMPARE(ticks.size(), 4);
     }
 
     void ownSettingsAreLeftAlone()

@@ -21,6 +21,9 @@ private Q_SLOTS:
         QTest::newRow("escape sequence") << u"\u001b]0;owned\u0007x"_s << u" ]0;owned x"_s;
         QTest::newRow("bidi overrides and isolates")
             << u"\u202egnp.exe\u202c \u2066x\u2069"_s << u"gnp.exe x"_s;
+        QTest::newRow("only bidi controls, then text")
+            << QString(5000, QChar(0x202e)) + u"tail"_s << u"tail"_s;
+        QTest::newRow("only bidi controls") << QString(5000, QChar(0x2066)) << QString();
         QTest::newRow("cut with an ellipsis")
             << QString(400, u'a') << QString(299, u'a') + u"\u2026"_s;
         // A flag is two code points and four code units: never split.

@@ -102,6 +102,8 @@ private Q_SLOTS:
         QCOMPARE(ask(port, get("/healthz")).status, 200);
         const Answer feed = ask(port, get("/lanternic.json"));
         QCOMPARE(feed.status, 200);
+        // Feed text goes out as it is shown: the component's line break is gone.
+        QVERIFY(feed.body.contains(R"(Git \"Ops\"  — down)"));
         QVERIFY(feed.head.contains("Last-Modified: Mon, 16 Nov 2026 17:00:00 GMT"));
         const QByteArray etag = feed.etag();
 

@@ -197,6 +197,65 @@ private Q_SLOTS:
         QVERIFY(got.body.isEmpty());
     }
 
+    void addressRules_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<int>("scope");
+        const struct {
+            const char *address;
+            AddressScope scope;
+        } rows[] = {
+            {"169.254.169.254", AddressScope::linkLocal},
+            {"::ffff:169.254.169.254", AddressScope::linkLocal},
+            {"fe80::1", AddressScope::linkLocal},
+            {"febf::1", AddressScope::linkLocal},
+            {"127.0.0.2", AddressScope::loopback},
+            {"::1", AddressScope::loopback},
+            {"0.0.0.0", AddressScope::loopback},
+            {"10.1.2.3", AddressScope::privateUse},
+            {"172.31.0.1", AddressScope::privateUse},
+            {"192.168.1.1", AddressScope::privateUse},
+            {"100.64.0.1", AddressScope::privateUse},
+            {"fd00::1", AddressScope::privateUse},
+            {"172.32.0.1", AddressScope::publicUse},
+            {"169.255.0.1", AddressScope::publicUse},
+            {"fec0::1", AddressScope::publicUse},
+            {"2606:4700::1", AddressScope::publicUse},
+        };
+        for (const auto &[address, scope] : rows)
+            QTest::newRow(address) << QString::fromLatin1(address) << int(scope);
+    }
+
+    void addressRules()
+    {
+        QFETCH(QString, address);
+        QFETCH(int, scope);
+        QCOMPARE(int(scopeOf(QHostAddress(address))), scope);
+        const auto to = AddressScope(scope);
+        // Link-local never; a private or loopback address as configured, or after a redirect
+        // from one, but never after a redirect from a public one.
+        QCOMPARE(connectionRefusal(to, std::nullopt).has_value(), to == AddressScope::linkLocal);
+        QCOMPARE(connectionRefusal(to, AddressScope::privateUse).has_value(),
+                 to == AddressScope::linkLocal);
+        QCOMPARE(connectionRefusal(to, AddressScope::publicUse).has_value(),
+                 to != AddressScope::publicUse);
+    }
+
+    // Run only inside a network namespace that has nothing but loopback (the isolated ctest
+    // entry), so that not a packet could leave the machine were the rule broken.
+    void redirectsNeverReachLinkLocalAddresses()
+    {
+        if (!qEnvironmentVariableIsSet("LANTERNIC_ISOLATED_NETWORK"))
+            QSKIP("needs a network namespace of its own");
+        for (const char *location :
+             {"http://169.254.169.254/latest/meta-data/", "http://[fe80::1]/"}) {
+            server->route("/moved", {302, {}, {{"Location", location}}});
+            const Response got = get(server->url("/moved"));
+            QCOMPARE(got.transferFailure, u"Link-local address refused"_s);
+            QCOMPARE(got.timing.redirects, 1);
+        }
+    }
+
     void transfersEndWithTheirContext()
     {
         server->route("/feed", {200, "ok", {}, false, 100});

@@ -197,6 +197,16 @@ private Q_SLOTS:
                    {"id":"b","name":"B","status":"major_outage"},
                    {"id":"c","name":"C","status":"Down"}]})")
             << u"down | 3 components affected | a=degraded(partial_outage), b=down(major_outage), c=degraded(Down)"_s;
+        QTest::newRow("relay, a repeated component id keeps the first")
+            << source() << QByteArray(R"({"schema":"lanternic.v1","components":[
+                   {"id":"a","name":"A","status":"operational"},
+                   {"id":"a","name":"A again","status":"down"}]})")
+            << u"operational | Operational | a=operational(operational)"_s;
+        QTest::newRow("Statuspage, a repeated component id keeps the first")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":"a","name":"A","status":"major_outage"},
+                   {"id":"a","name":"A","status":"operational"}]})")
+            << u"down | A \u2014 down | a=down(major_outage)"_s;
         QTest::newRow("relay, component without status")
             << source()
             << QByteArray(R"({"schema":"lanternic.v1","components":[{"id":"a","name":"A"}]})")

@@ -178,6 +178,33 @@ private Q_SLOTS:
         QCOMPARE(stored, store->history());
     }
 
+    // Two programs passing over one settings file (the watcher and lanternic-check, say) keep
+    // each other's ticks and kinds.
+    void twoProgramsOnOneFileKeepEveryTick()
+    {
+        server->route("/feed", {200, relayFeed("operational"), {}});
+        makeStore(line(u"F"_s, "/feed?"));
+        defaults->sync();
+        QSettings otherFile(defaults->fileName(), QSettings::IniFormat);
+        AppEnvironment other(otherFile, {}, AppEnvironment::LaunchPass::none);
+        for (int i = 0; i < 5; ++i) {
+            pass();
+            bool done = false;
+            other.store->refresh([&] { done = true; });
+            QVERIFY(QTest::qWaitFor([&] { return done; }, 20'000));
+        }
+        kinds->record(u"one.example"_s, SourceKind::atlassian);
+        other.kinds.record(u"two.example"_s, SourceKind::incidentio);
+        defaults->sync();
+        otherFile.sync();
+
+        QSettings reread(defaults->fileName(), QSettings::IniFormat);
+        const CheckHistory stored = CheckHistory::load(reread);
+        QCOMPARE(stored.byId.size(), 1);
+        QCOMPARE(stored.byId.begin()->size(), 10);
+        QCOMPARE(SourceKindStore(reread).cache().keys().size(), 2);
+    }
+
     // Overlapping passes: the one that started later wins, even when it finishes first.
     void aStalePassIsDropped()
     {
