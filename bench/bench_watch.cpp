@@ -99,11 +99,21 @@ int main(int argc, char **argv)
         due = clock.elapsed() + 2000;
         passes.start();
     });
+    // What the connections hold: the most open at once, and the most memory meanwhile.
+    int mostOpen = 0;
+    long mostResident = 0;
+    QTimer sample;
+    QObject::connect(&sample, &QTimer::timeout, [&] {
+        mostOpen = std::max(mostOpen, server.front().openConnections());
+        mostResident = std::max(mostResident, residentKilobytes());
+    });
+    sample.start(100);
     QTimer::singleShot(amount * 1000, [&] {
         const qint64 worst = lags.empty() ? 0 : *std::max_element(lags.begin(), lags.end());
-        std::printf("passes %zu worst_pass_lag_ms %lld served_passes %lld cpu_seconds %.2f\n",
+        std::printf("passes %zu worst_pass_lag_ms %lld served_passes %lld cpu_seconds %.2f "
+                    "most_open_connections %d most_rss_kb %ld\n",
                     lags.size(), qlonglong(worst), qlonglong(server.statistics().passes),
-                    cpuSeconds());
+                    cpuSeconds(), mostOpen, mostResident);
         QCoreApplication::quit();
     });
     return QCoreApplication::exec();

@@ -5,6 +5,9 @@
 # six rounds) while it starts a pass every 2 s, so that some rounds meet a pass. Each round is
 # also run against baseline_server, the least a server can do, serving the same bytes: on a
 # machine whose load generator shares its cores, that says what the machine itself allows.
+# Last comes an attack round: 300 slow request heads and 2,000 idle connections from 127.0.0.2
+# (bench/attack.py) while ab asks from 127.0.0.1; it reports ab's figures and the watcher's
+# resident memory before, at most during, and after the attack.
 # Usage: bench/watch-bench.sh BUILD-DIR [PASSES]
 set -euo pipefail
 build=${1:?usage: watch-bench.sh BUILD-DIR [PASSES]}
@@ -27,7 +30,7 @@ for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
 
 "$build/bench/bench_watch" memory $port 100 "$passes"
 
-"$build/bench/bench_watch" serve $port 100 25 >"$work/watch" &
+"$build/bench/bench_watch" serve $port 100 45 >"$work/watch" &
 watcher=$!
 pids+=("$watcher")
 for _ in $(seq 100); do grep -q ready "$work/watch" && break; sleep 0.1; done
@@ -78,5 +81,22 @@ for number in 1 2 3 4 5 plain; do
     round "baseline $number" $((port + 2)) "${encoding[@]}"
     sleep 1
 done
+rss() { awk '/^VmRSS/ { print $2 }' "/proc/$watcher/status"; }
+before=$(rss)
+most=$before
+python3 "$here/attack.py" 127.0.0.1 $((port + 1)) 127.0.0.2 300 2000 14 >"$work/attack" &
+attacker=$!
+pids+=("$attacker")
+sleep 4
+round "attack" $((port + 1)) -H "Accept-Encoding: gzip" &
+attackRound=$!
+while kill -0 "$attacker" 2>/dev/null; do
+    now=$(rss)
+    [ "$now" -gt "$most" ] && most=$now
+    sleep 0.2
+done
+wait "$attackRound" || true
+echo "attack: $(cat "$work/attack"); watcher rss before ${before} KB, most during ${most} KB," \
+    "after $(rss) KB"
 wait "$watcher" || true
 grep passes "$work/watch"

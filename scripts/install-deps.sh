@@ -2,16 +2,16 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-# qt6-httpserver-dev (which needs qt6-websockets-dev) serves lanternic-serve, and zlib1g-dev
-# compresses its answers; qt6-svg-dev and scdoc render the icons and manual pages; openssl
+# zlib1g-dev compresses lanternic-serve's answers; iproute2 brings up loopback in the network
+# namespace the redirect test runs in; qt6-svg-dev and scdoc render the icons and manual pages; openssl
 # makes the TLS tests' certificate; clang and its runtimes build the fuzzers; the X server,
 # tray host, compositing manager, X tools, Python's X and D-Bus bindings, Weston and Qt's
 # Wayland and GTK plugins run the end-to-end desktop tests and screenshots; lintian,
 # desktop-file-utils, appstream, man-db and bash-completion check the package; Prometheus (and
 # python3 to serve it feeds) scrapes lanternic-serve, ab loads it in the watcher's benchmark, and
 # the shell scripts are checked with shellcheck.
-packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-httpserver-dev qt6-websockets-dev
-    zlib1g-dev libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
+packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev
+    zlib1g-dev iproute2 libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
     scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl
     xvfb trayer xcompmgr xdotool x11-utils dbus python3-xlib python3-dbus python3-gi
     weston qt6-wayland qt6-gtk-platformtheme

@@ -181,7 +181,9 @@ void HttpFront::setLimits(const Limits &limits)
 quint16 HttpFront::listen(const QHostAddress &address, quint16 port)
 {
     auto *listener = new Listener(*this);
-    listener->setListenBacklogSize(256);
+    // A client flooding connections that are closed as fast as they come must not fill the
+    // queue others' connections wait in.
+    listener->setListenBacklogSize(4096);
     if (!listener->listen(address, port)) {
         delete listener;
         return 0;
