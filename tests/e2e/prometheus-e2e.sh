@@ -13,13 +13,19 @@ fail_logs='*.log'
 read -r feeds watcher prom < <(free_ports 3)
 (cd "$samples" && exec python3 -m http.server "$feeds" --bind 127.0.0.1) >"$work/feeds.log" 2>&1 &
 pids+=("$!")
-printf '[General]\nLanternic.sources="Build farm=http://127.0.0.1:%s/relay-feed.json\\nGitHub=http://127.0.0.1:%s/statuspage-summary.json"\n' \
-    "$feeds" "$feeds" >"$work/watcher.ini"
 await curl -sf "http://127.0.0.1:$feeds/relay-feed.json" || fail "the feed server did not start"
 
-"$serve" --settings "$work/watcher.ini" --listen "127.0.0.1:$watcher" >"$work/watcher.log" 2>&1 &
-pids+=("$!")
+# The team set-up as the README gives it: the sources on the first start, kept for later ones.
+"$serve" --settings "$work/watcher.ini" --listen "127.0.0.1:$watcher" \
+    --source "Build farm=http://127.0.0.1:$feeds/relay-feed.json" \
+    --source "GitHub=http://127.0.0.1:$feeds/statuspage-summary.json" >"$work/watcher.log" 2>&1 &
+first=$!
 await curl -sf "http://127.0.0.1:$watcher/healthz" || fail "the watcher did not finish a pass"
+kill "$first"
+wait "$first" || true
+"$serve" --settings "$work/watcher.ini" --listen "127.0.0.1:$watcher" >>"$work/watcher.log" 2>&1 &
+pids+=("$!")
+await curl -sf "http://127.0.0.1:$watcher/healthz" || fail "the watcher did not start again"
 curl -sf "http://127.0.0.1:$watcher/metrics" >"$work/metrics.txt"
 promtool check metrics <"$work/metrics.txt" || fail "promtool rejected the exposition"
 curl -sf --compressed "http://127.0.0.1:$watcher/lanternic.json" |
