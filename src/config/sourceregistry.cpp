@@ -190,6 +190,7 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
             return std::nullopt;
         source.url = *url;
         source.homeURL = base->home;
+        source.baseHost = base->host;
         lookupHost = base->host;
         key = urlKey(source.homeURL, host, base->subpath.has_value());
     } else {

@@ -26,6 +26,8 @@ struct JSONSource {
     std::optional<QString> updogService;
     // The host of url in the case the user wrote it (QUrl lower-cases hosts).
     QString urlHost;
+    // For a bare-host line, the host whose page kind decides url.
+    QString baseHost;
 
     // Our own relay feed document.
     using Native = RelayFeedSource::Document;

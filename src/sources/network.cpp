@@ -33,6 +33,12 @@ void stopWatching(QSocketNotifier *notifier)
         notifier->setEnabled(false);
 }
 
+// A limit as the failure text says it: whole seconds, or a fraction where tests set less.
+QString seconds(std::chrono::milliseconds limit)
+{
+    return QString::number(double(limit.count()) / 1000.0);
+}
+
 microseconds timeInfo(CURL *easy, CURLINFO info)
 {
     curl_off_t value = 0;
@@ -86,6 +92,12 @@ public:
         curl_slist_free_all(connectTo);
     }
 
+    static size_t onHeader(char *, size_t, size_t size, void *self)
+    {
+        static_cast<Transfer *>(self)->answered = true;
+        return size;
+    }
+
     static size_t onData(char *data, size_t, size_t size, void *self)
     {
         auto *transfer = static_cast<Transfer *>(self);
@@ -125,7 +137,10 @@ public:
     curl_slist *connectTo = nullptr;
     QByteArray body;
     bool tooLarge = false;
+    bool answered = false;   // some byte of this hop's answer has come
+    bool unanswered = false; // ended for want of a first byte
     bool viaProxy = false;
+    std::chrono::milliseconds limit{0};
     std::optional<AddressScope> previousScope; // of the hop that redirected here
     std::optional<QString> refusal;
     Timing timing;
@@ -339,10 +354,22 @@ void Session::Private::start(Transfer *transfer, const QUrl &url)
         return;
     }
     // The limit covers the whole redirect chain.
-    const qint64 left = options.transferLimit.count() - transfer->started.elapsed();
+    const qint64 left = transfer->limit.count() - transfer->started.elapsed();
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, long(std::max<qint64>(left, 1)));
     transfers.insert(easy, transfer);
     curl_multi_add_handle(multi, easy);
+    // libcurl has no limit on the wait for an HTTP answer: a server that accepts and then says
+    // nothing would hold the check for the whole transfer limit.
+    transfer->answered = false;
+    const int hop = transfer->timing.redirects;
+    QTimer::singleShot(options.firstByteTimeout, transfer, [this, transfer, hop] {
+        if (transfer->answered || hop != transfer->timing.redirects ||
+            !transfers.contains(transfer->easy))
+            return;
+        transfer->unanswered = true;
+        curl_multi_remove_handle(multi, transfer->easy);
+        complete(transfer, CURLE_OPERATION_TIMEDOUT);
+    });
 }
 
 void Session::Private::detach(Transfer *transfer)
@@ -395,6 +422,13 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
         response.transferFailure = *transfer->refusal;
     } else if (transfer->tooLarge || code == CURLE_FILESIZE_EXCEEDED) {
         response.transferFailure = u"The response is larger than 16 MiB"_s;
+    } else if (transfer->unanswered) {
+        response.transferFailure =
+            u"No answer within %1 s"_s.arg(seconds(options.firstByteTimeout));
+    } else if (code == CURLE_OPERATION_TIMEDOUT && timing.connect.count() == 0 &&
+               transfer->started.elapsed() < transfer->limit.count()) {
+        response.transferFailure =
+            u"No connection within %1 s"_s.arg(seconds(options.connectTimeout));
     } else if (code == CURLE_OPERATION_TIMEDOUT) {
         response.transferFailure = u"The request timed out"_s;
     } else if (code != CURLE_OK) {
@@ -441,9 +475,11 @@ qsizetype Session::transfersInFlight() const
     return d->transfers.size();
 }
 
-void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done)
+void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done,
+                  Purpose purpose)
 {
     auto *transfer = new Transfer(d.get(), context, std::move(done));
+    transfer->limit = purpose == Purpose::probe ? d->options.probeLimit : d->options.transferLimit;
     CURL *easy = transfer->easy;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, transfer);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -459,7 +495,9 @@ void Session::get(const QUrl &url, QObject *context, std::function<void(Response
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, curl_off_t(maximumBodySize));
     curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_2TLS));
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.inactivityTimeout.count()));
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, transfer);
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.connectTimeout.count()));
     // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
     // limit on the whole transfer.
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);

@@ -41,16 +41,21 @@ struct Response {
 
 // The process's one HTTP client: a libcurl multi handle driven by the Qt event loop of the
 // thread that made it, with many transfers in flight at once and connections kept for reuse.
-// Every fetch follows the same rules: the User-Agent, an inactivity time-out and a limit on
-// the whole transfer, redirects only to http and https and never from https to http, TLS
+// Every fetch follows the same rules: the User-Agent, limits on connecting, on the first byte
+// of the answer, on inactivity and on the whole transfer, redirects only to http and https and never from https to http, TLS
 // verified, compressed bodies accepted, the body cap, and the system's proxy per URL.
 class Session : public QObject {
     Q_OBJECT
 
 public:
     struct Options {
+        std::chrono::milliseconds connectTimeout = std::chrono::seconds(10);
+        // From the start of each hop to the first byte of its answer.
+        std::chrono::milliseconds firstByteTimeout = std::chrono::seconds(30);
         std::chrono::milliseconds inactivityTimeout = std::chrono::seconds(60);
         std::chrono::milliseconds transferLimit = std::chrono::seconds(120);
+        // The whole of a probe, a question that only decides how to ask later.
+        std::chrono::milliseconds probeLimit = std::chrono::seconds(10);
         // Requests to these hosts (any port, any scheme) go to 127.0.0.1 at the given port over
         // plain HTTP, keeping their host name: how tests and benchmarks reach loopback servers.
         QHash<QString, quint16> loopbackHosts;
@@ -62,9 +67,13 @@ public:
     explicit Session(Options options, QObject *parent = nullptr);
     ~Session() override;
 
+    enum class Purpose { check, probe };
+
     // A plain GET. done runs once, on this thread, from the event loop, unless context is
-    // destroyed first: that aborts the transfer and done never runs.
-    void get(const QUrl &url, QObject *context, std::function<void(Response)> done);
+    // destroyed first: that aborts the transfer and done never runs. A probe is limited to
+    // probeLimit in all.
+    void get(const QUrl &url, QObject *context, std::function<void(Response)> done,
+             Purpose purpose = Purpose::check);
 
     qsizetype transfersInFlight() const;
 

@@ -79,15 +79,18 @@ void SourceKindStore::probe(const QString &host, network::Session &session, QObj
         done(std::nullopt);
         return;
     }
-    session.get(*url, context, [done = std::move(done)](network::Response response) {
-        if (response.transferFailure || !response.httpStatus)
-            done(std::nullopt);
-        else if (*response.httpStatus == 200 &&
-                 IncidentIOSource::looksLikeIncidentWidget(parseJson(response.body)))
-            done(SourceKind::incidentio);
-        else
-            done(SourceKind::atlassian);
-    });
+    session.get(
+        *url, context,
+        [done = std::move(done)](network::Response response) {
+            if (response.transferFailure || !response.httpStatus)
+                done(std::nullopt);
+            else if (*response.httpStatus == 200 &&
+                     IncidentIOSource::looksLikeIncidentWidget(parseJson(response.body)))
+                done(SourceKind::incidentio);
+            else
+                done(SourceKind::atlassian);
+        },
+        network::Session::Purpose::probe);
 }
 
 } // namespace lanternic

@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QHash>
+#include <QPointer>
 #include <QQueue>
 #include <QSet>
 #include <QTimer>
@@ -18,86 +19,33 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-// One check pass: probes the new hosts, then checks every source, many requests in flight at
-// once. It owns its replies, so deleting it (with the store) cancels what is still open.
-class CheckPass : public QObject {
+// Starts requests while fewer than the maximum are in flight, across all passes. Enough to
+// keep any realistic source list entirely in flight, while a huge one neither runs out of
+// file descriptors nor makes every event-loop turn poll thousands of sockets. Connecting costs
+// the loop tens of microseconds a request, so only a few start in one turn of it: a pass over
+// many sources never holds up for long what else the loop serves (the panel, or the watcher's
+// clients).
+class TransferQueue : public QObject {
 public:
-    // Enough to keep any realistic source list entirely in flight, while a huge one neither
-    // runs out of file descriptors nor makes every event-loop turn poll thousands of sockets.
     static constexpr int maximumInFlight = 128;
     static constexpr int startsPerTurn = 8;
 
-    CheckPass(LanternicStore &store, quint64 number, std::function<void()> done)
-        : QObject(&store), m_store(store), m_number(number), m_done(std::move(done))
-    {
-        m_clock.start();
-    }
+    using QObject::QObject;
 
-    void run()
-    {
-        QStringList hosts;
-        for (const QString &host : SourceRegistry::baseHosts(m_store.m_settings.sourcesText())) {
-            if (!m_store.m_kinds.cache().contains(host.toLower()))
-                hosts.append(host);
-        }
-        if (hosts.isEmpty()) {
-            checkSources();
-            return;
-        }
-        m_pending = hosts.size();
-        for (const QString &host : hosts) {
-            enqueue([this, host] {
-                SourceKindStore::probe(host, m_store.m_session, this,
-                                       [this, host](std::optional<SourceKind> kind) {
-                                           m_probed.append({host, kind});
-                                           jobFinished();
-                                           if (--m_pending == 0)
-                                               recordKindsAndCheck();
-                                       });
-            });
-        }
-    }
-
-private:
-    void recordKindsAndCheck()
-    {
-        // In the order the probes finished; a probe without an answer records nothing.
-        SettingsFile::update(m_store.m_defaults, [this] {
-            for (const auto &[host, kind] : m_probed) {
-                if (kind)
-                    m_store.m_kinds.record(host, *kind);
-            }
-        });
-        checkSources();
-    }
-
-    void checkSources()
-    {
-        m_sources =
-            SourceRegistry::sources(m_store.m_settings.sourcesText(), m_store.m_kinds.cache());
-        m_pending = m_sources.size();
-        for (const JSONSource &source : std::as_const(m_sources)) {
-            enqueue([this, &source] {
-                source.check(m_store.m_session, this, [this](SourceResult result) {
-                    m_collected.append(std::move(result));
-                    jobFinished();
-                    if (--m_pending == 0)
-                        finish();
-                });
-            });
-        }
-    }
-
-    // Starts a request as soon as fewer than the maximum are in flight.
     void enqueue(std::function<void()> start)
     {
         m_waiting.enqueue(std::move(start));
         startWaiting();
     }
 
-    // Connecting costs the loop tens of microseconds a request, so only a few requests start in
-    // one turn of it: a pass over many sources never holds up for long what else the loop
-    // serves (the panel, or the watcher's clients).
+    // One request started from here has answered.
+    void finished()
+    {
+        --m_inFlight;
+        startWaiting();
+    }
+
+private:
     void startWaiting()
     {
         while (!m_waiting.isEmpty() && m_inFlight < maximumInFlight &&
@@ -113,10 +61,87 @@ private:
         }
     }
 
-    void jobFinished()
+    int m_inFlight = 0;
+    int m_startedThisTurn = 0;
+    QQueue<std::function<void()>> m_waiting;
+};
+
+// One check pass. Sources whose page kind is known are checked at once; the bare hosts not
+// yet in the kind cache are probed meanwhile, and their sources checked as each probe answers.
+// Each result reaches the store as it comes; the pass ends when every source has one.
+class CheckPass : public QObject {
+public:
+    CheckPass(LanternicStore &store, quint64 number, std::function<void()> done)
+        : QObject(&store), m_store(store), m_number(number), m_done(std::move(done))
     {
-        --m_inFlight;
-        startWaiting();
+        m_clock.start();
+    }
+
+    void run()
+    {
+        m_text = m_store.m_settings.sourcesText();
+        const QHash<QString, SourceKind> &kinds = m_store.m_kinds.cache();
+        m_sources = SourceRegistry::sources(m_text, kinds);
+        m_pending = m_sources.size();
+        m_store.beginPass(m_number, m_sources);
+        QSet<QString> probing;
+        for (const QString &host : SourceRegistry::baseHosts(m_text)) {
+            if (!kinds.contains(host.toLower()) && !probing.contains(host.toLower())) {
+                probing.insert(host.toLower());
+                probe(host);
+            }
+        }
+        for (const JSONSource &source : std::as_const(m_sources)) {
+            if (!probing.contains(source.baseHost.toLower()))
+                check(source);
+        }
+    }
+
+private:
+    void probe(const QString &host)
+    {
+        m_store.m_queue->enqueue([this, host] {
+            SourceKindStore::probe(host, m_store.m_session, this,
+                                   [this, host](std::optional<SourceKind> kind) {
+                                       m_store.m_queue->finished();
+                                       probed(host, kind);
+                                   });
+        });
+    }
+
+    // A probe without an answer records nothing; the host's sources are checked either way.
+    void probed(const QString &host, std::optional<SourceKind> kind)
+    {
+        if (kind) {
+            SettingsFile::update(m_store.m_defaults,
+                                 [this, &host, kind] { m_store.m_kinds.record(host, *kind); });
+        }
+        QHash<QString, JSONSource> known;
+        for (JSONSource &source : SourceRegistry::sources(m_text, m_store.m_kinds.cache()))
+            known.insert(source.id, std::move(source));
+        for (JSONSource &source : m_sources) {
+            if (source.baseHost.compare(host, Qt::CaseInsensitive) != 0)
+                continue;
+            source = known.value(source.id, source);
+            check(source);
+        }
+    }
+
+    void check(const JSONSource &source)
+    {
+        QPointer<CheckPass> pass(this);
+        m_store.check(source, [pass](const SourceResult &result) {
+            if (pass)
+                pass->arrived(result);
+        });
+    }
+
+    void arrived(const SourceResult &result)
+    {
+        m_collected.append(result);
+        m_store.resultArrived(m_number, result);
+        if (--m_pending == 0)
+            finish();
     }
 
     void finish()
@@ -132,11 +157,8 @@ private:
     const quint64 m_number;
     std::function<void()> m_done;
     QElapsedTimer m_clock;
+    QString m_text;
     qsizetype m_pending = 0;
-    int m_inFlight = 0;
-    int m_startedThisTurn = 0;
-    QQueue<std::function<void()>> m_waiting;
-    QList<std::pair<QString, std::optional<SourceKind>>> m_probed;
     QList<JSONSource> m_sources;
     QList<SourceResult> m_collected;
 };
@@ -145,8 +167,8 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
-      m_history(CheckHistory::load(defaults)), m_pollTimer(new SleepTimer(this)),
-      m_sourcesSettled(new QTimer(this))
+      m_history(CheckHistory::load(defaults)), m_queue(new TransferQueue(this)),
+      m_pollTimer(new SleepTimer(this)), m_sourcesSettled(new QTimer(this))
 {
     m_sourcesSettled->setSingleShot(true);
     m_sourcesSettled->setInterval(sourcesSettleDelay);
@@ -155,17 +177,20 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
     connect(m_sourcesSettled, &QTimer::timeout, this, [this] { refresh(); });
 
     const QDateTime now = m_clock();
-    for (const JSONSource &source :
-         SourceRegistry::sources(settings.sourcesText(), kinds.cache())) {
-        SourceResult placeholder;
-        placeholder.id = source.id;
-        placeholder.name = source.name;
-        placeholder.health = Health::unknown;
-        placeholder.detail = u"Checking\u2026"_s;
-        placeholder.url = source.homeURL;
-        placeholder.checkedAt = now;
-        m_results.append(placeholder);
-    }
+    for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
+        m_results.append(placeholder(source, now));
+}
+
+SourceResult LanternicStore::placeholder(const JSONSource &source, const QDateTime &now)
+{
+    SourceResult result;
+    result.id = source.id;
+    result.name = source.name;
+    result.health = Health::unknown;
+    result.detail = u"Checking\u2026"_s;
+    result.url = source.homeURL;
+    result.checkedAt = now;
+    return result;
 }
 
 LanternicStore::~LanternicStore() = default;
@@ -201,17 +226,70 @@ std::chrono::milliseconds LanternicStore::pollInterval() const
     return std::chrono::minutes(std::clamp(m_settings.refreshIntervalMinutes(), 1, 60));
 }
 
+void LanternicStore::check(const JSONSource &source, std::function<void(const SourceResult &)> done)
+{
+    const QString key = source.id + u'\n' + source.name + u'\n' + source.url.toString();
+    if (auto running = m_checks.find(key); running != m_checks.end()) {
+        running->append(std::move(done));
+        return;
+    }
+    m_checks.insert(key, {std::move(done)});
+    // Checks belong to the store, not to one pass: a later pass may be waiting for them too.
+    m_queue->enqueue([this, source, key] {
+        source.check(m_session, this, [this, key](SourceResult result) {
+            m_queue->finished();
+            for (const auto &done : m_checks.take(key))
+                done(result);
+        });
+    });
+}
+
+void LanternicStore::beginPass(quint64 number, const QList<JSONSource> &sources)
+{
+    m_rowsPass = number;
+    QHash<QString, qsizetype> previous;
+    for (qsizetype i = 0; i < m_results.size(); ++i)
+        previous.insert(m_results[i].id, i);
+    QList<SourceResult> rows;
+    rows.reserve(sources.size());
+    const QDateTime now = m_clock();
+    for (const JSONSource &source : sources) {
+        if (auto kept = previous.constFind(source.id); kept != previous.constEnd())
+            rows.append(m_results[*kept]);
+        else
+            rows.append(placeholder(source, now));
+    }
+    if (rows != m_results) {
+        m_results = std::move(rows);
+        Q_EMIT resultsChanged();
+    }
+}
+
+void LanternicStore::resultArrived(quint64 number, const SourceResult &result)
+{
+    if (number != m_rowsPass)
+        return; // the rows are a later pass's now, which waits for the same check
+    for (SourceResult &row : m_results) {
+        if (row.id == result.id) {
+            if (row != result) {
+                row = result;
+                Q_EMIT resultsChanged();
+            }
+            return;
+        }
+    }
+}
+
 void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds duration,
                                 const QList<JSONSource> &sources, QList<SourceResult> collected)
 {
-    // A pass that started before the one published last read older settings, or an older
-    // state of the pages: what it found is no longer news.
+    // A pass that a later one has overtaken read older settings, or an older state of the
+    // pages: the later one publishes.
     --m_running;
-    if (number < m_passPublished) {
+    if (number != m_passesStarted) {
         setRefreshing(m_running > 0);
         return;
     }
-    m_passPublished = number;
     m_lastPassDuration = duration;
 
     QHash<QString, qsizetype> position;

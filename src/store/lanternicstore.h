@@ -22,6 +22,7 @@ class Session;
 
 class AppSettings;
 class SilenceStore;
+class TransferQueue;
 class SleepTimer;
 class SourceKindStore;
 struct JSONSource;
@@ -51,8 +52,10 @@ public:
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
     // and again.
     void start();
-    // One check pass; done runs when it has finished. Passes may overlap: the results of one
-    // that finishes after a later one has published are dropped.
+    // One check pass; done runs when it has finished. Each source's result replaces its row
+    // as it comes (resultsChanged); the pass time, history, silence clean-up and passFinished
+    // come at its end. Passes may overlap: a source already being checked is not fetched
+    // again, and a pass that a later one has overtaken publishes nothing at its end.
     void refresh(std::function<void()> done = {});
     // How long the pass published last took.
     std::chrono::milliseconds lastPassDuration() const { return m_lastPassDuration; }
@@ -87,8 +90,14 @@ Q_SIGNALS:
 
 private:
     friend class CheckPass;
+    // Checks source, or waits for the check of it already running.
+    void check(const JSONSource &source, std::function<void(const SourceResult &)> done);
+    // The rows become the pass's sources, with the results known of them so far.
+    void beginPass(quint64 number, const QList<JSONSource> &sources);
+    void resultArrived(quint64 number, const SourceResult &result);
     void finishPass(quint64 number, std::chrono::milliseconds duration,
                     const QList<JSONSource> &sources, QList<SourceResult> collected);
+    static SourceResult placeholder(const JSONSource &source, const QDateTime &now);
     void setRefreshing(bool refreshing);
     QDateTime lastCheckedOrNull() const { return m_lastChecked.value_or(QDateTime()); }
 
@@ -104,11 +113,14 @@ private:
     bool m_isRefreshing = false;
     int m_running = 0;
     quint64 m_passesStarted = 0;
-    quint64 m_passPublished = 0;
+    quint64 m_rowsPass = 0;
+    // Checks in flight, by what they fetch, with everyone waiting for them.
+    QHash<QString, QList<std::function<void(const SourceResult &)>>> m_checks;
     std::chrono::milliseconds m_lastPassDuration{0};
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
     CheckHistory m_history;
+    TransferQueue *m_queue;
 
     SleepTimer *m_pollTimer = nullptr;
     QTimer *m_sourcesSettled;

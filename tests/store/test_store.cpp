@@ -205,22 +205,27 @@ private Q_SLOTS:
         QCOMPARE(SourceKindStore(reread).cache().keys().size(), 2);
     }
 
-    // Overlapping passes: the one that started later wins, even when it finishes first.
+    // Overlapping passes: the one that started later wins, even when it finishes first, and a
+    // source removed meanwhile does not come back with the earlier one.
     void aStalePassIsDropped()
     {
-        server->route("/feed", {200, relayFeed("down"), {}, false, 300});
-        makeStore(line(u"F"_s, "/feed?"));
+        server->route("/old", {200, relayFeed("down"), {}, false, 300});
+        server->route("/new", {200, relayFeed("operational"), {}});
+        makeStore(line(u"Old"_s, "/old?"));
+        QSignalSpy published(store, &LanternicStore::passFinished);
         int finished = 0;
         store->refresh([&] { ++finished; });
         QTest::qWait(50);
-        server->route("/feed", {200, relayFeed("operational"), {}, false, 0});
+        settings->setSourcesText(line(u"New"_s, "/new?"));
         store->refresh([&] { ++finished; });
         QTRY_COMPARE_WITH_TIMEOUT(finished, 1, 10'000);
         QVERIFY(store->isRefreshing());
         QTRY_COMPARE_WITH_TIMEOUT(finished, 2, 10'000);
         QVERIFY(!store->isRefreshing());
-        QCOMPARE(store->results().first().health, Health::operational);
-        QCOMPARE(store->history().byId.begin()->size(), 1);
+        QCOMPARE(resultLines(), QStringList{store->results().first().id + u" operational"_s});
+        QCOMPARE(store->results().first().name, u"New"_s);
+        QCOMPARE(published.size(), 1);
+        QCOMPARE(store->history().byId.size(), 1);
     }
 
     void startingTwiceLeavesOneLoop()
