@@ -1,4 +1,5 @@
-// Serves one status document for any request, on every local address, for the pass benchmark.
+// Serves one status document for any request, on every local address, for the pass benchmark;
+// a request whose path has "silent" in it is accepted and never answered.
 
 #include <QCoreApplication>
 #include <QFile>
@@ -50,7 +51,8 @@ int main(int argc, char **argv)
     QObject::connect(&server, &QTcpServer::newConnection, [&] {
         while (QTcpSocket *socket = server.nextPendingConnection()) {
             QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, &response] {
-                if (!socket->readAll().contains("\r\n\r\n"))
+                const QByteArray head = socket->readAll();
+                if (!head.contains("\r\n\r\n") || head.contains("silent"))
                     return;
                 socket->write(response);
                 socket->disconnectFromHost();

@@ -105,9 +105,18 @@ void preferLeanEventDispatcher()
 
 WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *parent)
     : QObject(parent), m_store(store), m_relayName(std::move(relayName)),
-      m_front(new HttpFront([this](const HttpRequest &request) { return answer(request); }, this))
+      m_front(new HttpFront([this](const HttpRequest &request) { return answer(request); }, this)),
+      m_republish(new QTimer(this))
 {
     connect(&store, &LanternicStore::passFinished, this, &WatchServer::passFinished);
+    // Results arrive one by one during a pass: they are served as they come, a few at a time.
+    m_republish->setSingleShot(true);
+    m_republish->setInterval(100);
+    connect(m_republish, &QTimer::timeout, this, &WatchServer::publish);
+    connect(&store, &LanternicStore::resultsChanged, m_republish, [this] {
+        if (m_statistics.passes > 0 && !m_republish->isActive())
+            m_republish->start();
+    });
 }
 
 quint16 WatchServer::listen(const QHostAddress &address, quint16 port)
@@ -120,11 +129,17 @@ void WatchServer::passFinished()
     ++m_statistics.passes;
     m_statistics.lastPass = m_store.lastChecked();
     m_statistics.lastDurationSeconds = m_store.lastPassDuration().count() / 1000.0;
+    m_republish->stop();
+    publish();
+}
+
+void WatchServer::publish()
+{
     const QByteArray relay = QJsonDocument(relayDocument(m_store, m_relayName, std::nullopt))
                                  .toJson(QJsonDocument::Compact);
     m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
-    m_relay = encoded("application/json", relay, m_tag,
-                      {{"Last-Modified", httpDate(*m_statistics.lastPass)}});
+    m_relay =
+        encoded("application/json", relay, m_tag, {{"Last-Modified", httpDate(m_store.now())}});
     // The exposition is over ten times the feed: written, then compressed, on the next two turns
     // of the loop, so that the answers in flight wait for neither step in one piece. Until then
     // /metrics answers as it did before this pass.

@@ -7,6 +7,8 @@
 #include <QHostAddress>
 #include <QObject>
 
+class QTimer;
+
 namespace lanternic {
 
 class LanternicStore;
@@ -40,6 +42,7 @@ public:
 
 private:
     void passFinished();
+    void publish();
     Encoded metricsResponse() const;
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
@@ -47,6 +50,7 @@ private:
     LanternicStore &m_store;
     QString m_relayName;
     HttpFront *m_front;
+    QTimer *m_republish;
     PassStatistics m_statistics;
     Encoded m_relay; // the feed of the last pass, and its tag
     QByteArray m_tag;

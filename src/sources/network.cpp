@@ -362,7 +362,7 @@ void Session::Private::start(Transfer *transfer, const QUrl &url)
     // nothing would hold the check for the whole transfer limit.
     transfer->answered = false;
     const int hop = transfer->timing.redirects;
-    QTimer::singleShot(options.firstByteTimeout, transfer, [this, transfer, hop] {
+    QTimer::singleShot(options.firstByteTimeout, Qt::PreciseTimer, transfer, [this, transfer, hop] {
         if (transfer->answered || hop != transfer->timing.redirects ||
             !transfers.contains(transfer->easy))
             return;

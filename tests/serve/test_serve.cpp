@@ -312,6 +312,20 @@ private Q_SLOTS:
         QCOMPARE(ask(port, get("/healthz")).status, 200);
     }
 
+    // A result is served as it arrives, while the pass waits for a slower source.
+    void resultsAreServedAsTheyArrive()
+    {
+        fixture->runPass();
+        fixture->server.route("/feed0.json", {200, relayFeed("operational"), {}, false, 3000});
+        fixture->server.route("/feed1.json", {200, relayFeed("down"), {}});
+        fixture->store.refresh();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            ask(port, get("/lanternic.json")).body.contains(R"("status":"down")"), 1500);
+        QVERIFY(fixture->store.isRefreshing());
+        QTRY_VERIFY(ask(port, get("/metrics")).body.contains("name=\"Linear\"} 2\n"));
+        QVERIFY(fixture->store.isRefreshing());
+    }
+
     // The health check fails once the loop has not finished a pass for three intervals.
     void staleLoop()
     {

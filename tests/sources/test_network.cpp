@@ -50,6 +50,7 @@ class TestNetwork : public QObject {
     static Session::Options quick()
     {
         Session::Options options;
+        options.firstByteTimeout = 500ms;
         options.inactivityTimeout = 1s;
         options.transferLimit = 2s;
         return options;
@@ -169,7 +170,7 @@ private Q_SLOTS:
         reset.reset = true;
         const QString late = u"The request timed out"_s,
                       large = u"The response is larger than 16 MiB"_s;
-        QTest::newRow("no answer") << silent << late;
+        QTest::newRow("no answer") << silent << u"No answer within 0.5 s"_s;
         QTest::newRow("headers, then nothing") << stalled << late;
         QTest::newRow("drip") << drip << late;
         QTest::newRow("too large, with a length")

@@ -6,6 +6,7 @@
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
 
+#include <QElapsedTimer>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -26,6 +27,7 @@ class TestStore : public QObject {
     SilenceStore *silence = nullptr;
     SourceKindStore *kinds = nullptr;
     LanternicStore *store = nullptr;
+    network::Session::Options limits;
 
     QString line(const QString &label, const QByteArray &path)
     {
@@ -36,9 +38,9 @@ class TestStore : public QObject {
     {
         defaults->setValue(u"Lanternic.sources"_s, sourcesText);
         // The hosts of the probe tests live on the loopback server.
-        network::Session::Options options;
-        for (const QString &host :
-             {u"status.example.com"_s, u"other.example"_s, u"gone.example"_s, u"dropped.example"_s})
+        network::Session::Options options = limits;
+        for (const QString &host : {u"status.example.com"_s, u"other.example"_s, u"gone.example"_s,
+                                    u"dropped.example"_s, u"hang.example"_s})
             options.loopbackHosts.insert(host, server->port());
         environment =
             std::make_unique<AppEnvironment>(*defaults, options, AppEnvironment::LaunchPass::none);
@@ -66,6 +68,7 @@ class TestStore : public QObject {
 private Q_SLOTS:
     void init()
     {
+        limits = {};
         defaults = freshSettings(dir);
         server = std::make_unique<LoopbackServer>();
     }
@@ -203,6 +206,50 @@ private Q_SLOTS:
         QCOMPARE(stored.byId.size(), 1);
         QCOMPARE(stored.byId.begin()->size(), 10);
         QCOMPARE(SourceKindStore(reread).cache().keys().size(), 2);
+    }
+
+    // A silent server, and a new host whose probe hangs, hold back no other source: results
+    // replace their rows as they come, and the silent one gives up at the first-byte limit.
+    void noSourceWaitsForAnother()
+    {
+        limits.firstByteTimeout = std::chrono::milliseconds(1500);
+        limits.probeLimit = std::chrono::milliseconds(1000);
+        server->route("/ok", {200, relayFeed("operational"), {}, false, 200});
+        LoopbackServer::Response silent{200, "{}", {}};
+        silent.silent = true;
+        server->route("/silent", silent);
+        server->route("/proxy/hang.example", silent);
+        makeStore(line(u"Silent"_s, "/silent?") + u"\nNew=hang.example\n"_s +
+                  line(u"Ok"_s, "/ok?"));
+        QSignalSpy finished(store, &LanternicStore::passFinished);
+        QElapsedTimer clock;
+        clock.start();
+        store->refresh();
+        QTRY_COMPARE_WITH_TIMEOUT(store->results()[2].health, Health::operational, 1000);
+        QVERIFY(store->isRefreshing());
+        QCOMPARE(store->results()[0].detail, u"Checking\u2026"_s);
+        QVERIFY(finished.wait(10'000));
+        QVERIFY(clock.elapsed() < 4000);
+        QCOMPARE(store->results()[0].error, u"No answer within 1.5 s"_s);
+        QCOMPARE(store->results()[0].health, Health::unknown);
+        QCOMPARE(finished.size(), 1);
+        for (const SourceResult &result : store->results())
+            QCOMPARE(store->history().byId.value(result.id).size(), 1);
+    }
+
+    // A pass that starts while a check is in flight takes its result instead of asking again.
+    void aRunningCheckIsNotFetchedTwice()
+    {
+        server->route("/slow", {200, relayFeed("degraded"), {}, false, 500});
+        makeStore(line(u"Slow"_s, "/slow?"));
+        int finished = 0;
+        store->refresh([&] { ++finished; });
+        QTest::qWait(100);
+        store->refresh([&] { ++finished; });
+        QTRY_COMPARE_WITH_TIMEOUT(finished, 2, 10'000);
+        QCOMPARE(server->requests().size(), 1);
+        QCOMPARE(store->results().first().health, Health::degraded);
+        QCOMPARE(store->history().byId.begin()->size(), 1);
     }
 
     // Overlapping passes: the one that started later wins, even when it finishes first, and a
