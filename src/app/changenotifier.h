@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/changenotice.h"
+#include "present/changenotice.h"
 
 #include <QHash>
 #include <QObject>

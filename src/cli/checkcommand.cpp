@@ -121,7 +121,7 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
         if (parser.isSet(json))
-            invocation.format = Format::json;
+            invocation.report.format = Format::json;
         if (parser.isSet(format)) {
             static const QHash<QString, Format> formats{{u"text"_s, Format::text},
                                                         {u"json"_s, Format::json},
@@ -136,16 +136,16 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
             if (parser.isSet(json) && *chosen != Format::json)
                 return UsageError{
                     u"--json and --format %1 do not go together"_s.arg(parser.value(format))};
-            invocation.format = *chosen;
+            invocation.report.format = *chosen;
         }
         if (parser.isSet(relayName))
-            invocation.relayName = parser.value(relayName);
+            invocation.report.relayName = parser.value(relayName);
         if (parser.isSet(relayUrl)) {
-            invocation.relayUrl = webUrl(parser.value(relayUrl));
-            if (!invocation.relayUrl)
+            invocation.report.relayUrl = webUrl(parser.value(relayUrl));
+            if (!invocation.report.relayUrl)
                 return UsageError{u"not an http or https URL: %1"_s.arg(parser.value(relayUrl))};
         }
-        invocation.shortText = parser.isSet(shortText);
+        invocation.report.shortText = parser.isSet(shortText);
         return invocation;
     }
     if (auto option = firstSet(passOptions))

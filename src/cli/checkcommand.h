@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/health.h"
+#include "present/passreports.h"
 #include "sources/jsonsource.h"
 
 #include <QString>
@@ -11,8 +12,7 @@ namespace lanternic::cli {
 
 enum class Mode { help, version, read, fetch, pass };
 
-// How a pass is printed.
-enum class Format { text, json, relay, waybar, nagios };
+using Format = ReportFormat;
 
 // What the command line asked for.
 struct Invocation {
@@ -24,10 +24,7 @@ struct Invocation {
     // text replacing the stored one for this run, and whether to print JSON.
     std::optional<QString> settingsFile;
     std::optional<QString> sourcesText;
-    Format format = Format::text;
-    QString relayName = QStringLiteral("Lanternic"); // relay: the feed's name, and its page
-    std::optional<QUrl> relayUrl;
-    bool shortText = false; // waybar: a glyph and the issue count instead of the summary
+    ReportOptions report;
 };
 
 struct UsageError {

@@ -1,6 +1,6 @@
 #include "cli/checkcommand.h"
 #include "cli/passcommand.h"
-#include "cli/resultjson.h"
+#include "present/resultjson.h"
 #include "sources/network.h"
 
 #include <QCoreApplication>

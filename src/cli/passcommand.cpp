@@ -1,9 +1,9 @@
 #include "cli/passcommand.h"
 
-#include "cli/passreports.h"
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "model/settingskeys.h"
+#include "present/passreports.h"
 #include "store/appenvironment.h"
 
 #include <QCoreApplication>
@@ -59,7 +59,7 @@ int runPass(const Invocation &invocation)
         AppEnvironment environment(work);
         const LanternicStore &store = *environment.store;
         QObject::connect(&store, &LanternicStore::passFinished, &store, [&] {
-            std::fputs(report(store, invocation).constData(), stdout);
+            std::fputs(report(store, invocation.report).constData(), stdout);
             QCoreApplication::exit(exitCodeFor(store.overallHealth()));
         });
         exitCode = QCoreApplication::exec();

@@ -1,7 +1,7 @@
 #include "serve/watchserver.h"
 
+#include "present/relaydocument.h"
 #include "store/lanternicstore.h"
-#include "store/relaydocument.h"
 
 #include <QCryptographicHash>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "present/metrics.h"
 #include "serve/httpfront.h"
-#include "serve/metrics.h"
 
 #include <QByteArray>
 #include <QHostAddress>

@@ -1,7 +1,7 @@
 #include "ui/lanternicpane.h"
 
 #include "config/appsettings.h"
-#include "store/displaytext.h"
+#include "present/displaytext.h"
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
 #include "ui/panecontrols.h"

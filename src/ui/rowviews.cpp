@@ -1,7 +1,7 @@
 #include "ui/rowviews.h"
 
 #include "model/feedtext.h"
-#include "store/displaytext.h"
+#include "present/displaytext.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"

@@ -1,6 +1,6 @@
-#include "store/changenotice.h"
+#include "present/changenotice.h"
+#include "present/displaytext.h"
 #include "store/displaysummary.h"
-#include "store/displaytext.h"
 #include "support/fixtures.h"
 
 #include <QSettings>

@@ -1,4 +1,4 @@
-#include "store/displaytext.h"
+#include "present/displaytext.h"
 
 #include <algorithm>
 

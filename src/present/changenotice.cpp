@@ -1,4 +1,4 @@
-#include "store/changenotice.h"
+#include "present/changenotice.h"
 
 #include "model/feedtext.h"
 #include "store/displaysummary.h"

@@ -1,4 +1,4 @@
-#include "store/relaydocument.h"
+#include "present/relaydocument.h"
 
 #include "model/feedtext.h"
 #include "store/lanternicstore.h"

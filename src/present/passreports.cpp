@@ -1,16 +1,16 @@
-#include "cli/passreports.h"
+#include "present/passreports.h"
 
-#include "cli/resultjson.h"
 #include "model/feedtext.h"
-#include "store/displaytext.h"
+#include "present/displaytext.h"
+#include "present/relaydocument.h"
+#include "present/resultjson.h"
 #include "store/lanternicstore.h"
-#include "store/relaydocument.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace lanternic::cli {
+namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
@@ -159,21 +159,21 @@ QByteArray nagiosReport(const LanternicStore &store)
 
 } // namespace
 
-QByteArray report(const LanternicStore &store, const Invocation &invocation)
+QByteArray report(const LanternicStore &store, const ReportOptions &options)
 {
-    switch (invocation.format) {
-    case Format::json:
+    switch (options.format) {
+    case ReportFormat::json:
         return jsonReport(store);
-    case Format::relay:
-        return compactLine(relayDocument(store, invocation.relayName, invocation.relayUrl));
-    case Format::waybar:
-        return waybarReport(store, invocation.shortText);
-    case Format::nagios:
+    case ReportFormat::relay:
+        return compactLine(relayDocument(store, options.relayName, options.relayUrl));
+    case ReportFormat::waybar:
+        return waybarReport(store, options.shortText);
+    case ReportFormat::nagios:
         return nagiosReport(store);
-    case Format::text:
+    case ReportFormat::text:
         break;
     }
     return textReport(store);
 }
 
-} // namespace lanternic::cli
+} // namespace lanternic

@@ -1,4 +1,4 @@
-#include "cli/resultjson.h"
+#include "present/resultjson.h"
 
 #include <QJsonArray>
 

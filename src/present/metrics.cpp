@@ -1,4 +1,4 @@
-#include "serve/metrics.h"
+#include "present/metrics.h"
 
 #include "model/feedtext.h"
 #include "store/lanternicstore.h"
