@@ -42,8 +42,9 @@ struct Response {
 // The process's one HTTP client: a libcurl multi handle driven by the Qt event loop of the
 // thread that made it, with many transfers in flight at once and connections kept for reuse.
 // Every fetch follows the same rules: the User-Agent, limits on connecting, on the first byte
-// of the answer, on inactivity and on the whole transfer, redirects only to http and https and never from https to http, TLS
-// verified, compressed bodies accepted, the body cap, and the system's proxy per URL.
+// of the answer, on inactivity and on the whole transfer, redirects only to http and https and
+// never from https to http, TLS verified, compressed bodies accepted, the body cap, and the
+// system's proxy per URL.
 class Session : public QObject {
     Q_OBJECT
 
