@@ -14,6 +14,13 @@ QList<ComponentStatus> SourceResult::affectedComponents() const
     return affected;
 }
 
+bool Maintenance::isInProgress(const QDateTime &now) const
+{
+    if (status == QLatin1StringView("in_progress") || status == QLatin1StringView("verifying"))
+        return true;
+    return startsAt.isValid() && startsAt <= now && (!endsAt.isValid() || now < endsAt);
+}
+
 void SourceResult::keepFirstOfEachId(QList<ComponentStatus> &components)
 {
     QSet<QString> seen;

@@ -21,6 +21,34 @@ struct ComponentStatus {
     bool operator==(const ComponentStatus &) const = default;
 };
 
+// An incident a page reports as open. Texts are the feed's own, untrusted.
+struct Incident {
+    QString id;
+    QString name;
+    QString stage;  // "investigating", "identified", "monitoring", as the page writes it
+    QString impact; // empty where the page gives none
+    std::optional<QUrl> url;
+    QDateTime startedAt;
+    QDateTime updatedAt;
+    QString update; // the latest update's text
+
+    bool operator==(const Incident &) const = default;
+};
+
+// A maintenance window a page announces, in progress or to come.
+struct Maintenance {
+    QString id;
+    QString name;
+    QString status; // "scheduled", "in_progress", "verifying", as the page writes it
+    QDateTime startsAt;
+    QDateTime endsAt;
+    std::optional<QUrl> url;
+
+    bool operator==(const Maintenance &) const = default;
+
+    bool isInProgress(const QDateTime &now) const;
+};
+
 // The outcome of one check of one source.
 struct SourceResult {
     QString id;
@@ -31,6 +59,9 @@ struct SourceResult {
     QDateTime checkedAt;
     std::optional<QString> error; // set only when the check failed
     QList<ComponentStatus> components;
+    // News beside the health, never deciding it.
+    QList<Incident> incidents;
+    QList<Maintenance> maintenances;
 
     bool operator==(const SourceResult &) const = default;
 

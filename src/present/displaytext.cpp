@@ -1,5 +1,8 @@
 #include "present/displaytext.h"
 
+#include "model/feedtext.h"
+
+#include <QLocale>
 #include <algorithm>
 
 namespace lanternic::DisplayText {
@@ -42,6 +45,81 @@ QString timeLeftText(const SilenceUntil &until, const QDateTime &now)
     if (s >= 3600)
         return u"%1h %2m left"_s.arg(s / 3600).arg(s % 3600 / 60);
     return u"%1m left"_s.arg(s % 3600 / 60);
+}
+
+QString agoText(const QDateTime &then, const QDateTime &now)
+{
+    const qint64 s = std::max<qint64>(then.secsTo(now), 0);
+    if (s < 60)
+        return u"just now"_s;
+    if (s < 3600)
+        return u"%1 min ago"_s.arg(s / 60);
+    if (s < 86400)
+        return u"%1 h ago"_s.arg(s / 3600);
+    return u"%1 d ago"_s.arg(s / 86400);
+}
+
+QString stageText(const QString &stage)
+{
+    const QString cleaned = FeedText::clean(stage, 40).replace(u'_', u' ');
+    if (cleaned.isEmpty())
+        return u"Open"_s;
+    return cleaned.first(1).toUpper() + cleaned.sliced(1);
+}
+
+QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype maximum)
+{
+    QString line = stageText(incident.stage) + u": "_s + FeedText::clean(incident.name, maximum);
+    const QDateTime updated =
+        incident.updatedAt.isValid() ? incident.updatedAt : incident.startedAt;
+    if (updated.isValid())
+        line += u" (updated "_s + agoText(updated, now) + u')';
+    return line;
+}
+
+namespace {
+
+// "Today", "Tomorrow", "Yesterday" or the weekday's short name, in local time.
+QString dayText(const QDateTime &time, const QDateTime &now)
+{
+    const qint64 days = now.toLocalTime().date().daysTo(time.toLocalTime().date());
+    if (days == 0)
+        return u"Today"_s;
+    if (days == 1)
+        return u"Tomorrow"_s;
+    if (days == -1)
+        return u"Yesterday"_s;
+    return QLocale::c().toString(time.toLocalTime().date(), u"ddd"_s);
+}
+
+QString clockText(const QDateTime &time)
+{
+    return time.toLocalTime().time().toString(u"HH:mm"_s);
+}
+
+} // namespace
+
+QString windowText(const Maintenance &window, const QDateTime &now)
+{
+    if (!window.startsAt.isValid())
+        return window.endsAt.isValid()
+                   ? u"until "_s + dayText(window.endsAt, now) + u' ' + clockText(window.endsAt)
+                   : QString();
+    const QString start = dayText(window.startsAt, now) + u' ' + clockText(window.startsAt);
+    if (!window.endsAt.isValid())
+        return u"from "_s + start;
+    if (window.startsAt.toLocalTime().date() == window.endsAt.toLocalTime().date())
+        return start + u'\u2013' + clockText(window.endsAt);
+    return start + u" \u2013 "_s + dayText(window.endsAt, now) + u' ' + clockText(window.endsAt);
+}
+
+QString maintenanceLine(const Maintenance &window, const QDateTime &now, qsizetype maximum)
+{
+    QString line = u"Maintenance: "_s + FeedText::clean(window.name, maximum);
+    const QString when = windowText(window, now);
+    if (!when.isEmpty())
+        line += u" ("_s + when + u')';
+    return line;
 }
 
 } // namespace lanternic::DisplayText

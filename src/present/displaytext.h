@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/sourceresult.h"
 #include "store/silencestore.h"
 
 #include <QDateTime>
@@ -15,6 +16,17 @@ namespace DisplayText {
 QString lastCheckText(const std::optional<QDateTime> &lastChecked, const QDateTime &now);
 // "until resolved", "forever", "2d 5h left", "1h 0m left", "0m left".
 QString timeLeftText(const SilenceUntil &until, const QDateTime &now);
+
+// "just now", "12 min ago", "3 h ago", "2 d ago".
+QString agoText(const QDateTime &then, const QDateTime &now);
+// An incident's stage as a word to show: "Investigating", or the page's own word.
+QString stageText(const QString &stage);
+// "Investigating: Incident with Packages and Pages (updated 25 min ago)", feed text cleaned.
+QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype maximum = 200);
+// A window in local time: "Today 02:00–06:00", "Tue 09:00–21:00", "Tue 22:00 – Wed 02:00".
+QString windowText(const Maintenance &window, const QDateTime &now);
+// "Maintenance: Database upgrade (Today 02:00–06:00)", feed text cleaned.
+QString maintenanceLine(const Maintenance &window, const QDateTime &now, qsizetype maximum = 200);
 
 } // namespace DisplayText
 

@@ -80,6 +80,19 @@ QString terminalText(const QString &text)
     return FeedText::clean(text, 200);
 }
 
+// A line per open incident and per maintenance in progress.
+QStringList newsLines(const SourceResult &result, const QDateTime &now)
+{
+    QStringList lines;
+    for (const Incident &incident : result.incidents)
+        lines.append(DisplayText::incidentLine(incident, now));
+    for (const Maintenance &window : result.maintenances) {
+        if (window.isInProgress(now))
+            lines.append(DisplayText::maintenanceLine(window, now));
+    }
+    return lines;
+}
+
 QByteArray textReport(const LanternicStore &store)
 {
     const QList<DisplayProvider> rows = store.providers();
@@ -87,9 +100,12 @@ QByteArray textReport(const LanternicStore &store)
     for (const DisplayProvider &row : rows)
         width = std::max(width, terminalText(row.result.name).size());
     QString text;
+    const QDateTime now = store.now();
     for (const DisplayProvider &row : rows) {
         text += healthMark(row.health) + u' ' + terminalText(row.result.name).leftJustified(width) +
                 u"  "_s + terminalText(row.detail) + u'\n';
+        for (const QString &line : newsLines(row.result, now))
+            text += u"  \u21b3 "_s + line + u'\n';
     }
     text += store.summaryText() + u'\n';
     const QList<SilencedItem> silenced = store.silencedItems();
@@ -117,8 +133,11 @@ QByteArray waybarReport(const LanternicStore &store, bool shortText)
         shortText ? healthMark(overall) + (issues > 0 ? u' ' + QString::number(issues) : QString())
                   : store.summaryText();
     QStringList tooltip;
-    for (const DisplayProvider &row : store.providers())
+    for (const DisplayProvider &row : store.providers()) {
         tooltip.append(terminalText(row.result.name) + u": "_s + terminalText(row.detail));
+        for (const Incident &incident : row.result.incidents)
+            tooltip.append(u"  \u21b3 "_s + terminalText(incident.name));
+    }
     static const QHash<Health, int> percentage{{Health::operational, 100},
                                                {Health::degraded, 66},
                                                {Health::unknown, 33},
@@ -153,6 +172,11 @@ QByteArray nagiosReport(const LanternicStore &store)
         if (row.health != Health::operational)
             text += healthMark(row.health) + u' ' + plain(row.result.name) + u": "_s +
                     plain(row.detail) + u'\n';
+    }
+    // Incidents too, where the page is open about one while it reads operational.
+    for (const DisplayProvider &row : rows) {
+        for (const Incident &incident : row.result.incidents)
+            text += u"\u21b3 "_s + plain(row.result.name) + u": "_s + plain(incident.name) + u'\n';
     }
     return text.toUtf8();
 }

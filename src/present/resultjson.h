@@ -11,4 +11,9 @@ QJsonObject resultToJson(const SourceResult &result);
 
 QString isoTimestamp(const QDateTime &time);
 
+// An incident or a maintenance window in the command line's and the relay feed's form, under
+// the id and name given (the relay feed prefixes both with their source's).
+QJsonObject incidentToJson(const Incident &incident, const QString &id, const QString &name);
+QJsonObject maintenanceToJson(const Maintenance &window, const QString &id, const QString &name);
+
 } // namespace lanternic

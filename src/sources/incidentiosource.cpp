@@ -3,6 +3,7 @@
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
+#include "sources/newsreader.h"
 
 #include <QHash>
 
@@ -228,6 +229,11 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     }
 
     SourceResult::keepFirstOfEachId(result.components);
+    const QJsonValue wrapped = document.object().value("summary"_L1);
+    const QJsonObject summaryObject = wrapped.isObject() ? wrapped.toObject() : document.object();
+    const QUrl page = result.url.value_or(source.homeURL);
+    result.incidents = NewsReader::incidentioIncidents(summaryObject, page);
+    result.maintenances = NewsReader::incidentioMaintenances(summaryObject, page);
     std::tie(result.health, result.detail) =
         SourceResult::summarize(result.components, u"All Systems Operational"_s);
 

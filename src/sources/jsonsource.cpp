@@ -3,6 +3,7 @@
 #include "sources/incidentiosource.h"
 #include "sources/jsondecoder.h"
 #include "sources/network.h"
+#include "sources/newsreader.h"
 #include "sources/relayfeedsource.h"
 #include "sources/statuspagesource.h"
 #include "sources/updogsource.h"
@@ -39,13 +40,16 @@ void JSONSource::check(network::Session &session, QObject *context, CheckComplet
     });
 }
 
-SourceResult JSONSource::read(const QByteArray &body) const
+SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) const
 {
     // Parsed once; every reader looks at the same document.
     const QJsonDocument document = parseJson(body);
     for (Reader reader : readers) {
-        if (auto result = reader(*this, document))
+        if (auto result = reader(*this, document)) {
+            result->checkedAt = now;
+            result->maintenances = NewsReader::current(result->maintenances, now);
             return std::move(*result);
+        }
     }
     return failure(
         u"Unrecognized status format"_s,

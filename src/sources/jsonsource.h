@@ -35,8 +35,10 @@ struct JSONSource {
     void check(network::Session &session, QObject *context, CheckCompletion done) const;
 
     // Reads a fetched body: relay feed, incident.io, Updog and Statuspage, the first that
-    // accepts it wins. A body none of them accepts gives the unrecognised-format result.
-    SourceResult read(const QByteArray &body) const;
+    // accepts it wins. A body none of them accepts gives the unrecognised-format result. now
+    // is the check's time, which decides the maintenance windows that are still news.
+    SourceResult read(const QByteArray &body,
+                      const QDateTime &now = QDateTime::currentDateTimeUtc()) const;
 
     // A check that went wrong: unknown health, the fixed detail and the underlying error.
     SourceResult failure(const QString &detail, const QString &error) const;

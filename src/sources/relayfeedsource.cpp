@@ -3,6 +3,7 @@
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
+#include "sources/newsreader.h"
 
 namespace lanternic::RelayFeedSource {
 
@@ -56,6 +57,8 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
                                   component.label.value_or(component.status)});
     }
     SourceResult::keepFirstOfEachId(result.components);
+    result.incidents = NewsReader::relayIncidents(document.object());
+    result.maintenances = NewsReader::relayMaintenances(document.object());
     if (result.components.isEmpty()) {
         result.health =
             healthFromRawValue(feed->health.value_or(QString())).value_or(Health::unknown);

@@ -3,6 +3,7 @@
 #include "model/urls.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
+#include "sources/newsreader.h"
 
 #include <QHash>
 
@@ -90,6 +91,9 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
                                   component.status});
     }
     SourceResult::keepFirstOfEachId(result.components);
+    const QUrl page = result.url.value_or(source.homeURL);
+    result.incidents = NewsReader::statuspageIncidents(document.object(), page);
+    result.maintenances = NewsReader::statuspageMaintenances(document.object(), page);
 
     if (all.isEmpty()) {
         result.health = indicatorHealth(summary.status.indicator);

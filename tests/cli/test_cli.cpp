@@ -28,7 +28,10 @@ class TestCli : public QObject {
 private Q_SLOTS:
     void initTestCase()
     {
-        server.route("/ok", {200, R"({"schema":"lanternic.v1","health":"operational"})", {}});
+        server.route("/ok", {200,
+                             R"({"schema":"lanternic.v1","health":"operational","incidents":[)"
+                             R"({"id":"i1","name":"Queue backlog","status":"monitoring"}]})",
+                             {}});
         server.route("/down", {200, fixture(u"relay-feed.json"_s).replace("degraded", "down"), {}});
         QFile big(dir.filePath(u"big.json"_s));
         QVERIFY(big.open(QIODevice::WriteOnly) && big.resize(100 * 1024 * 1024));
@@ -47,6 +50,11 @@ private Q_SLOTS:
         QCOMPARE(feed[u"url"_s], u"https://team.example/status"_s);
         QCOMPARE(feed[u"health"_s], u"down"_s);
         QCOMPARE(feed[u"components"_s].toArray().size(), 2);
+        // Each source's incidents, named after it, and the source's id before their own.
+        const QJsonObject incident = feed[u"incidents"_s].toArray().first().toObject();
+        QCOMPARE(incident[u"name"_s], u"Ok: Queue backlog"_s);
+        QVERIFY(incident[u"id"_s].toString().endsWith(u"/ok::i1"_s));
+        QCOMPARE(feed[u"maintenances"_s].toArray().size(), 0);
     }
 
     void feedTextCannotForgeTheReport()
@@ -71,10 +79,12 @@ private Q_SLOTS:
         // By name, whatever its case.
         QTest::newRow("plain") << QStringList{}
                                << u"\u2713 apex        Operational\n"
+                                  u"  \u21b3 Monitoring: Queue backlog\n"
                                   u"\u2717 Build farm  CI runners \u2014 down\n1 down\n\n"
                                   u"Silenced:\n  Build farm \u00b7 Code signing (forever)\n"_s;
-        const QString tooltip =
-            u"\"tooltip\":\"apex: Operational\\nBuild farm: CI runners \u2014 down\"}\n"_s;
+        const QString tooltip = u"\"tooltip\":\"apex: Operational\\n  \u21b3 Queue backlog\\nBuild "
+                                u"farm: CI runners \u2014 "
+                                u"down\"}\n"_s;
         QTest::newRow("waybar") << QStringList{u"--format"_s, u"waybar"_s}
                                 << u"{\"class\":\"down\",\"percentage\":0,\"text\":\"1 down\","_s +
                                        tooltip;
@@ -84,7 +94,7 @@ private Q_SLOTS:
         QTest::newRow("nagios")
             << QStringList{u"--format"_s, u"nagios"_s}
             << u"LANTERNIC CRITICAL - 1 down | down=1 degraded=0 unknown=0 operational=1\n"
-               u"\u2717 Build farm: CI runners \u2014 down\n"_s;
+               u"\u2717 Build farm: CI runners \u2014 down\n\u21b3 apex: Queue backlog\n"_s;
     }
 
     void reports()
@@ -117,6 +127,13 @@ private Q_SLOTS:
         QCOMPARE(keys, (QStringList{u"badgeCount"_s, u"checkedAt"_s, u"overallHealth"_s,
                                     u"results"_s, u"rows"_s, u"silenced"_s, u"summaryText"_s}));
         QCOMPARE(report[u"badgeCount"_s], 1);
+        const QJsonObject down = report[u"results"_s].toArray().last().toObject();
+        QCOMPARE(down[u"incidents"_s].toArray().size(), 0);
+        QCOMPARE(down[u"maintenances"_s].toArray().size(), 0);
+        const QJsonObject ok = report[u"results"_s].toArray().first().toObject();
+        QStringList incidentKeys = ok[u"incidents"_s].toArray().first().toObject().keys();
+        QCOMPARE(incidentKeys, (QStringList{u"id"_s, u"impact"_s, u"name"_s, u"startedAt"_s,
+                                            u"status"_s, u"update"_s, u"updatedAt"_s, u"url"_s}));
 
         QSettings settings(file, QSettings::IniFormat);
         QCOMPARE(settings.value(u"Lanternic.sources"_s).toString(), u"Mine=example.invalid"_s);

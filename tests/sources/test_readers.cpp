@@ -1,5 +1,6 @@
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
+#include "support/fixtures.h"
 
 #include <QTest>
 
@@ -55,6 +56,28 @@ QString outline(const SourceResult &result)
 }
 
 const QString unrecognized = u"unknown | Unrecognized status format | "_s;
+
+QString instant(const QDateTime &time)
+{
+    return time.isValid() ? time.toString(Qt::ISODate) : u"-"_s;
+}
+
+// One line per incident and per maintenance window, with every field read.
+QStringList news(const SourceResult &result)
+{
+    QStringList lines;
+    for (const Incident &i : result.incidents) {
+        lines.append(u"I %1 | %2 | %3 | %4 | %5 | %6 | %7 | %8"_s.arg(
+            i.id, i.name, i.stage, i.impact, i.url ? i.url->toString() : u"-"_s,
+            instant(i.startedAt), instant(i.updatedAt), i.update));
+    }
+    for (const Maintenance &m : result.maintenances) {
+        lines.append(u"M %1 | %2 | %3 | %4 | %5 | %6"_s.arg(m.id, m.name, m.status,
+                                                            instant(m.startsAt), instant(m.endsAt),
+                                                            m.url ? m.url->toString() : u"-"_s));
+    }
+    return lines;
+}
 
 } // namespace
 
@@ -233,6 +256,61 @@ private Q_SLOTS:
         QFETCH(JSONSource, source);
         QFETCH(QByteArray, body);
         QTEST(outline(source.read(body)), "expected");
+    }
+
+    // Incidents and maintenance, from recorded and hand-written documents, at a fixed time.
+    void news_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("health");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("Statuspage incident (recorded)")
+            << u"statuspage-summary.json"_s << u"degraded"_s
+            << QStringList{
+                   u"I yq1zk5wq1b7d | Disruption with some GitHub services | investigating | "
+                   u"minor | https://stspg.io/yq1zk5wq1b7d | 2026-11-22T18:38:12Z | "
+                   u"2026-11-22T18:41:07Z | We are investigating reports of degraded performance "
+                   u"for Git Operations."_s};
+        // Over, completed, or more than a week away: left out. No shortlink: the page's own.
+        QTest::newRow("Statuspage maintenance, operational with an incident open")
+            << u"statuspage-maintenance.json"_s << u"operational"_s
+            << QStringList{
+                   u"I mon1tor1ng0a | Delayed webhook deliveries | monitoring | none | "
+                   u"https://www.githubstatus.com/incidents/mon1tor1ng0a | 2026-11-22T17:00:00Z | "
+                   u"2026-11-22T19:31:00Z | A fix has been deployed.\nWe are monitoring the "
+                   u"results."_s,
+                   u"M inpr0gress01 | Database failover | in_progress | 2026-11-22T19:00:00Z | "
+                   u"2026-11-22T21:00:00Z | https://stspg.io/inpr0gress01"_s,
+                   u"M upc0ming0001 | Network upgrade in FRA | scheduled | 2026-11-25T02:00:00Z | "
+                   u"2026-11-25T06:00:00Z | https://stspg.io/upc0ming0001"_s};
+        QTest::newRow("incident.io widget")
+            << u"incidentio-news.json"_s << u"degraded"_s
+            << QStringList{
+                   u"I 01INC1DENT01 | Slow responses from the API | identified | "
+                   u"degraded_performance | https://status.example.ai/incidents/01INC1DENT01 | "
+                   u"2026-11-22T17:55:00Z | 2026-11-22T19:20:00Z | We have found the cause and are "
+                   u"rolling out a fix."_s,
+                   u"M 01MA1NT00001 | Search index rebuild | in_progress | 2026-11-22T19:00:00Z | "
+                   u"2026-11-22T23:00:00Z | https://status.example.ai/incidents/01MA1NT00001"_s,
+                   u"M 01MA1NT00002 | Database upgrade | scheduled | 2026-11-24T02:00:00Z | "
+                   u"2026-11-24T06:00:00Z | https://status.example.ai/incidents/01MA1NT00002"_s};
+        QTest::newRow("relay feed")
+            << u"relay-news.json"_s << u"operational"_s
+            << QStringList{u"I build::inc1 | Build farm: Queue backlog | monitoring | minor | "
+                           u"https://status.example.com/incidents/inc1 | 2026-11-22T18:00:00Z | "
+                           u"2026-11-22T19:45:00Z | Queues are draining."_s,
+                           u"I build::inc3 | Bad link | investigating |  | - | - | - | "_s,
+                           u"M build::m1 | Build farm: Runner image update | scheduled | "
+                           u"2026-11-23T22:00:00Z | 2026-11-24T01:00:00Z | -"_s};
+    }
+
+    void news()
+    {
+        QFETCH(QString, file);
+        const SourceResult result = source().read(
+            fixture(file), QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate));
+        QTEST(rawValue(result.health), "health");
+        QTEST(::news(result), "expected");
     }
 
     void homeUrls_data()

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "model/sourceresult.h"
+
+#include <QDateTime>
+#include <QJsonObject>
+#include <QList>
+#include <QUrl>
+
+namespace lanternic {
+
+// Reads the incidents and maintenance windows a page publishes beside its status. Each entry is
+// read on its own: one that does not decode is left out, and never costs the page its status.
+// Texts are capped, and so is the number of entries, whatever a hostile feed sends.
+namespace NewsReader {
+
+inline constexpr qsizetype maximumEntries = 50;
+inline constexpr qsizetype maximumTextLength = 4096;
+
+// Statuspage's "incidents" and "scheduled_maintenances"; page is the status page's address.
+QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page);
+QList<Maintenance> statuspageMaintenances(const QJsonObject &root, const QUrl &page);
+
+// The incident.io widget summary's "ongoing_incidents", "in_progress_maintenances" and
+// "scheduled_maintenances".
+QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page);
+QList<Maintenance> incidentioMaintenances(const QJsonObject &summary, const QUrl &page);
+
+// The relay feed's "incidents" and "maintenances", in the form the relay document writes.
+QList<Incident> relayIncidents(const QJsonObject &root);
+QList<Maintenance> relayMaintenances(const QJsonObject &root);
+
+// What a result keeps of the windows read at now: not completed, not over, and begun or
+// beginning within the next seven days.
+QList<Maintenance> current(const QList<Maintenance> &windows, const QDateTime &now);
+
+// An instant as the feeds write it (ISO 8601, with or without milliseconds); invalid otherwise.
+QDateTime parseInstant(const QString &text);
+
+} // namespace NewsReader
+
+} // namespace lanternic
