@@ -3,6 +3,8 @@
 #include "model/feedtext.h"
 #include "store/lanternicstore.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace lanternic {
@@ -71,6 +73,20 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
            "1 when the last check reached and read the source's page.");
     for (const SourceResult &result : results)
         sample(out, "lanternic_source_up", {{"id", result.id}}, result.error ? 0 : 1);
+    family(out, "lanternic_source_incidents", "gauge",
+           "Incidents the source's page reports as open.");
+    for (const SourceResult &result : results)
+        sample(out, "lanternic_source_incidents", {{"id", result.id}},
+               int(result.incidents.size()));
+    family(out, "lanternic_source_maintenance", "gauge",
+           "1 while a maintenance window of the source's page is in progress.");
+    const QDateTime now = store.now();
+    for (const SourceResult &result : results) {
+        const bool inProgress =
+            std::any_of(result.maintenances.begin(), result.maintenances.end(),
+                        [&now](const Maintenance &window) { return window.isInProgress(now); });
+        sample(out, "lanternic_source_maintenance", {{"id", result.id}}, inProgress ? 1 : 0);
+    }
     family(out, "lanternic_last_pass_timestamp_seconds", "gauge",
            "When the last check pass finished, in seconds since the Unix epoch.");
     out += "lanternic_last_pass_timestamp_seconds " +
@@ -78,6 +94,11 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
                                   ? double(statistics.lastPass->toMSecsSinceEpoch()) / 1000.0
                                   : 0.0,
                               'f', 3) +
+           '\n';
+    family(out, "lanternic_poll_interval_seconds", "gauge", "The wait between check passes.");
+    out += "lanternic_poll_interval_seconds " +
+           QByteArray::number(
+               std::chrono::duration_cast<std::chrono::seconds>(store.pollInterval()).count()) +
            '\n';
     family(out, "lanternic_pass_duration_seconds", "gauge", "How long the last check pass took.");
     out += "lanternic_pass_duration_seconds " +

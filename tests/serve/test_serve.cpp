@@ -205,6 +205,9 @@ private Q_SLOTS:
               "lanternic_component_health{source=\"" + source +
                   "\",id=\"git\",name=\"Git \\\"Ops\\\" \"} 2",
               "lanternic_source_up{id=\"" + source + "\"} 1",
+              "lanternic_source_incidents{id=\"" + source + "\"} 0",
+              "lanternic_source_maintenance{id=\"" + source + "\"} 0",
+              QByteArray("lanternic_poll_interval_seconds 120"),
               QByteArray("lanternic_passes_total 1"),
               QByteArray("# TYPE lanternic_passes_total counter")})
             QVERIFY2(answer.body.contains(line + '\n'), line.constData());
