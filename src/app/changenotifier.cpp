@@ -34,6 +34,8 @@ void ChangeNotifier::passFinished()
         return;
     ChangeNotice::Snapshot current =
         ChangeNotice::snapshot(store.results(), m_environment.silence, store.now());
+    if (m_previous)
+        current = ChangeNotice::lastKnown(*m_previous, std::move(current));
     const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);
     if (!previous || !m_environment.settings.notifications())
         return;
@@ -45,9 +47,10 @@ void ChangeNotifier::passFinished()
         m_fallback(notice->title, notice->body, critical);
         return;
     }
-    const quint32 id =
-        m_notifier.notify(notice->title, notice->body,
-                          critical ? Notifier::Urgency::critical : Notifier::Urgency::normal, true);
+    const Notifier::Urgency urgency = critical        ? Notifier::Urgency::critical
+                                      : notice->quiet ? Notifier::Urgency::low
+                                                      : Notifier::Urgency::normal;
+    const quint32 id = m_notifier.notify(notice->title, notice->body, urgency, true);
     if (id != 0)
         m_shown.insert(id, *notice);
 }

@@ -13,7 +13,7 @@ class Notifier : public QObject {
     Q_OBJECT
 
 public:
-    enum class Urgency { normal, critical };
+    enum class Urgency { low, normal, critical };
     // Actions a notification may offer besides clicking its body.
     enum class Action { openPage, silence };
 

@@ -110,8 +110,7 @@ private:
             actions += {openPageKey, QStringLiteral("Open status page"), silenceKey,
                         QStringLiteral("Silence for 1 hour")};
         const QVariantMap hints{
-            {QStringLiteral("urgency"),
-             QVariant::fromValue(uchar(message.urgency == Urgency::critical ? 2 : 1))},
+            {QStringLiteral("urgency"), QVariant::fromValue(uchar(message.urgency))},
             {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
         const QString body = m_capabilities->contains(QStringLiteral("body-markup"))
                                  ? message.body.toHtmlEscaped()

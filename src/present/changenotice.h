@@ -6,7 +6,9 @@
 #include <QDateTime>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <optional>
 
@@ -22,20 +24,44 @@ struct Watched {
     QString name;
     Health health;
     std::optional<QUrl> page;
+    QStringList incidents; // its source's open incidents, "Investigating: name", cleaned
 
     bool operator==(const Watched &) const = default;
 };
 
-// The effective health of everything not silenced, by id, as the display sees it at now.
-using Snapshot = QHash<QString, Watched>;
+// An open incident of a source not silenced.
+struct OpenIncident {
+    QString sourceId;
+    QString sourceName;
+    QString name; // cleaned
+    QString line; // "Investigating: name"
+    std::optional<QUrl> page;
+
+    bool operator==(const OpenIncident &) const = default;
+};
+
+// What the notifications compare: the effective health of everything not silenced, by id, as
+// the display sees it at now, and the open incidents, by source and incident id.
+struct Snapshot {
+    QHash<QString, Watched> items;
+    QHash<QString, OpenIncident> incidents;
+    // Every incident ever seen in this run, so that each is news once.
+    QSet<QString> seenIncidents;
+};
 Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silence,
                   const QDateTime &now);
 
+// The current snapshot with what it does not know taken from the last: an item unknown now
+// keeps its last known health, and the items and incidents of a source whose check failed
+// stay as they were. So degraded, then unreachable, then down is news of "down".
+Snapshot lastKnown(const Snapshot &previous, Snapshot current);
+
 struct Notice {
-    QString title;    // the worst change: "GitHub is down", "GitHub recovered"
-    QString body;     // up to three changes, one a line, then "and N more"
-    Health worst;     // down, degraded, or operational when everything recovered
-    QString sourceId; // the source of the worst change
+    QString title;      // the worst change: "GitHub is down", "GitHub recovered"
+    QString body;       // up to three changes, one a line, then "and N more"
+    Health worst;       // down, degraded, or operational when everything recovered
+    bool quiet = false; // only new incidents on sources that stay operational: low urgency
+    QString sourceId;   // the source of the worst change
     std::optional<QUrl> page;
 
     bool operator==(const Notice &) const = default;
@@ -43,7 +69,9 @@ struct Notice {
 
 // A change is something becoming degraded or down, getting worse, or recovering to
 // operational; unknown on either side is no news, nor is anything that was not watched
-// before (new, or hidden by a silence until now). Nothing when nothing changed.
+// before (new, or hidden by a silence until now). A source that gets worse names its open
+// incidents first. An incident that opens on a watched source that stays operational is news
+// too, once. Nothing when nothing changed.
 std::optional<Notice> between(const Snapshot &before, const Snapshot &after);
 
 } // namespace ChangeNotice

@@ -35,6 +35,21 @@ SourceResult result(const QString &id, Health health, QList<ComponentStatus> com
     return r;
 }
 
+SourceResult failed(const QString &id)
+{
+    return result(id, Health::unknown, {}, u"Could not reach status page"_s);
+}
+
+SourceResult withIncident(SourceResult r, const QString &id, const QString &name)
+{
+    Incident incident;
+    incident.id = id;
+    incident.name = name;
+    incident.stage = u"investigating"_s;
+    r.incidents.append(incident);
+    return r;
+}
+
 } // namespace
 
 class TestDisplay : public QObject {
@@ -157,21 +172,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<QList<SourceResult>>("before");
         QTest::addColumn<QList<SourceResult>>("after");
-        QTest::addColumn<QString>("notice"); // title | body, empty for none
+        QTest::addColumn<QString>("notice");              // title | body, empty for none
+        QTest::addColumn<QList<SourceResult>>("between"); // a pass in the middle, if any
         const auto op = Health::operational, deg = Health::degraded, down = Health::down,
                    unk = Health::unknown;
         QTest::newRow("worse") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, down)}
-                               << u"gh is down | gh \u2014 down"_s;
-        QTest::newRow("recovered") << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
-                                   << u"gh recovered | gh \u2014 operational"_s;
+                               << u"gh is down | gh \u2014 down"_s << QList<SourceResult>{};
+        QTest::newRow("recovered")
+            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
+            << u"gh recovered | gh \u2014 operational"_s << QList<SourceResult>{};
         QTest::newRow("better, not recovered")
-            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, deg)} << QString();
-        QTest::newRow("into unknown")
-            << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)} << QString();
+            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, deg)} << QString()
+            << QList<SourceResult>{};
+        QTest::newRow("into unknown") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)}
+                                      << QString() << QList<SourceResult>{};
         QTest::newRow("out of unknown")
-            << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString();
-        QTest::newRow("new source")
-            << QList<SourceResult>{} << QList{result(u"gh"_s, down)} << QString();
+            << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString()
+            << QList<SourceResult>{};
+        QTest::newRow("new source") << QList<SourceResult>{} << QList{result(u"gh"_s, down)}
+                                    << QString() << QList<SourceResult>{};
         QTest::newRow("components, worst first, at most three")
             << QList{result(u"gh"_s, op,
                             {component(u"gh"_s, u"a"_s, op), component(u"gh"_s, u"b"_s, op),
@@ -183,15 +202,47 @@ private Q_SLOTS:
                              component(u"gh"_s, u"c"_s, op), component(u"gh"_s, u"d"_s, deg),
                              component(u"gh"_s, u"e"_s, unk)}),
                      result(u"aws"_s, op)}
-            << u"gh is down | B \u2014 down\nA \u2014 degraded\nD \u2014 degraded\nand 2 more"_s;
+            << u"gh is down | B \u2014 down\nA \u2014 degraded\nD \u2014 degraded\nand 2 more"_s
+            << QList<SourceResult>{};
+        const auto gh = [](Health health) { return result(u"gh"_s, health); };
+        const auto ghWith = [](Health health, Health a) {
+            return result(u"gh"_s, health, {component(u"gh"_s, u"a"_s, a)});
+        };
+        QTest::newRow("degraded, unreachable, down")
+            << QList{gh(deg)} << QList{gh(down)} << u"gh is down | gh \u2014 down"_s
+            << QList{failed(u"gh"_s)};
+        QTest::newRow("down, asleep, operational")
+            << QList{gh(down)} << QList{gh(op)} << u"gh recovered | gh \u2014 operational"_s
+            << QList{failed(u"gh"_s)};
+        QTest::newRow("components through a failed check")
+            << QList{ghWith(op, op)} << QList{ghWith(down, down)} << u"gh is down | A \u2014 down"_s
+            << QList{failed(u"gh"_s)};
+        QTest::newRow("worse, with an incident")
+            << QList{gh(op)} << QList{withIncident(gh(down), u"1"_s, u"Packages"_s)}
+            << u"gh is down | Investigating: Packages\ngh \u2014 down"_s << QList<SourceResult>{};
+        QTest::newRow("an incident on an operational source")
+            << QList{gh(op)} << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
+            << u"gh: new incident \u2014 Packages | Investigating: Packages"_s
+            << QList<SourceResult>{};
+        QTest::newRow("an incident seen before, and one seen through a failed check")
+            << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
+            << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)} << QString()
+            << QList{failed(u"gh"_s)};
     }
 
     void changeNotices()
     {
         QFETCH(QList<SourceResult>, before);
         QFETCH(QList<SourceResult>, after);
-        const auto notice = ChangeNotice::between(ChangeNotice::snapshot(before, *silence, now),
-                                                  ChangeNotice::snapshot(after, *silence, now));
+        QFETCH(QList<SourceResult>, between);
+        // As the notifier sees passes: each against what was last known.
+        ChangeNotice::Snapshot previous = ChangeNotice::snapshot(before, *silence, now);
+        if (!between.isEmpty())
+            previous =
+                ChangeNotice::lastKnown(previous, ChangeNotice::snapshot(between, *silence, now));
+        const auto notice = ChangeNotice::between(
+            previous,
+            ChangeNotice::lastKnown(previous, ChangeNotice::snapshot(after, *silence, now)));
         QTEST(notice ? notice->title + u" | "_s + notice->body : QString(), "notice");
     }
 
