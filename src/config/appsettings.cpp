@@ -69,6 +69,9 @@ AppSettings::AppSettings(QSettings &defaults, QObject *parent)
         storedBool(defaults, SettingsKeys::showOperational, SettingsKeys::defaultShowOperational);
     m_notifications =
         storedBool(defaults, SettingsKeys::notifications, SettingsKeys::defaultNotifications);
+    m_treatMaintenanceAsOperational =
+        storedBool(defaults, SettingsKeys::treatMaintenanceAsOperational,
+                   SettingsKeys::defaultTreatMaintenanceAsOperational);
 }
 
 void AppSettings::setSourcesText(const QString &text)
@@ -95,6 +98,15 @@ void AppSettings::setNotifications(bool notify)
     if (notify != m_notifications) {
         m_notifications = notify;
         Q_EMIT notificationsChanged();
+    }
+}
+
+void AppSettings::setTreatMaintenanceAsOperational(bool treat)
+{
+    m_defaults.setValue(SettingsKeys::treatMaintenanceAsOperational, treat);
+    if (treat != m_treatMaintenanceAsOperational) {
+        m_treatMaintenanceAsOperational = treat;
+        Q_EMIT treatMaintenanceAsOperationalChanged();
     }
 }
 

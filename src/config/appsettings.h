@@ -26,11 +26,14 @@ public:
     bool showOperational() const { return m_showOperational; }
     // Whether a desktop notification tells of changes between passes.
     bool notifications() const { return m_notifications; }
+    // Whether every Statuspage source reads "under_maintenance" as operational.
+    bool treatMaintenanceAsOperational() const { return m_treatMaintenanceAsOperational; }
 
     void setSourcesText(const QString &text);
     void setRefreshIntervalMinutes(int minutes);
     void setShowOperational(bool show);
     void setNotifications(bool notify);
+    void setTreatMaintenanceAsOperational(bool treat);
 
     // The older one-line form "a=x, b=y" as one entry per line; other text unchanged.
     static QString migratedSourcesText(const QString &stored);
@@ -40,6 +43,7 @@ Q_SIGNALS:
     void refreshIntervalMinutesChanged();
     void showOperationalChanged();
     void notificationsChanged();
+    void treatMaintenanceAsOperationalChanged();
 
 private:
     QSettings &m_defaults;
@@ -47,6 +51,7 @@ private:
     int m_refreshIntervalMinutes;
     bool m_showOperational;
     bool m_notifications;
+    bool m_treatMaintenanceAsOperational;
 };
 
 // Blanks are the tab and the space separators (Unicode category Zs).

@@ -14,10 +14,13 @@ inline const QString sourceKinds = QStringLiteral("Lanternic.sourceKinds");
 inline const QString checkHistory = QStringLiteral("Lanternic.checkHistory");
 inline const QString silences = QStringLiteral("Lanternic.silences");
 inline const QString notifications = QStringLiteral("Lanternic.notifications");
+inline const QString treatMaintenanceAsOperational =
+    QStringLiteral("Lanternic.treatMaintenanceAsOperational");
 
 inline constexpr int defaultRefreshIntervalMinutes = 2;
 inline constexpr bool defaultShowOperational = true;
 inline constexpr bool defaultNotifications = true;
+inline constexpr bool defaultTreatMaintenanceAsOperational = false;
 
 } // namespace SettingsKeys
 

@@ -81,7 +81,7 @@ public:
     {
         m_text = m_store.m_settings.sourcesText();
         const QHash<QString, SourceKind> &kinds = m_store.m_kinds.cache();
-        m_sources = SourceRegistry::sources(m_text, kinds);
+        m_sources = sources(kinds);
         m_pending = m_sources.size();
         m_store.beginPass(m_number, m_sources);
         QSet<QString> probing;
@@ -98,6 +98,16 @@ public:
     }
 
 private:
+    QList<JSONSource> sources(const QHash<QString, SourceKind> &kinds) const
+    {
+        QList<JSONSource> built = SourceRegistry::sources(m_text, kinds);
+        if (m_store.m_settings.treatMaintenanceAsOperational()) {
+            for (JSONSource &source : built)
+                source.treatAsOperational.insert(u"under_maintenance"_s);
+        }
+        return built;
+    }
+
     void probe(const QString &host)
     {
         m_store.m_queue->enqueue([this, host] {
@@ -117,7 +127,7 @@ private:
                                  [this, &host, kind] { m_store.m_kinds.record(host, *kind); });
         }
         QHash<QString, JSONSource> known;
-        for (JSONSource &source : SourceRegistry::sources(m_text, m_store.m_kinds.cache()))
+        for (JSONSource &source : sources(m_store.m_kinds.cache()))
             known.insert(source.id, std::move(source));
         for (JSONSource &source : m_sources) {
             if (source.baseHost.compare(host, Qt::CaseInsensitive) != 0)
@@ -173,6 +183,8 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
     m_sourcesSettled->setSingleShot(true);
     m_sourcesSettled->setInterval(sourcesSettleDelay);
     connect(&settings, &AppSettings::sourcesTextChanged, m_sourcesSettled,
+            qOverload<>(&QTimer::start));
+    connect(&settings, &AppSettings::treatMaintenanceAsOperationalChanged, m_sourcesSettled,
             qOverload<>(&QTimer::start));
     connect(m_sourcesSettled, &QTimer::timeout, this, [this] { refresh(); });
 

@@ -179,6 +179,31 @@ void GeneralSettingsView::changeLaunchAtLogin(bool enabled)
         m_launchAtLogin->setChecked(!enabled);
 }
 
+AdvancedSettingsView::AdvancedSettingsView(AppSettings &settings, QWidget *parent) : QWidget(parent)
+{
+    auto *form = new QVBoxLayout(this);
+    form->setContentsMargins(20, 16, 20, 16);
+    form->setSpacing(14);
+    auto *group = new QGroupBox(u"Maintenance"_s, this);
+    auto *options = new QVBoxLayout(group);
+    options->setSpacing(6);
+    m_maintenance = new QCheckBox(u"Treat maintenance as operational"_s, group);
+    options->addWidget(m_maintenance);
+    const QString explanation = u"Components a status page lists as under maintenance count as "
+                                u"operational: planned work turns nothing orange."_s;
+    options->addWidget(caption(explanation, Theme::secondaryText(palette()), group));
+    m_maintenance->setAccessibleDescription(explanation);
+    form->addWidget(group);
+    form->addStretch(1);
+
+    m_maintenance->setChecked(settings.treatMaintenanceAsOperational());
+    connect(m_maintenance, &QCheckBox::clicked, &settings,
+            &AppSettings::setTreatMaintenanceAsOperational);
+    connect(&settings, &AppSettings::treatMaintenanceAsOperationalChanged, this, [this, &settings] {
+        m_maintenance->setChecked(settings.treatMaintenanceAsOperational());
+    });
+}
+
 SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
                            GeneralSettingsView::UpdateActions updates, QWidget *parent)
     : QWidget(parent)
@@ -193,6 +218,8 @@ SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
     m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), scroll);
     scroll->setWidget(m_general);
     tabs->addTab(scroll, u"General"_s);
+    m_advanced = new AdvancedSettingsView(settings, tabs);
+    tabs->addTab(m_advanced, u"Advanced"_s);
     layout->addWidget(tabs);
 }
 

@@ -53,8 +53,19 @@ private:
     bool m_loginStatusRead = false;
 };
 
-// The settings window's content: the form titled "General", 640 × 460 where the screen has
-// room, scrolling where it has less.
+// The settings that go beyond the general form: how maintenance counts.
+class AdvancedSettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit AdvancedSettingsView(AppSettings &settings, QWidget *parent = nullptr);
+
+private:
+    QCheckBox *m_maintenance;
+};
+
+// The settings window's content: the form titled "General" and the "Advanced" page beside it,
+// 640 × 460 where the screen has room, scrolling where it has less.
 class SettingsView : public QWidget {
     Q_OBJECT
 
@@ -63,10 +74,12 @@ public:
                  GeneralSettingsView::UpdateActions updates, QWidget *parent = nullptr);
 
     GeneralSettingsView *general() const { return m_general; }
+    AdvancedSettingsView *advanced() const { return m_advanced; }
     QSize sizeHint() const override { return {640, 460}; }
 
 private:
     GeneralSettingsView *m_general;
+    AdvancedSettingsView *m_advanced;
 };
 
 } // namespace lanternic

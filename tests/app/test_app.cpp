@@ -123,6 +123,11 @@ private Q_SLOTS:
                 button->click();
         }
         QCOMPARE(checks, 1);
+
+        auto *maintenance = view.advanced()->findChild<QCheckBox *>();
+        QVERIFY(!maintenance->isChecked());
+        maintenance->click();
+        QVERIFY(fixture.settings.treatMaintenanceAsOperational());
     }
 
     void loginItem()

@@ -237,6 +237,22 @@ private Q_SLOTS:
             QCOMPARE(store->history().byId.value(result.id).size(), 1);
     }
 
+    // With the preference on, every Statuspage source reads maintenance as operational.
+    void maintenanceCanCountAsOperational()
+    {
+        server->route("/api/v2/summary.json",
+                      {200,
+                       R"({"status":{"indicator":"maintenance"},"components":[)"
+                       R"({"id":"db","name":"DB","status":"under_maintenance"}]})",
+                       {}});
+        makeStore(u"S=status.example.com"_s);
+        pass();
+        QCOMPARE(resultLines(), QStringList{store->results().first().id + u" degraded"_s});
+        settings->setTreatMaintenanceAsOperational(true);
+        pass();
+        QCOMPARE(resultLines(), QStringList{store->results().first().id + u" operational"_s});
+    }
+
     // A pass that starts while a check is in flight takes its result instead of asking again.
     void aRunningCheckIsNotFetchedTwice()
     {
