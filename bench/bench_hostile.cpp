@@ -62,9 +62,10 @@ DisplayProvider rowFor(int which)
 
 StatusRowView *rowView(const DisplayProvider &row)
 {
-    return new StatusRowView(
-        row, {}, [](const QString &, SilenceDuration) {}, [](const QString &) { return false; },
-        [](const QUrl &) {});
+    auto *view = new StatusRowView([](const QString &, SilenceDuration) {},
+                                   [](const QString &) { return false; }, [](const QUrl &) {});
+    view->setContent(row, {}, QDateTime::currentDateTimeUtc());
+    return view;
 }
 
 void ShowRow(benchmark::State &state)

@@ -31,7 +31,10 @@ QPalette darkPalette()
     return palette;
 }
 
-void render(const QString &file, void (*scene)(StoreFixture &), bool expandSilenced)
+// What to open before the picture is taken.
+enum Open { nothing = 0, silenced = 1, news = 2 };
+
+void render(const QString &file, void (*scene)(StoreFixture &), int open)
 {
     StoreFixture fixture;
     scene(fixture);
@@ -39,7 +42,7 @@ void render(const QString &file, void (*scene)(StoreFixture &), bool expandSilen
                        {[] {}, [] {}, [] {}, [](const QUrl &) {}});
     pane.setAutoFillBackground(true);
     QCoreApplication::processEvents();
-    if (expandSilenced) {
+    if (open & silenced) {
         for (auto *button : pane.findChildren<QAbstractButton *>()) {
             if (button->accessibleName().startsWith(u"SILENCED"_s))
                 button->click();
@@ -49,6 +52,15 @@ void render(const QString &file, void (*scene)(StoreFixture &), bool expandSilen
     pane.resize(pane.sizeHint());
     pane.show();
     QCoreApplication::processEvents();
+    if (open & news) {
+        for (auto *row : pane.findChildren<StatusRowView *>())
+            row->setExpanded(true);
+        // The rows' new height reaches the pane a turn later, as the panel window sees it.
+        for (int turn = 0; turn < 3; ++turn)
+            QCoreApplication::processEvents();
+        pane.resize(pane.sizeHint());
+        QCoreApplication::processEvents();
+    }
     // A long list is caught mid-scroll, its bar showing.
     QScrollBar *bar = pane.findChild<QScrollArea *>()->verticalScrollBar();
     bar->setValue(bar->maximum() / 3);
@@ -65,11 +77,15 @@ int main(int argc, char **argv)
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     const QString out = argc > 1 ? QString::fromLocal8Bit(argv[1]) : u"shots"_s;
     QDir().mkpath(out);
-    render(out + u"/pane-all-operational.png"_s, Scenes::allOperational, false);
-    render(out + u"/pane-mixed-silenced-open.png"_s, Scenes::mixed, true);
+    render(out + u"/pane-all-operational.png"_s, Scenes::allOperational, nothing);
+    render(out + u"/pane-mixed-silenced-open.png"_s, Scenes::mixed, silenced);
     render(
-        out + u"/pane-40-rows.png"_s, [](StoreFixture &f) { Scenes::manyRows(f, 40); }, false);
+        out + u"/pane-40-rows.png"_s, [](StoreFixture &f) { Scenes::manyRows(f, 40); }, nothing);
+    render(out + u"/pane-incidents.png"_s, Scenes::incidents, nothing);
+    render(out + u"/pane-incidents-expanded.png"_s, Scenes::incidents, news);
+    render(out + u"/pane-maintenance-expanded.png"_s, Scenes::maintenance, news);
     QApplication::setPalette(darkPalette());
-    render(out + u"/pane-dark.png"_s, Scenes::mixed, true);
+    render(out + u"/pane-dark.png"_s, Scenes::mixed, silenced);
+    render(out + u"/pane-incidents-dark.png"_s, Scenes::incidents, news);
     return 0;
 }

@@ -25,19 +25,23 @@ constexpr std::array<Reader, 4> readers{&RelayFeedSource::parse, &IncidentIOSour
 
 } // namespace
 
-void JSONSource::check(network::Session &session, QObject *context, CheckCompletion done) const
+void JSONSource::check(network::Session &session, QObject *context, CheckCompletion done,
+                       std::function<QDateTime()> clock) const
 {
-    session.get(url, context, [source = *this, done = std::move(done)](network::Response response) {
-        if (response.transferFailure) {
-            done(source.failure(u"Could not reach status page"_s, *response.transferFailure));
-        } else if (response.httpStatus &&
-                   (*response.httpStatus < 200 || *response.httpStatus > 299)) {
-            done(source.failure(u"Could not reach status page"_s,
-                                u"Bad server response (HTTP %1)"_s.arg(*response.httpStatus)));
-        } else {
-            done(source.read(response.body));
-        }
-    });
+    session.get(
+        url, context,
+        [source = *this, done = std::move(done),
+         clock = std::move(clock)](network::Response response) {
+            if (response.transferFailure) {
+                done(source.failure(u"Could not reach status page"_s, *response.transferFailure));
+            } else if (response.httpStatus &&
+                       (*response.httpStatus < 200 || *response.httpStatus > 299)) {
+                done(source.failure(u"Could not reach status page"_s,
+                                    u"Bad server response (HTTP %1)"_s.arg(*response.httpStatus)));
+            } else {
+                done(source.read(response.body, clock ? clock() : QDateTime::currentDateTimeUtc()));
+            }
+        });
 }
 
 SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) const

@@ -32,7 +32,9 @@ struct JSONSource {
     // Our own relay feed document.
     using Native = RelayFeedSource::Document;
 
-    void check(network::Session &session, QObject *context, CheckCompletion done) const;
+    // clock gives the check's time (the system's when none is given).
+    void check(network::Session &session, QObject *context, CheckCompletion done,
+               std::function<QDateTime()> clock = {}) const;
 
     // Reads a fetched body: relay feed, incident.io, Updog and Statuspage, the first that
     // accepts it wins. A body none of them accepts gives the unrecognised-format result. now

@@ -248,11 +248,14 @@ void LanternicStore::check(const JSONSource &source, std::function<void(const So
     m_checks.insert(key, {std::move(done)});
     // Checks belong to the store, not to one pass: a later pass may be waiting for them too.
     m_queue->enqueue([this, source, key] {
-        source.check(m_session, this, [this, key](SourceResult result) {
-            m_queue->finished();
-            for (const auto &done : m_checks.take(key))
-                done(result);
-        });
+        source.check(
+            m_session, this,
+            [this, key](SourceResult result) {
+                m_queue->finished();
+                for (const auto &done : m_checks.take(key))
+                    done(result);
+            },
+            m_clock);
     });
 }
 

@@ -104,7 +104,7 @@ private:
 LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, SilenceStore &silence,
                              Actions actions, QWidget *parent)
     : QWidget(parent), m_store(store), m_settings(settings), m_silence(silence),
-      m_actions(std::move(actions)), m_updateTimer(new QTimer(this))
+      m_actions(std::move(actions)), m_updateTimer(new QTimer(this)), m_ticker(new QTimer(this))
 {
     setAccessibleName(u"Lanternic"_s);
     auto *outer = new QVBoxLayout(this);
@@ -125,6 +125,13 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_column->addWidget(buildHeader());
     m_column->addWidget(divider());
     m_rows = new QWidget(m_content);
+    m_rowsLayout = new QVBoxLayout(m_rows);
+    m_rowsLayout->setContentsMargins(0, 0, 0, 0);
+    m_rowsLayout->setSpacing(0);
+    m_nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), m_rows);
+    m_nothing->setText(u"Nothing to report \u2014 all operational"_s);
+    m_nothing->setContentsMargins(12, 10, 12, 10);
+    m_rowsLayout->addWidget(m_nothing);
     m_column->addWidget(m_rows);
     m_silencedDivider = divider();
     m_column->addWidget(m_silencedDivider);
@@ -151,10 +158,19 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     m_updateTimer->setSingleShot(true);
     m_updateTimer->setInterval(0);
     connect(m_updateTimer, &QTimer::timeout, this, &LanternicPane::rebuild);
-    for (auto signal : {&LanternicStore::resultsChanged, &LanternicStore::lastCheckedChanged,
-                        &LanternicStore::isRefreshingChanged, &LanternicStore::historyChanged,
-                        &LanternicStore::offlineChanged})
+    // Relative times ("Updated 3 min ago") move on while the panel is open.
+    m_ticker->setInterval(std::chrono::seconds(5));
+    connect(m_ticker, &QTimer::timeout, this, &LanternicPane::tick);
+    for (auto signal : {&LanternicStore::resultsChanged, &LanternicStore::historyChanged})
         connect(&m_store, signal, this, &LanternicPane::scheduleUpdate);
+    // These change the header alone.
+    for (auto signal : {&LanternicStore::lastCheckedChanged, &LanternicStore::isRefreshingChanged,
+                        &LanternicStore::offlineChanged}) {
+        connect(&m_store, signal, this, [this] {
+            if (isVisible())
+                updateHeader();
+        });
+    }
     connect(&m_silence, &SilenceStore::entriesChanged, this, &LanternicPane::scheduleUpdate);
     connect(&m_settings, &AppSettings::showOperationalChanged, this,
             &LanternicPane::scheduleUpdate);
@@ -217,8 +233,24 @@ void LanternicPane::revealScrollBar()
 
 void LanternicPane::showEvent(QShowEvent *)
 {
+    if (m_stale)
+        rebuild();
     // Every opening starts from the top, as a menu does.
     m_scroll->verticalScrollBar()->setValue(0);
+    m_ticker->start();
+}
+
+void LanternicPane::hideEvent(QHideEvent *)
+{
+    m_ticker->stop();
+}
+
+void LanternicPane::tick()
+{
+    const QDateTime now = m_store.now();
+    updateHeader();
+    for (StatusRowView *row : std::as_const(m_rowViews))
+        row->refreshTimes(now);
 }
 
 void LanternicPane::resizeEvent(QResizeEvent *)
@@ -233,6 +265,11 @@ void LanternicPane::enterEvent(QEnterEvent *)
 
 void LanternicPane::scheduleUpdate()
 {
+    // A hidden panel does no layout work: it catches up when it is shown.
+    if (!isVisible()) {
+        m_stale = true;
+        return;
+    }
     m_updateTimer->start();
 }
 
@@ -272,6 +309,8 @@ void LanternicPane::changeEvent(QEvent *event)
     // A new desktop theme: colours that were set by hand follow it, and rows are made anew.
     if (event->type() == QEvent::PaletteChange) {
         applyColours();
+        qDeleteAll(m_rowViews);
+        m_rowViews.clear();
         scheduleUpdate();
     }
     QWidget::changeEvent(event);
@@ -334,38 +373,46 @@ void LanternicPane::updateHeader()
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }
 
-void LanternicPane::rebuildRows()
+void LanternicPane::updateRows()
 {
-    auto *rows = new QWidget(m_content);
-    auto *layout = new QVBoxLayout(rows);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-
     QList<DisplayProvider> visible = m_store.providers();
     if (!m_settings.showOperational())
         visible.removeIf(
             [](const DisplayProvider &row) { return row.health == Health::operational; });
-    if (visible.isEmpty()) {
-        auto *nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), rows);
-        nothing->setText(u"Nothing to report \u2014 all operational"_s);
-        nothing->setContentsMargins(12, 10, 12, 10);
-        layout->addWidget(nothing);
+    m_nothing->setVisible(visible.isEmpty());
+
+    // Rows are kept by source, so that an expanded or focused row stays so through a pass.
+    QHash<QString, StatusRowView *> kept;
+    const QDateTime now = m_store.now();
+    for (qsizetype i = 0; i < visible.size(); ++i) {
+        const DisplayProvider &row = visible[i];
+        StatusRowView *view = m_rowViews.take(row.result.id);
+        if (!view) {
+            view = new StatusRowView(
+                [this](const QString &id, SilenceDuration duration) {
+                    m_silence.silence(id, duration, m_store.now());
+                },
+                [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
+                m_actions.openUrl, m_rows);
+        }
+        view->setContent(row, m_store.history().byId.value(row.result.id), now);
+        if (m_rowsLayout->indexOf(view) != i + 1) {
+            m_rowsLayout->removeWidget(view);
+            m_rowsLayout->insertWidget(int(i) + 1, view);
+        }
+        view->show();
+        kept.insert(row.result.id, view);
     }
-    for (const DisplayProvider &row : visible) {
-        layout->addWidget(new StatusRowView(
-            row, m_store.history().byId.value(row.result.id),
-            [this](const QString &id, SilenceDuration duration) {
-                m_silence.silence(id, duration, m_store.now());
-            },
-            [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
-            m_actions.openUrl, rows));
+    for (StatusRowView *gone : std::as_const(m_rowViews)) {
+        m_rowsLayout->removeWidget(gone);
+        // Later, since a row's own menu may be what changed the silences just now.
+        gone->hide();
+        gone->deleteLater();
     }
-    delete m_column->replaceWidget(m_rows, rows);
-    rows->show();
-    // Later, since a row's own menu may be what changed the silences just now.
-    m_rows->hide();
-    m_rows->deleteLater();
-    m_rows = rows;
+    m_rowViews = std::move(kept);
+    // The column measures the rows afresh now, not when the rows' own layout gets round to it.
+    m_rowsLayout->activate();
+    m_rows->updateGeometry();
 }
 
 void LanternicPane::rebuildSilenced()
@@ -400,8 +447,9 @@ void LanternicPane::rebuildSilenced()
 
 void LanternicPane::rebuild()
 {
+    m_stale = false;
     updateHeader();
-    rebuildRows();
+    updateRows();
     rebuildSilenced();
     m_column->activate();
     updateContentHeight();

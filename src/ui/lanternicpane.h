@@ -55,6 +55,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
 
@@ -64,7 +65,8 @@ private:
     void rebuild();
     QWidget *buildHeader();
     void updateHeader();
-    void rebuildRows();
+    void updateRows();
+    void tick();
     void rebuildSilenced();
     QWidget *divider();
     void applyColours();
@@ -90,9 +92,14 @@ private:
     RefreshButton *m_refreshButton = nullptr;
     QShortcut *m_refreshShortcut = nullptr;
     QWidget *m_rows = nullptr;
+    QVBoxLayout *m_rowsLayout = nullptr;
+    QLabel *m_nothing = nullptr;
+    QHash<QString, StatusRowView *> m_rowViews;
     QWidget *m_silencedDivider = nullptr;
     QWidget *m_silencedSection = nullptr;
     QTimer *m_updateTimer;
+    QTimer *m_ticker;
+    bool m_stale = false;
     bool m_silencedExpanded = false;
     int m_contentHeight = 0;
 };

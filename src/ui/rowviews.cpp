@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QTextLayout>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -23,6 +24,10 @@ namespace lanternic {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The news lines up with the row's name, within the panel's column.
+constexpr int newsIndent = 38;
+constexpr qreal newsWidth = 320 - newsIndent - 12;
 
 QLabel *symbolLabel(const QString &name, const QColor &color, qreal size, QWidget *parent,
                     const QString &description = {})
@@ -42,6 +47,26 @@ void addDurations(QMenu *menu, const QString &id, const StatusRowView::SilenceAc
         menu->addAction(label(duration), menu,
                         [onSilence, id, duration] { onSilence(id, duration); });
     }
+}
+
+// At most lines lines of text as it wraps at width, the last ending in "…" when more follow.
+QString firstLines(const QString &text, const QFont &font, qreal width, int lines)
+{
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    QStringList kept;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        const QString part = text.mid(line.textStart(), line.textLength()).trimmed();
+        if (kept.size() == lines - 1) {
+            kept.append(QFontMetricsF(font).elidedText(text.mid(line.textStart()).trimmed(),
+                                                       Qt::ElideRight, width));
+            break;
+        }
+        kept.append(part);
+    }
+    layout.endLayout();
+    return kept.join(u'\n');
 }
 
 QIcon healthIcon(Health health, const QPalette &palette)
@@ -97,9 +122,19 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 }
 
 HistorySparkline::HistorySparkline(const QList<HealthTick> &ticks, QWidget *parent)
-    : QWidget(parent), m_ticks(ticks.mid(std::max<qsizetype>(0, ticks.size() - maximumBars)))
+    : QWidget(parent)
 {
     setFixedSize(72, 16);
+    setTicks(ticks);
+}
+
+void HistorySparkline::setTicks(const QList<HealthTick> &ticks)
+{
+    const QList<HealthTick> shown = ticks.mid(std::max<qsizetype>(0, ticks.size() - maximumBars));
+    if (shown == m_ticks)
+        return;
+    m_ticks = shown;
+    update();
 }
 
 QList<Health> HistorySparkline::bars() const
@@ -131,37 +166,54 @@ void HistorySparkline::paintEvent(QPaintEvent *)
     }
 }
 
-StatusRowView::StatusRowView(DisplayProvider provider, const QList<HealthTick> &ticks,
-                             SilenceAction onSilence, SilencedQuestion isSilenced,
+StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilenced,
                              UrlOpener openUrl, QWidget *parent)
-    : QWidget(parent), m_provider(std::move(provider)), m_onSilence(std::move(onSilence)),
-      m_isSilenced(std::move(isSilenced)), m_openUrl(std::move(openUrl))
+    : QWidget(parent), m_onSilence(std::move(onSilence)), m_isSilenced(std::move(isSilenced)),
+      m_openUrl(std::move(openUrl))
 {
-    const SourceResult &result = m_provider.result;
     setAttribute(Qt::WA_Hover);
     setMouseTracking(true);
 
-    auto *row = new QHBoxLayout(this);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto *row = new QHBoxLayout;
     row->setContentsMargins(12, 6, 12, 6);
     row->setSpacing(10);
-    row->addWidget(symbolLabel(Theme::healthSymbol(m_provider.health),
-                               Theme::healthColor(m_provider.health, palette()), 13, this,
-                               label(m_provider.health)));
+    column->addLayout(row);
+    m_symbol = new QLabel(this);
+    m_symbol->setFixedSize(16, 17);
+    m_symbol->setAlignment(Qt::AlignCenter);
+    row->addWidget(m_symbol);
 
     auto *text = new QVBoxLayout;
     text->setSpacing(1);
-    auto *name = new ElidedLabel(this);
-    name->setFont(Theme::font(13, QFont::Medium));
-    name->setText(result.name);
-    auto *detail = new ElidedLabel(this);
-    detail->setFont(Theme::font(11));
-    detail->setColor(Theme::secondaryText(palette()));
-    detail->setText(m_provider.detail);
-    text->addWidget(name);
-    text->addWidget(detail);
+    m_name = new ElidedLabel(this);
+    m_name->setFont(Theme::font(13, QFont::Medium));
+    m_detail = new ElidedLabel(this);
+    m_detail->setFont(Theme::font(11));
+    m_detail->setColor(Theme::secondaryText(palette()));
+    text->addWidget(m_name);
+    text->addWidget(m_detail);
     row->addLayout(text, 1);
     row->addSpacing(8 - row->spacing());
-    row->addWidget(new HistorySparkline(ticks, this));
+
+    m_newsButton = new QToolButton(this);
+    m_newsButton->setAutoRaise(true);
+    m_newsButton->setCheckable(true);
+    m_newsButton->setCursor(Qt::PointingHandCursor);
+    m_newsButton->setStyleSheet(u"QToolButton { border: none; background: transparent; }"_s);
+    m_newsButton->setIconSize(QSize(13, 13));
+    m_newsButton->setFixedWidth(18);
+    m_newsButton->hide();
+    connect(m_newsButton, &QToolButton::toggled, this, [this](bool expanded) {
+        m_news->setVisible(expanded);
+        m_newsButton->setAccessibleName(expanded ? u"Hide what is happening"_s
+                                                 : u"Show what is happening"_s);
+    });
+    row->addWidget(m_newsButton);
+    m_sparkline = new HistorySparkline({}, this);
+    row->addWidget(m_sparkline);
 
     m_menuButton = new QToolButton(this);
     m_menuButton->setAutoRaise(true);
@@ -170,8 +222,6 @@ StatusRowView::StatusRowView(DisplayProvider provider, const QList<HealthTick> &
     m_menuButton->setIcon(Symbols::icon(u"bell.slash"_s, Theme::secondaryText(palette())));
     m_menuButton->setIconSize(QSize(12, 12));
     m_menuButton->setFixedWidth(22);
-    m_menuButton->setToolTip(Theme::plainToolTip({u"Silence "_s + result.name}));
-    m_menuButton->setAccessibleName(u"Silence "_s + result.name);
     QSizePolicy keepSpace = m_menuButton->sizePolicy();
     keepSpace.setRetainSizeWhenHidden(true);
     m_menuButton->setSizePolicy(keepSpace);
@@ -181,12 +231,149 @@ StatusRowView::StatusRowView(DisplayProvider provider, const QList<HealthTick> &
     connect(m_menuButton->menu(), &QMenu::aboutToShow, this, &StatusRowView::buildMenu);
     row->addWidget(m_menuButton);
 
+    m_news = new QWidget(this);
+    m_news->hide();
+    new QVBoxLayout(m_news);
+    m_news->layout()->setContentsMargins(newsIndent, 0, 12, 8);
+    m_news->layout()->setSpacing(6);
+    column->addWidget(m_news);
+}
+
+void StatusRowView::setContent(const DisplayProvider &provider, const QList<HealthTick> &ticks,
+                               const QDateTime &now)
+{
+    const bool newsChanged = provider.result.incidents != m_provider.result.incidents ||
+                             provider.result.maintenances != m_provider.result.maintenances;
+    const bool first = m_provider.result.id.isEmpty();
+    m_provider = provider;
+    const SourceResult &result = m_provider.result;
+    const QColor color = Theme::healthColor(m_provider.health, palette());
+    m_symbol->setPixmap(Symbols::icon(Theme::healthSymbol(m_provider.health), color)
+                            .pixmap(QSize(13, 13), devicePixelRatioF()));
+    m_symbol->setAccessibleName(label(m_provider.health));
+    m_name->setText(result.name);
+    m_detail->setText(m_provider.detail);
+    m_sparkline->setTicks(ticks);
+    m_menuButton->setToolTip(Theme::plainToolTip({u"Silence "_s + result.name}));
+    m_menuButton->setAccessibleName(u"Silence "_s + result.name);
     // The full name (the row may elide it), then the page or what went wrong.
     setToolTip(Theme::plainToolTip(
         {result.name,
          result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)}));
     setAccessibleName(result.name + u", "_s + label(m_provider.health) + u", "_s +
                       m_provider.detail);
+    if (first || newsChanged)
+        buildNews(now);
+    else
+        refreshTimes(now);
+}
+
+void StatusRowView::buildNews(const QDateTime &now)
+{
+    const SourceResult &result = m_provider.result;
+    const bool hasNews = !result.incidents.isEmpty() || !result.maintenances.isEmpty();
+    m_newsButton->setVisible(hasNews);
+    if (!hasNews)
+        m_newsButton->setChecked(false);
+    const bool incidents = !result.incidents.isEmpty();
+    m_newsButton->setIcon(
+        Symbols::icon(incidents ? u"exclamationmark.bubble.fill"_s : u"wrench.fill"_s,
+                      incidents ? Theme::healthColor(Health::degraded, palette())
+                                : Theme::secondaryText(palette())));
+    const QString what = !incidents ? u"Maintenance"_s
+                         : result.incidents.size() == 1
+                             ? u"1 open incident"_s
+                             : u"%1 open incidents"_s.arg(result.incidents.size());
+    m_newsButton->setToolTip(Theme::plainToolTip({what}));
+    m_newsButton->setAccessibleName(m_newsButton->isChecked() ? u"Hide what is happening"_s
+                                                              : u"Show what is happening"_s);
+
+    QLayout *layout = m_news->layout();
+    while (QLayoutItem *item = layout->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    m_updated.clear();
+    const QColor secondary = Theme::secondaryText(palette());
+    const auto textLabel = [this](const QString &text, const QFont &font, const QColor &color) {
+        auto *label = new QLabel(text, m_news);
+        label->setTextFormat(Qt::PlainText);
+        label->setFont(font);
+        QPalette tinted = label->palette();
+        tinted.setColor(QPalette::WindowText, color);
+        label->setPalette(tinted);
+        return label;
+    };
+    const auto link = [this](const QString &text, const QUrl &url) {
+        auto *button = new QPushButton(text, m_news);
+        button->setFlat(true);
+        button->setCursor(Qt::PointingHandCursor);
+        button->setFont(Theme::font(11));
+        button->setStyleSheet(
+            u"QPushButton { border: none; padding: 0; color: palette(link); text-align: left; }"_s);
+        connect(button, &QPushButton::clicked, this, [this, url] { m_openUrl(url); });
+        return button;
+    };
+    for (const Incident &incident : result.incidents) {
+        auto *name = new ElidedLabel(m_news);
+        name->setFont(Theme::font(12, QFont::DemiBold));
+        name->setText(incident.name);
+        layout->addWidget(name);
+        const QDateTime updated =
+            incident.updatedAt.isValid() ? incident.updatedAt : incident.startedAt;
+        QLabel *stage = textLabel(QString(), Theme::font(11), secondary);
+        layout->addWidget(stage);
+        m_updated.append({stage, updated});
+        stage->setProperty("stage", DisplayText::stageText(incident.stage));
+        if (!incident.update.isEmpty()) {
+            // A few lines of the latest update, as plain text.
+            const QFont font = Theme::font(11);
+            layout->addWidget(
+                textLabel(firstLines(FeedText::clean(incident.update, 600), font, newsWidth, 3),
+                          font, palette().color(QPalette::WindowText)));
+        }
+        if (incident.url)
+            layout->addWidget(link(u"Open incident"_s, *incident.url));
+    }
+    for (const Maintenance &window : result.maintenances) {
+        auto *line = new QWidget(m_news);
+        auto *row = new QHBoxLayout(line);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(6);
+        row->addWidget(symbolLabel(u"wrench.fill"_s, secondary, 10, line));
+        auto *name = new ElidedLabel(line);
+        name->setFont(Theme::font(12, QFont::DemiBold));
+        name->setText(window.name);
+        row->addWidget(name, 1);
+        layout->addWidget(line);
+        const QString when = DisplayText::windowText(window, now);
+        layout->addWidget(textLabel(window.isInProgress(now) ? u"In progress \u00b7 "_s + when
+                                                             : u"Scheduled \u00b7 "_s + when,
+                                    Theme::font(11), secondary));
+        if (window.url)
+            layout->addWidget(link(u"Open maintenance"_s, *window.url));
+    }
+    refreshTimes(now);
+}
+
+void StatusRowView::refreshTimes(const QDateTime &now)
+{
+    for (const auto &[label, updated] : std::as_const(m_updated)) {
+        const QString stage = label->property("stage").toString();
+        label->setText(updated.isValid()
+                           ? stage + u" \u00b7 updated "_s + DisplayText::agoText(updated, now)
+                           : stage);
+    }
+}
+
+bool StatusRowView::isExpanded() const
+{
+    return m_newsButton->isChecked();
+}
+
+void StatusRowView::setExpanded(bool expanded)
+{
+    m_newsButton->setChecked(expanded && !m_newsButton->isHidden());
 }
 
 void StatusRowView::buildMenu()

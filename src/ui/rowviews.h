@@ -43,6 +43,8 @@ public:
 
     explicit HistorySparkline(const QList<HealthTick> &ticks, QWidget *parent = nullptr);
 
+    void setTicks(const QList<HealthTick> &ticks);
+
     QSize sizeHint() const override { return {72, 16}; }
     // The healths of the bars shown, oldest first; unrecognised ticks count as unknown.
     QList<Health> bars() const;
@@ -55,7 +57,8 @@ private:
 };
 
 // One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to
-// silence the source or one of its components. A click opens its status page.
+// silence the source or one of its components. A click opens its status page. A source with
+// open incidents or maintenance has a marker that expands the row to tell of them.
 class StatusRowView : public QWidget {
     Q_OBJECT
 
@@ -64,11 +67,21 @@ public:
     using SilencedQuestion = std::function<bool(const QString &id)>;
     using UrlOpener = std::function<void(const QUrl &url)>;
 
-    StatusRowView(DisplayProvider provider, const QList<HealthTick> &ticks, SilenceAction onSilence,
-                  SilencedQuestion isSilenced, UrlOpener openUrl, QWidget *parent = nullptr);
+    StatusRowView(SilenceAction onSilence, SilencedQuestion isSilenced, UrlOpener openUrl,
+                  QWidget *parent = nullptr);
+
+    // What the row shows; set again, in place, whenever it changes. now is the clock of the
+    // relative times ("updated 12 min ago").
+    void setContent(const DisplayProvider &provider, const QList<HealthTick> &ticks,
+                    const QDateTime &now);
+    void refreshTimes(const QDateTime &now);
 
     const DisplayProvider &provider() const { return m_provider; }
     QToolButton *silenceButton() const { return m_menuButton; }
+    // Shown when the source has incidents or maintenance to tell of.
+    QToolButton *newsButton() const { return m_newsButton; }
+    bool isExpanded() const;
+    void setExpanded(bool expanded);
 
 protected:
     void enterEvent(QEnterEvent *event) override;
@@ -79,12 +92,21 @@ protected:
 private:
     void setHovering(bool hovering);
     void buildMenu();
+    void buildNews(const QDateTime &now);
 
     DisplayProvider m_provider;
     SilenceAction m_onSilence;
     SilencedQuestion m_isSilenced;
     UrlOpener m_openUrl;
+    QLabel *m_symbol;
+    ElidedLabel *m_name;
+    ElidedLabel *m_detail;
+    HistorySparkline *m_sparkline;
+    QToolButton *m_newsButton;
     QToolButton *m_menuButton;
+    QWidget *m_news;
+    // The labels that tell how long ago something was, and of what instant.
+    QList<std::pair<QLabel *, QDateTime>> m_updated;
     bool m_hovering = false;
 };
 

@@ -216,6 +216,27 @@ const QHash<QString, Painter> &painters()
          [](Canvas &c) {
              c.stroke(polyline({{0.35, 0.2}, {0.65, 0.5}, {0.35, 0.8}}), 0.12);
          }},
+        // An incident: a speech bubble with an exclamation mark.
+        {u"exclamationmark.bubble.fill"_s,
+         [](Canvas &c) {
+             QPainterPath bubble;
+             bubble.addRoundedRect(QRectF(0.06, 0.1, 0.88, 0.64), 0.2, 0.2);
+             QPainterPath tail = polyline({{0.24, 0.66}, {0.22, 0.92}, {0.46, 0.7}});
+             tail.closeSubpath();
+             c.fill(bubble.united(tail));
+             c.punchStroke(polyline({{0.5, 0.24}, {0.5, 0.44}}), 0.1);
+             c.punchFill(circle({0.5, 0.58}, 0.055));
+         }},
+        // Maintenance: a wrench.
+        {u"wrench.fill"_s,
+         [](Canvas &c) {
+             c.stroke(polyline({{0.2, 0.8}, {0.56, 0.44}}), 0.16);
+             c.fill(circle({0.66, 0.34}, 0.24));
+             QPainterPath jaw = polyline({{0.66, 0.34}, {0.98, 0.18}, {0.82, 0.02}});
+             jaw.closeSubpath();
+             c.punchFill(jaw);
+             c.punchFill(circle({0.66, 0.34}, 0.08));
+         }},
         {u"waveform.path.ecg"_s,
          [](Canvas &c) {
              QPainterPath trace;

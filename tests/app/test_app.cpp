@@ -137,7 +137,7 @@ private Q_SLOTS:
         login.enabled = true;
         SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, true});
         view.show();
-        QCheckBox *toggle = view.findChildren<QCheckBox *>().at(2);
+        QCheckBox *toggle = view.general()->findChildren<QCheckBox *>().at(2);
         // It starts from the service, and a failure is shown until the next change works.
         QVERIFY(toggle->isChecked());
         toggle->click();

@@ -19,10 +19,11 @@ StoreFixture::StoreFixture()
 }
 
 void StoreFixture::addSource(const QString &name, const QByteArray &health,
-                             const QByteArray &components, const QByteArray &detail)
+                             const QByteArray &components, const QByteArray &detail,
+                             const QByteArray &extra)
 {
     QByteArray members =
-        R"(,"url":"https://status.example.com/)" + QByteArray::number(m_lines.size()) + '"';
+        R"(,"url":"https://status.example.com/)" + QByteArray::number(m_lines.size()) + '"' + extra;
     if (!detail.isEmpty())
         members += R"(,"detail":)" + QJsonDocument(QJsonArray{QString::fromUtf8(detail)})
                                          .toJson(QJsonDocument::Compact)

@@ -13,8 +13,10 @@ public:
     StoreFixture();
 
     // A source whose feed states this health and these components (JSON array text).
+    // extra: more members of the feed's object, each after a comma.
     void addSource(const QString &name, const QByteArray &health,
-                   const QByteArray &components = "[]", const QByteArray &detail = {});
+                   const QByteArray &components = "[]", const QByteArray &detail = {},
+                   const QByteArray &extra = {});
     // A source whose host cannot be reached.
     void addUnreachableSource(const QString &name);
     // Checks the sources added so far, as one pass of the app.

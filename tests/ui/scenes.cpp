@@ -46,4 +46,49 @@ void manyRows(StoreFixture &fixture, int count)
     fixture.runPass();
 }
 
+namespace {
+
+QByteArray at(const StoreFixture &fixture, qint64 seconds)
+{
+    return '"' + fixture.now.addSecs(seconds).toString(Qt::ISODate).toUtf8() + '"';
+}
+
+} // namespace
+
+void incidents(StoreFixture &fixture)
+{
+    fixture.addSource(
+        u"GitHub"_s, "operational",
+        "[" + relayComponent(u"packages"_s, u"Packages"_s, u"degraded"_s) + "," +
+            relayComponent(u"pages"_s, u"Pages"_s, u"degraded"_s) + "]",
+        {},
+        R"(,"incidents":[{"id":"p1","name":"Incident with Packages and Pages",)"
+        R"("status":"investigating","impact":"minor","url":"https://www.githubstatus.com/)"
+        R"(incidents/p1","startedAt":)" +
+            at(fixture, -40 * 60) + R"(,"updatedAt":)" + at(fixture, -12 * 60) +
+            R"(,"update":"We are investigating reports of degraded performance for Packages )"
+            R"(and Pages. Some users may see slow or failed publishes while we work on a fix."}])");
+    fixture.addSource(u"Claude"_s, "operational", "[]", {},
+                      R"(,"incidents":[{"id":"c1","name":"Elevated errors on the API",)"
+                      R"("status":"monitoring","startedAt":)" +
+                          at(fixture, -3 * 3600) + R"(,"updatedAt":)" + at(fixture, -25 * 60) +
+                          R"(,"update":"A fix has been deployed; we are monitoring."}])");
+    fixture.addSource(u"Linear"_s, "operational");
+    fixture.runPass();
+}
+
+void maintenance(StoreFixture &fixture)
+{
+    fixture.addSource(u"Cloudflare"_s, "operational", "[]", {},
+                      R"(,"maintenances":[{"id":"m1","name":"FRA datacenter upgrade",)"
+                      R"("status":"in_progress","startsAt":)" +
+                          at(fixture, -3600) + R"(,"endsAt":)" + at(fixture, 2 * 3600) +
+                          R"(},{"id":"m2","name":"Network upgrade in AMS","status":"scheduled",)"
+                          R"("startsAt":)" +
+                          at(fixture, 2 * 86400 + 3600) + R"(,"endsAt":)" +
+                          at(fixture, 2 * 86400 + 5 * 3600) + "}]");
+    fixture.addSource(u"GitHub"_s, "operational");
+    fixture.runPass();
+}
+
 } // namespace Scenes

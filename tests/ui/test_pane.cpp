@@ -289,6 +289,44 @@ private Q_SLOTS:
         QApplication::setPalette(light);
     }
 
+    // Rows are updated in place: an expanded row stays expanded, a focused control keeps focus,
+    // and the times in an expansion move on.
+    void incidentsExpandAndStayThroughAPass()
+    {
+        StoreFixture fixture;
+        Scenes::incidents(fixture);
+        Pane view(fixture);
+        const auto row = [&](const QString &name) {
+            for (StatusRowView *row : view.rows()) {
+                if (row->provider().result.name == name)
+                    return row;
+            }
+            return static_cast<StatusRowView *>(nullptr);
+        };
+        StatusRowView *github = row(u"GitHub"_s);
+        QVERIFY(row(u"Claude"_s)->newsButton()->isVisibleTo(github));
+        QVERIFY(row(u"Linear"_s)->newsButton()->isHidden());
+        QVERIFY(!view.labels().contains(u"Investigating \u00b7 updated 12 min ago"_s));
+        github->newsButton()->click();
+        Pane::settle();
+        QVERIFY(view.labels().contains(u"Investigating \u00b7 updated 12 min ago"_s));
+        row(u"Claude"_s)->newsButton()->setFocus();
+
+        fixture.now = fixture.now.addSecs(3 * 60);
+        fixture.runPass();
+        Pane::settle();
+        QCOMPARE(row(u"GitHub"_s), github);
+        QVERIFY(github->isExpanded());
+        QCOMPARE(QApplication::focusWidget(), row(u"Claude"_s)->newsButton());
+        QVERIFY(view.labels().contains(u"Investigating \u00b7 updated 15 min ago"_s));
+        // The link opens the incident.
+        for (auto *button : github->findChildren<QAbstractButton *>()) {
+            if (button->text() == u"Open incident"_s)
+                button->click();
+        }
+        QCOMPARE(view.opened, QList<QUrl>{QUrl(u"https://www.githubstatus.com/incidents/p1"_s)});
+    }
+
     void rowsOpenOnlyTheirPage()
     {
         StoreFixture fixture;
