@@ -85,7 +85,9 @@ private Q_SLOTS:
         QVERIFY(port != 0);
         fixture->addSource(u"GitHub"_s, "operational",
                            "[" + relayComponent(u"git"_s, u"Git \"Ops\"\n"_s, u"down"_s) + "]");
-        fixture->addSource(u"Linear"_s, "operational");
+        fixture->addSource(
+            u"Linear"_s, "operational", "[]", {},
+            R"(,"incidents":[{"id":"i1","name":"Slow \n sync","status":"monitoring"}])");
     }
 
     void cleanup()
@@ -115,6 +117,10 @@ private Q_SLOTS:
         QCOMPARE(read.health, fixture->store.overallHealth());
         QCOMPARE(read.detail, fixture->store.summaryText());
         QCOMPARE(read.components.size(), fixture->store.providers().size());
+        // Incidents travel too, named after their source, their text as it is shown.
+        QCOMPARE(read.incidents.size(), 1);
+        QCOMPARE(read.incidents.first().name, u"Linear: Slow   sync"_s);
+        QCOMPARE(read.incidents.first().stage, u"monitoring"_s);
 
         QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: " + etag + "\r\n")).status, 304);
         QCOMPARE(ask(port, get("/lanternic.json", "If-None-Match: \"other\"\r\n")).status, 200);
