@@ -4,6 +4,7 @@
 #include "sources/jsondecoder.h"
 #include "sources/network.h"
 #include "sources/newsreader.h"
+#include "sources/platformreaders.h"
 #include "sources/relayfeedsource.h"
 #include "sources/statuspagesource.h"
 #include "sources/updogsource.h"
@@ -19,8 +20,9 @@ namespace {
 // Every reader has this shape: nothing when the document is not in its format.
 using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
 
-// In detection order: the first reader that accepts a document wins.
-constexpr std::array<Reader, 4> readers{&RelayFeedSource::parse, &IncidentIOSource::parse,
+// In detection order: the first reader that accepts a document wins; the other platforms'
+// readers come after the four built-in ones.
+constexpr std::array<Reader, 4> builtIn{&RelayFeedSource::parse, &IncidentIOSource::parse,
                                         &UpdogSource::parse, &StatuspageSource::parse};
 
 } // namespace
@@ -48,12 +50,21 @@ SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) cons
 {
     // Parsed once; every reader looks at the same document.
     const QJsonDocument document = parseJson(body);
-    for (Reader reader : readers) {
-        if (auto result = reader(*this, document)) {
+    const auto accepted = [&](Reader reader) -> std::optional<SourceResult> {
+        auto result = reader(*this, document);
+        if (result) {
             result->checkedAt = now;
             result->maintenances = NewsReader::current(result->maintenances, now);
-            return std::move(*result);
         }
+        return result;
+    };
+    for (Reader reader : builtIn) {
+        if (auto result = accepted(reader))
+            return std::move(*result);
+    }
+    for (Reader reader : PlatformReaders::all) {
+        if (auto result = accepted(reader))
+            return std::move(*result);
     }
     return failure(
         u"Unrecognized status format"_s,

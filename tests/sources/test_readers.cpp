@@ -1,7 +1,13 @@
+#include "sources/incidentiosource.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
+#include "sources/platformreaders.h"
+#include "sources/relayfeedsource.h"
+#include "sources/statuspagesource.h"
+#include "sources/updogsource.h"
 #include "support/fixtures.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace lanternic;
@@ -235,6 +241,46 @@ private Q_SLOTS:
             << QByteArray(R"({"schema":"lanternic.v1","components":[{"id":"a","name":"A"}]})")
             << unrecognized;
 
+        // The other platforms, from documents written to their published shapes.
+        const struct {
+            const char *file;
+            const char *outline;
+        } platforms[] = {
+            {"instatus-summary.json", "degraded | Queue delays for image models | "},
+            {"betterstack-index.json", "degraded | Runners \u2014 degraded | "
+                                       "901=degraded(degraded), 902=operational(operational)"},
+            {"statusio-status.json",
+             "degraded | Docker Hub \u2014 degraded | 5e1=degraded(Partial Service Disruption), "
+             "5e2=operational(Operational)"},
+            {"cachet2-components.json", "degraded | API \u2014 degraded | "
+                                        "1=operational(Operational), 2=degraded(Partial Outage)"},
+            {"cachet3-components.json",
+             "degraded | Mail \u2014 degraded | 1=operational(Operational), 2=degraded(Under "
+             "maintenance)"},
+            {"gatus-statuses.json",
+             "down | 2 components affected | core_front-end=down(down), "
+             "core_database=operational(operational), misc_new=unknown(unknown)"},
+            {"google-incidents.json", "degraded | Cloud Storage \u2014 degraded | "
+                                      "UwaYoXQ5bHYHG6EdiPB8=degraded(SERVICE_DISRUPTION)"},
+            {"slack-current.json",
+             "degraded | 2 components affected | Messaging=degraded(incident), "
+             "Connectivity=degraded(incident)"},
+            {"openstatus-status.json", "degraded | Degraded | "},
+        };
+        for (const auto &[file, expected] : platforms) {
+            QTest::newRow(file) << source() << fixture(QString::fromLatin1(file))
+                                << QString::fromUtf8(expected);
+        }
+        QTest::newRow("Slack, nothing active")
+            << source() << QByteArray(R"({"status":"ok","active_incidents":[]})")
+            << u"operational | Operational | "_s;
+        QTest::newRow("Instatus up")
+            << source() << QByteArray(R"({"page":{"status":"UP"},"activeIncidents":[]})")
+            << u"operational | Operational | "_s;
+        QTest::newRow("an HTML page")
+            << source() << QByteArray("<!doctype html><html><body>Moved</body></html>")
+            << unrecognized;
+
         // Detection order.
         QTest::newRow("relay before Statuspage")
             << source()
@@ -311,6 +357,37 @@ private Q_SLOTS:
             fixture(file), QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate));
         QTEST(rawValue(result.health), "health");
         QTEST(::news(result), "expected");
+    }
+
+    // Each reader accepts its own platform's documents and nobody else's.
+    void shapeTestsAcceptOnlyTheirOwn()
+    {
+        using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
+        const QList<std::pair<const char *, Reader>> readers{
+            {"relay", &RelayFeedSource::parse},
+            {"incidentio", &IncidentIOSource::parse},
+            {"updog", &UpdogSource::parse},
+            {"statuspage", &StatuspageSource::parse},
+            {"instatus", &PlatformReaders::instatus},
+            {"betterstack", &PlatformReaders::betterStack},
+            {"statusio", &PlatformReaders::statusIo},
+            {"cachet", &PlatformReaders::cachet},
+            {"gatus", &PlatformReaders::gatus},
+            {"google", &PlatformReaders::google},
+            {"slack", &PlatformReaders::slack},
+            {"openstatus", &PlatformReaders::openStatus},
+        };
+        const QStringList files =
+            QDir(QStringLiteral(LANTERNIC_FIXTURES_DIR)).entryList({u"*.json"_s}, QDir::Files);
+        QVERIFY(files.size() >= 16);
+        for (const QString &file : files) {
+            const QJsonDocument document = parseJson(fixture(file));
+            for (const auto &[name, reader] : readers) {
+                const bool own = file.startsWith(QLatin1StringView(name));
+                QVERIFY2(reader(source(), document).has_value() == own,
+                         qPrintable(file + u" read by "_s + QLatin1StringView(name)));
+            }
+        }
     }
 
     void homeUrls_data()
