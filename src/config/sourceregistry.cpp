@@ -178,14 +178,15 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         key = urlKey(source.homeURL, host, true);
     } else if (const auto *base = std::get_if<Target::Base>(&target->value)) {
         std::optional<QUrl> url;
-        if (kinds.value(base->host.toLower()) == SourceKind::incidentio)
+        const SourceKind kind = kinds.value(base->host.toLower(), SourceKind::atlassian);
+        if (kind == SourceKind::incidentio)
             url = IncidentIOSource::widgetURL(base->host, base->subpath);
-        else if (base->asIs)
+        else if (base->asIs && kind == SourceKind::atlassian)
             url = base->asIs;
         else
-            url = parseUrl("https://"_L1 + base->host +
-                           (base->subpath ? u'/' + *base->subpath : QString()) +
-                           "/api/v2/summary.json"_L1);
+            url =
+                parseUrl("https://"_L1 + base->host +
+                         (base->subpath ? u'/' + *base->subpath : QString()) + documentPath(kind));
         if (!url)
             return std::nullopt;
         source.url = *url;

@@ -17,6 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString unrecognizedFormat = u"Unrecognized status format"_s;
+const QString notFound = u"Bad server response (HTTP 404)"_s;
+
 // Every reader has this shape: nothing when the document is not in its format.
 using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
 
@@ -67,8 +70,13 @@ SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) cons
             return std::move(*result);
     }
     return failure(
-        u"Unrecognized status format"_s,
+        unrecognizedFormat,
         u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
+}
+
+bool JSONSource::pageMoved(const SourceResult &result)
+{
+    return result.error && (result.detail == unrecognizedFormat || *result.error == notFound);
 }
 
 SourceResult JSONSource::failure(const QString &detail, const QString &error) const

@@ -44,6 +44,10 @@ struct JSONSource {
 
     // A check that went wrong: unknown health, the fixed detail and the underlying error.
     SourceResult failure(const QString &detail, const QString &error) const;
+
+    // Whether a result says the page is not where its kind says (404, or a body no reader
+    // accepts): the kind was right once, and the page has moved since.
+    static bool pageMoved(const SourceResult &result);
 };
 
 static_assert(HealthSource<JSONSource>);

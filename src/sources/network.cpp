@@ -475,11 +475,16 @@ qsizetype Session::transfersInFlight() const
     return d->transfers.size();
 }
 
+const Session::Options &Session::options() const
+{
+    return d->options;
+}
+
 void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done,
-                  Purpose purpose)
+                  std::optional<std::chrono::milliseconds> limit)
 {
     auto *transfer = new Transfer(d.get(), context, std::move(done));
-    transfer->limit = purpose == Purpose::probe ? d->options.probeLimit : d->options.transferLimit;
+    transfer->limit = limit.value_or(d->options.transferLimit);
     CURL *easy = transfer->easy;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, transfer);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);

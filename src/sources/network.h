@@ -68,13 +68,13 @@ public:
     explicit Session(Options options, QObject *parent = nullptr);
     ~Session() override;
 
-    enum class Purpose { check, probe };
-
     // A plain GET. done runs once, on this thread, from the event loop, unless context is
-    // destroyed first: that aborts the transfer and done never runs. A probe is limited to
-    // probeLimit in all.
+    // destroyed first: that aborts the transfer and done never runs. limit replaces the limit
+    // on the whole transfer (a probe's share of its own).
     void get(const QUrl &url, QObject *context, std::function<void(Response)> done,
-             Purpose purpose = Purpose::check);
+             std::optional<std::chrono::milliseconds> limit = std::nullopt);
+
+    const Options &options() const;
 
     qsizetype transfersInFlight() const;
 

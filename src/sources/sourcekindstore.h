@@ -14,12 +14,16 @@ class QSettings;
 namespace lanternic {
 
 // The page kind of a bare host: which document it publishes its status in.
-enum class SourceKind { atlassian, incidentio };
+enum class SourceKind { atlassian, incidentio, instatus, betterstack, cachet, gatus };
+
+// Where a page of the kind publishes its document, below the host (and sub-page).
+QString documentPath(SourceKind kind);
 
 QString rawValue(SourceKind kind);
 std::optional<SourceKind> sourceKindFromRawValue(QStringView text);
 
-// Remembers, per host, whether it turned out to be a Statuspage or an incident.io page.
+// Remembers, per host, which platform's page it turned out to be. A cache, never a fact: pages
+// move between platforms.
 class SourceKindStore {
 public:
     // Loads the cache from "Lanternic.sourceKinds"; anything unreadable gives an empty cache.
@@ -30,9 +34,14 @@ public:
 
     // Sets the host's kind and writes the whole cache through, with the hosts stored meanwhile.
     void record(const QString &host, SourceKind kind);
+    // Drops a kind that stopped working, so that the host is probed again.
+    void forget(const QString &host);
 
-    // Asks the host for an incident.io widget. done gets incidentio for a widget answer,
-    // atlassian for any other HTTP answer and nothing when the host could not be reached.
+    // Asks the host which platform it is on, within the session's probe limit in all: an
+    // incident.io widget, then a Statuspage summary, then the documents of the platforms that
+    // live on the page's own host (Instatus, Better Stack, Cachet, Gatus). done gets the kind
+    // whose document came, atlassian when the host answered HTTP but with none of them, and
+    // nothing when the host could not be reached.
     static void probe(const QString &host, network::Session &session, QObject *context,
                       std::function<void(std::optional<SourceKind>)> done);
 

@@ -140,14 +140,19 @@ private:
     void check(const JSONSource &source)
     {
         QPointer<CheckPass> pass(this);
-        m_store.check(source, [pass](const SourceResult &result) {
+        m_store.check(source, [pass, host = source.baseHost](const SourceResult &result) {
             if (pass)
-                pass->arrived(result);
+                pass->arrived(result, host);
         });
     }
 
-    void arrived(const SourceResult &result)
+    void arrived(const SourceResult &result, const QString &host)
     {
+        // A page that moved is asked again at the next pass which platform it is on.
+        if (!host.isEmpty() && JSONSource::pageMoved(result) &&
+            m_store.m_kinds.cache().contains(host.toLower()))
+            SettingsFile::update(m_store.m_defaults,
+                                 [this, &host] { m_store.m_kinds.forget(host); });
         m_collected.append(result);
         m_store.resultArrived(m_number, result);
         if (--m_pending == 0)

@@ -9,7 +9,7 @@ app=${1:?usage: tray-e2e.sh PATH-TO-LANTERNIC}
 # alone outlives it when the app is killed.
 if [ -z "${LANTERNIC_E2E_BUS:-}" ]; then
     command -v dbus-run-session >/dev/null || { echo "skipped: dbus-run-session is not installed"; exit 77; }
-    LANTERNIC_E2E_BUS=1 exec dbus-run-session -- "$0" "$@"
+    LANTERNIC_E2E_BUS=1 exec dbus-run-session --config-file="$(dirname "$0")/../support/session-bus.conf" -- "$0" "$@"
 fi
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"

@@ -28,6 +28,7 @@ class TestStore : public QObject {
     SourceKindStore *kinds = nullptr;
     LanternicStore *store = nullptr;
     network::Session::Options limits;
+    QHash<QString, quint16> otherHosts; // hosts served by other loopback servers
 
     QString line(const QString &label, const QByteArray &path)
     {
@@ -39,6 +40,7 @@ class TestStore : public QObject {
         defaults->setValue(u"Lanternic.sources"_s, sourcesText);
         // The hosts of the probe tests live on the loopback server.
         network::Session::Options options = limits;
+        options.loopbackHosts = otherHosts;
         for (const QString &host : {u"status.example.com"_s, u"other.example"_s, u"gone.example"_s,
                                     u"dropped.example"_s, u"hang.example"_s})
             options.loopbackHosts.insert(host, server->port());
@@ -69,6 +71,7 @@ private Q_SLOTS:
     void init()
     {
         limits = {};
+        otherHosts.clear();
         defaults = freshSettings(dir);
         server = std::make_unique<LoopbackServer>();
     }
@@ -139,6 +142,35 @@ private Q_SLOTS:
                  "a cached host is not probed again");
         QCOMPARE(second.count("/proxy/dropped.example"), 1);
         QCOMPARE(SourceKindStore(*defaults).cache().size(), 3);
+    }
+
+    // Hosts of the other platforms are found by their documents; a page that moves is probed
+    // again, and reads as unrecognised meanwhile, never as degraded.
+    void otherPlatformsAndPagesThatMove()
+    {
+        LoopbackServer instatus, moving;
+        instatus.route("/summary.json", {200, fixture(u"instatus-summary.json"_s), {}});
+        moving.route("/api/v2/summary.json", {200, fixture(u"statuspage-summary.json"_s), {}});
+        otherHosts = {{u"insta.example"_s, instatus.port()}, {u"moving.example"_s, moving.port()}};
+        makeStore(u"I=insta.example\nM=moving.example"_s);
+        pass();
+        QCOMPARE(kinds->cache().value(u"insta.example"_s), SourceKind::instatus);
+        QCOMPARE(kinds->cache().value(u"moving.example"_s), SourceKind::atlassian);
+        QCOMPARE(store->results()[0].detail, u"Queue delays for image models"_s);
+
+        moving.route(
+            "/api/v2/summary.json",
+            {200, "<!doctype html><title>We moved</title>", {{"Content-Type", "text/html"}}});
+        moving.route("/index.json", {200, fixture(u"betterstack-index.json"_s), {}});
+        pass();
+        QCOMPARE(store->results()[1].health, Health::unknown);
+        QCOMPARE(store->results()[1].detail, u"Unrecognized status format"_s);
+        QVERIFY(!kinds->cache().contains(u"moving.example"_s));
+        pass();
+        QCOMPARE(kinds->cache().value(u"moving.example"_s), SourceKind::betterstack);
+        QCOMPARE(store->results()[1].detail, u"Runners \u2014 degraded"_s);
+        QCOMPARE(SourceKindStore(*defaults).cache().value(u"moving.example"_s),
+                 SourceKind::betterstack);
     }
 
     void historyAndSilencesFollowPasses()
