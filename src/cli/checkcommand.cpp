@@ -31,6 +31,11 @@ QString helpText()
                                          Run one check pass over the configured sources
   lanternic-check read  [options] FILE   Read a status document from FILE (- for standard input)
   lanternic-check fetch [options] URL    Fetch URL and read whatever status document it serves
+  lanternic-check catalog [--json] [WORDS...]
+                                         List the public status pages of the built-in
+                                         catalogue whose name or address holds the words
+  lanternic-check sources [--settings FILE] [--source LABEL=VALUE]...
+                                         Tell what each line of the sources became
 
 A pass prints one line per source and the summary (or, with --json, one JSON object);
 read and fetch print the result as one JSON object. The exit status is 0 (operational),
@@ -148,9 +153,30 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         invocation.report.shortText = parser.isSet(shortText);
         return invocation;
     }
+    const QString &command = positional.first();
+    if (command == "catalog"_L1 || command == "sources"_L1) {
+        const bool catalog = command == "catalog"_L1;
+        const QStringList allowed =
+            catalog ? QStringList{u"json"_s} : QStringList{u"settings"_s, u"source"_s};
+        for (const QCommandLineOption &option : readOptions + passOptions) {
+            if (parser.isSet(option) && !allowed.contains(option.names().first()))
+                return UsageError{u"--%1 does not go with %2 (see --help)"_s.arg(
+                    option.names().first(), command)};
+        }
+        if (!catalog && positional.size() > 1)
+            return UsageError{u"sources takes no words (see --help)"_s};
+        invocation.mode = catalog ? Mode::catalog : Mode::sources;
+        invocation.words = positional.mid(1);
+        if (parser.isSet(json))
+            invocation.report.format = Format::json;
+        if (parser.isSet(settings))
+            invocation.settingsFile = parser.value(settings);
+        if (parser.isSet(sourceLine))
+            invocation.sourcesText = parser.values(sourceLine).join(u'\n');
+        return invocation;
+    }
     if (auto option = firstSet(passOptions))
         return UsageError{u"%1 does not go with read or fetch (see --help)"_s.arg(*option)};
-    const QString &command = positional.first();
     if (command == "read"_L1)
         invocation.mode = Mode::read;
     else if (command == "fetch"_L1)

@@ -10,7 +10,7 @@
 
 namespace lanternic::cli {
 
-enum class Mode { help, version, read, fetch, pass };
+enum class Mode { help, version, read, fetch, pass, catalog, sources };
 
 using Format = ReportFormat;
 
@@ -25,6 +25,7 @@ struct Invocation {
     std::optional<QString> settingsFile;
     std::optional<QString> sourcesText;
     ReportOptions report;
+    QStringList words; // catalog: what to look for
 };
 
 struct UsageError {

@@ -1,4 +1,5 @@
 #include "cli/checkcommand.h"
+#include "cli/listcommands.h"
 #include "cli/passcommand.h"
 #include "present/resultjson.h"
 #include "sources/network.h"
@@ -53,6 +54,10 @@ int main(int argc, char **argv)
     }
     case cli::Mode::pass:
         return cli::runPass(invocation);
+    case cli::Mode::catalog:
+        return cli::runCatalog(invocation);
+    case cli::Mode::sources:
+        return cli::runSources(invocation);
     case cli::Mode::fetch: {
         network::Session session;
         invocation.source.check(session, &app, [&](SourceResult result) {

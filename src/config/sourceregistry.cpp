@@ -334,6 +334,77 @@ bool hasUsableLine(const QString &text)
     });
 }
 
+QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds)
+{
+    static const QHash<SourceKind, QString> kindNames{
+        {SourceKind::atlassian, u"Statuspage"_s}, {SourceKind::incidentio, u"incident.io"_s},
+        {SourceKind::instatus, u"Instatus"_s},    {SourceKind::betterstack, u"Better Stack"_s},
+        {SourceKind::cachet, u"Cachet"_s},        {SourceKind::gatus, u"Gatus"_s},
+    };
+    QList<LineReading> readings;
+    SourceIds ids;
+    QHash<QString, int> firstByUrl;
+    qsizetype start = 0;
+    int number = 0;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && !isLineBreak(text[i]))
+            continue;
+        const QStringView line = trimmedOfBlanks(QStringView(text).sliced(start, i - start));
+        start = i + 1;
+        ++number;
+        if (line.isEmpty())
+            continue;
+        LineReading reading;
+        reading.line = number;
+        const qsizetype equals = line.indexOf(u'=');
+        const QString label =
+            equals < 0 ? QString() : trimmedOfBlanks(line.first(equals)).toString();
+        const QString value =
+            equals < 0 ? QString() : trimmedOfBlanks(line.sliced(equals + 1)).toString();
+        reading.label = label;
+        if (equals < 0)
+            reading.reason = u"no \u201c=\u201d"_s;
+        else if (label.isEmpty())
+            reading.reason = u"no label"_s;
+        else if (value.isEmpty())
+            reading.reason = u"no address"_s;
+        else if (const auto target = Target::classify(value); !target)
+            reading.reason = u"no host"_s;
+        else if (auto source = buildSource({label, value}, kinds, ids)) {
+            if (std::holds_alternative<Target::Endpoint>(target->value))
+                reading.kind = u"feed"_s;
+            else if (std::holds_alternative<Target::Updog>(target->value))
+                reading.kind = u"Updog"_s;
+            else if (auto kind = kinds.constFind(source->baseHost.toLower());
+                     kind != kinds.constEnd())
+                reading.kind = kindNames.value(*kind);
+            else
+                reading.kind = u"to be probed"_s;
+            const QString url = source->url.toString();
+            reading.sameAs = firstByUrl.value(url);
+            if (reading.sameAs == 0)
+                firstByUrl.insert(url, number);
+            reading.source = std::move(*source);
+        } else {
+            reading.reason = u"no host"_s;
+        }
+        readings.append(std::move(reading));
+    }
+    return readings;
+}
+
+QString describe(const LineReading &reading)
+{
+    QString text = u"line %1: "_s.arg(reading.line);
+    if (!reading.source)
+        return text + u"ignored \u2014 "_s + reading.reason;
+    text += reading.label + u" \u2192 "_s + reading.source->url.toString() + u" ("_s +
+            reading.kind + u')';
+    if (reading.sameAs > 0)
+        text += u", the same feed as line %1"_s.arg(reading.sameAs);
+    return text;
+}
+
 } // namespace SourceRegistry
 
 } // namespace lanternic

@@ -42,6 +42,16 @@ struct SourceEntry {
     QString value;
 };
 
+// What one non-blank line of the sources text became, or why it is ignored.
+struct LineReading {
+    int line = 0; // from 1
+    QString label;
+    std::optional<JSONSource> source;
+    QString kind;   // "feed", "Statuspage", …, "to be probed"; with a source
+    QString reason; // "no “=”", "no label", "no address", "no host"; without one
+    int sameAs = 0; // the earlier line with the same feed address, or 0
+};
+
 // Turns the sources text into the sources to poll. Stateless.
 namespace SourceRegistry {
 
@@ -55,6 +65,10 @@ QStringList baseHosts(const QString &text);
 QString defaultText();
 // Whether some line of text makes a source (otherwise the defaults would be watched).
 bool hasUsableLine(const QString &text);
+// Every non-blank line, and what it became: the same sources as sources() builds from text.
+QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds);
+// "line 3: GitHub → https://…/api/v2/summary.json (Statuspage)", "line 4: ignored — no host".
+QString describe(const LineReading &reading);
 
 } // namespace SourceRegistry
 

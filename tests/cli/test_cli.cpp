@@ -209,6 +209,42 @@ private Q_SLOTS:
         QCOMPARE(result[u"components"_s][0][u"id"_s], u"cloudflare::a"_s);
     }
 
+    // The catalogue and the source lines as the command line lists them.
+    void listings_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::newRow("catalog") << QStringList{u"catalog"_s, u"githubstatus"_s} << 0
+                                 << u"GitHub  https://www.githubstatus.com  statuspage\n"_s;
+        QTest::newRow("catalog, JSON")
+            << QStringList{u"catalog"_s, u"--json"_s, u"slack-status"_s} << 0
+            << u"[{\"name\":\"Slack\",\"platform\":\"slack\",\"url\":\"https://"
+               u"slack-status.com\"}]\n"_s;
+        QTest::newRow("catalog, no match")
+            << QStringList{u"catalog"_s, u"zzzqqq"_s} << 1 << QString();
+        QTest::newRow("sources")
+            << QStringList{u"sources"_s, u"--source"_s, u"Team=http://t.example/l.json"_s,
+                           u"--source"_s, u"oops"_s}
+            << 0
+            << u"line 1: Team \u2192 http://t.example/l.json (feed)\nline 2: ignored \u2014 no "
+               u"\u201c=\u201d\n"_s;
+        QTest::newRow("sources, none usable")
+            << QStringList{u"sources"_s, u"--source"_s, u"X=https://"_s} << 3
+            << u"line 1: ignored \u2014 no host\nno line makes a source: the default sources are "
+               u"watched\n"_s;
+    }
+
+    void listings()
+    {
+        QFETCH(QStringList, arguments);
+        const Run r = run(QStringList{u"--settings"_s, dir.filePath(u"none.ini"_s)}.mid(
+                              arguments.first() == u"sources"_s ? 0 : 2) +
+                          arguments);
+        QTEST(r.exitCode, "exitCode");
+        QTEST(QString::fromUtf8(r.out), "out");
+    }
+
     void usageErrors_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -218,6 +254,8 @@ private Q_SLOTS:
         QTest::newRow("missing file") << QStringList{u"read"_s, u"/nonexistent/file.json"_s};
         QTest::newRow("not a web URL") << QStringList{u"fetch"_s, u"file:///etc/passwd"_s};
         QTest::newRow("file over 16 MiB") << QStringList{u"read"_s, dir.filePath(u"big.json"_s)};
+        QTest::newRow("catalog with a pass option")
+            << QStringList{u"catalog"_s, u"--short"_s, u"git"_s};
         QTest::newRow("no usable source")
             << QStringList{u"--source"_s, u"no equals sign"_s, u"--source"_s, u"X=https://"_s};
     }

@@ -1,4 +1,5 @@
 #include "config/appsettings.h"
+#include "config/catalog.h"
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "support/fixtures.h"
@@ -169,6 +170,64 @@ private Q_SLOTS:
                  u"https://status.example.com/proxy/Status.Example.com?subpage_slug=Api"_s);
         QCOMPARE(sources[1].url.toString(),
                  u"https://status.example.com/proxy/status.example.com"_s);
+    }
+
+    // What each line became, as the settings window and lanternic-check sources tell it.
+    void lineReadings()
+    {
+        const QHash<QString, SourceKind> kinds{{u"fal.example"_s, SourceKind::instatus}};
+        QStringList told;
+        for (const LineReading &reading : SourceRegistry::readLines(
+                 u"Fal=fal.example\n\nnonsense line\n=x.example\nY=\nZ=https://\n"
+                 u"Feed=https://f.example/x.json\nAgain=https://f.example/x.json\nNew=n.example"_s,
+                 kinds))
+            told.append(SourceRegistry::describe(reading));
+        QCOMPARE(
+            told,
+            (QStringList{
+                u"line 1: Fal \u2192 https://fal.example/summary.json (Instatus)"_s,
+                u"line 3: ignored \u2014 no \u201c=\u201d"_s, u"line 4: ignored \u2014 no label"_s,
+                u"line 5: ignored \u2014 no address"_s, u"line 6: ignored \u2014 no host"_s,
+                u"line 7: Feed \u2192 https://f.example/x.json (feed)"_s,
+                u"line 8: Again \u2192 https://f.example/x.json (feed), the same feed as "
+                u"line 7"_s,
+                u"line 9: New \u2192 https://n.example/api/v2/summary.json (to be "
+                u"probed)"_s}));
+    }
+
+    // The catalogue: ranked matches by name and host, the lines it adds, the kinds it knows.
+    void catalogue()
+    {
+        const Catalog catalog = Catalog::fromTsv(
+            "name\turl\tplatform\torigin\n"
+            "Gitpod\thttps://www.gitpodstatus.com\tstatuspage\tsentry\n"
+            "Digital Git\thttps://status.digitalgit.example\tunknown\tstatusphere\n"
+            "GitHub\thttps://www.githubstatus.com\tstatuspage\tsentry\n"
+            "Legit Co\thttps://status.legit.example\tunknown\tstatusphere\n"
+            "Acme\thttps://status.gitacme.example\tinstatus\tstatusphere\n"
+            "Slack\thttps://slack-status.com\tslack\tsentry\n"
+            "Google Cloud\thttps://status.cloud.google.com\tgoogle\tsentry\n"
+            "No address\tnot a url\tunknown\tsentry\n");
+        QCOMPARE(catalog.entries().size(), 7);
+        QStringList names;
+        for (const CatalogEntry &entry : catalog.search({u"Git"_s}))
+            names.append(entry.name);
+        QCOMPARE(names, (QStringList{u"GitHub"_s, u"Gitpod"_s, u"Digital Git"_s, u"Legit Co"_s,
+                                     u"Acme"_s}));
+        QCOMPARE(catalog.search({u"git"_s, u"hub"_s}).size(), 1);
+        QVERIFY(catalog.search({u"nothing like it"_s}).isEmpty());
+        QCOMPARE(catalog.search({}).size(), 7);
+
+        const QList<CatalogEntry> all = catalog.entries();
+        QCOMPARE(all[2].sourceLine(), u"GitHub=www.githubstatus.com"_s);
+        QCOMPARE(all[2].knownKind(), (std::pair{u"www.githubstatus.com"_s, SourceKind::atlassian}));
+        QCOMPARE(all[4].knownKind()->second, SourceKind::instatus);
+        QCOMPARE(all[1].knownKind(), std::nullopt);
+        QCOMPARE(all[5].sourceLine(), u"Slack=https://slack-status.com/api/v2.0.0/current"_s);
+        QCOMPARE(all[6].sourceLine(),
+                 u"Google Cloud=https://status.cloud.google.com/incidents.json"_s);
+        QCOMPARE(Catalog::builtIn().entries().size(), 1207);
+        QVERIFY(Catalog::notices().contains(u"Copyright (c) 2024 Metoro Inc."_s));
     }
 
     void defaultsStandInForUnusableText()
