@@ -217,12 +217,14 @@ void AppDelegate::openSettings()
         m_settingsWindow->setWindowTitle(u"Lanternic Settings"_s);
         auto *layout = new QVBoxLayout(m_settingsWindow);
         layout->setContentsMargins(0, 0, 0, 0);
-        layout->addWidget(new SettingsView(
+        auto *view = new SettingsView(
             m_environment.settings, *m_loginItem,
             {[this] { return m_updates.automaticallyChecksForUpdates(); },
              [this](bool enabled) { m_updates.setAutomaticallyChecksForUpdates(enabled); },
              [this] { m_updates.checkForUpdates(); }, m_updates.hasFeed()},
-            m_settingsWindow));
+            m_settingsWindow);
+        view->general()->setKinds(&m_environment.kinds);
+        layout->addWidget(view);
         m_settingsWindow->setWindowFlags(Qt::Window | Qt::WindowTitleHint |
                                          Qt::WindowCloseButtonHint);
         m_settingsWindow->setMinimumSize(360, 240);

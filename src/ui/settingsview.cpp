@@ -1,8 +1,10 @@
 #include "ui/settingsview.h"
 
 #include "config/appsettings.h"
+#include "config/catalog.h"
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
+#include "ui/catalogpicker.h"
 #include "ui/theme.h"
 
 #include <QButtonGroup>
@@ -63,7 +65,23 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     m_sources->setMinimumHeight(92 + 12);
     m_sources->setMaximumHeight(176 + 12);
     m_sources->document()->setDocumentMargin(6);
+    // Tab and Shift+Tab leave the box: a tab character is no part of a source line.
+    m_sources->setTabChangesFocus(true);
     sources->addWidget(m_sources);
+    // What each line became, or why it is ignored, as the text changes.
+    m_understood = caption(QString(), Theme::secondaryText(palette()), sourcesGroup);
+    m_understood->setWordWrap(false);
+    // Elided to the box's width, which it follows, and never what makes the form wider.
+    m_understood->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_understood->setAccessibleName(u"What the source lines became"_s);
+    sources->addWidget(m_understood);
+    auto *addRow = new QHBoxLayout;
+    auto *add = new QPushButton(u"Add service\u2026"_s, sourcesGroup);
+    add->setAccessibleName(u"Add service"_s);
+    connect(add, &QPushButton::clicked, this, &GeneralSettingsView::addService);
+    addRow->addWidget(add);
+    addRow->addStretch(1);
+    sources->addLayout(addRow);
     sources->addWidget(caption(helpText(), Theme::secondaryText(palette()), sourcesGroup));
     form->addWidget(sourcesGroup);
 
@@ -123,8 +141,10 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     form->addWidget(optionsGroup);
     form->addStretch(1);
 
-    connect(m_sources, &QPlainTextEdit::textChanged, this,
-            [this] { m_settings.setSourcesText(m_sources->toPlainText()); });
+    connect(m_sources, &QPlainTextEdit::textChanged, this, [this] {
+        m_settings.setSourcesText(m_sources->toPlainText());
+        showUnderstanding();
+    });
     connect(m_showOperational, &QCheckBox::clicked, this,
             [this](bool checked) { m_settings.setShowOperational(checked); });
     connect(m_notifications, &QCheckBox::clicked, this,
@@ -144,6 +164,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     connect(&m_settings, &AppSettings::refreshIntervalMinutesChanged, this,
             &GeneralSettingsView::syncFromSettings);
     syncFromSettings();
+    showUnderstanding();
 }
 
 void GeneralSettingsView::showEvent(QShowEvent *)
@@ -167,6 +188,54 @@ void GeneralSettingsView::syncFromSettings()
     m_notifications->setChecked(m_settings.notifications());
     for (QAbstractButton *segment : m_interval->buttons())
         segment->setChecked(m_interval->id(segment) == m_settings.refreshIntervalMinutes());
+}
+
+void GeneralSettingsView::resizeEvent(QResizeEvent *)
+{
+    showUnderstanding();
+}
+
+void GeneralSettingsView::setKinds(SourceKindStore *kinds)
+{
+    m_kinds = kinds;
+    showUnderstanding();
+}
+
+void GeneralSettingsView::showUnderstanding()
+{
+    const QList<LineReading> readings = SourceRegistry::readLines(
+        m_settings.sourcesText(), m_kinds ? m_kinds->cache() : QHash<QString, SourceKind>());
+    QStringList lines;
+    const QFontMetrics metrics(m_understood->font());
+    const int width = std::max(200, m_sources->width() - 4);
+    for (const LineReading &reading : readings)
+        lines.append(metrics.elidedText(SourceRegistry::describe(reading), Qt::ElideRight, width));
+    m_understood->setText(lines.join(u'\n'));
+    m_understood->setVisible(!lines.isEmpty());
+}
+
+void GeneralSettingsView::addService()
+{
+    QSet<QString> inUse;
+    for (const LineReading &reading : SourceRegistry::readLines(m_settings.sourcesText(), {})) {
+        if (reading.source)
+            inUse.insert((reading.source->baseHost.isEmpty() ? reading.source->url.host()
+                                                             : reading.source->baseHost)
+                             .toLower());
+    }
+    auto *picker = new CatalogPicker(
+        Catalog::builtIn(), inUse,
+        [this](const CatalogEntry &entry) {
+            if (auto known = entry.knownKind(); known && m_kinds)
+                m_kinds->record(known->first, known->second);
+            QString text = m_settings.sourcesText();
+            if (!text.isEmpty() && !text.endsWith(u'\n'))
+                text += u'\n';
+            m_settings.setSourcesText(text + entry.sourceLine());
+        },
+        this);
+    picker->setAttribute(Qt::WA_DeleteOnClose);
+    picker->open();
 }
 
 void GeneralSettingsView::changeLaunchAtLogin(bool enabled)
@@ -220,6 +289,14 @@ SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
     tabs->addTab(scroll, u"General"_s);
     m_advanced = new AdvancedSettingsView(settings, tabs);
     tabs->addTab(m_advanced, u"Advanced"_s);
+    // The version, and the notices the catalogue's lists ask to travel with it.
+    auto *about = new QPlainTextEdit(tabs);
+    about->setReadOnly(true);
+    about->setAccessibleName(u"About Lanternic"_s);
+    about->setPlainText(u"Lanternic %1\n\nWatches the public status pages of the services you "
+                        u"depend on.\n\n"_s.arg(QStringLiteral(LANTERNIC_VERSION)) +
+                        Catalog::notices());
+    tabs->addTab(about, u"About"_s);
     layout->addWidget(tabs);
 }
 

@@ -13,6 +13,7 @@ namespace lanternic {
 
 class AppSettings;
 class LoginItemService;
+class SourceKindStore;
 
 // The settings form: the sources, whether operational systems are listed, launch at login,
 // automatic update checks and the refresh interval. Every change takes effect at once.
@@ -33,17 +34,28 @@ public:
 
     static QString helpText();
 
+    // The kind cache: what bare hosts are known to be, and where a service chosen from the
+    // catalogue is recorded so that it needs no probe.
+    void setKinds(SourceKindStore *kinds);
+    // Opens "Add service…".
+    void addService();
+    QLabel *understood() const { return m_understood; }
+
 protected:
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void syncFromSettings();
+    void showUnderstanding();
     void changeLaunchAtLogin(bool enabled);
 
     AppSettings &m_settings;
     LoginItemService &m_loginItem;
     UpdateActions m_updates;
     QPlainTextEdit *m_sources;
+    QLabel *m_understood;
+    SourceKindStore *m_kinds = nullptr;
     QCheckBox *m_showOperational;
     QCheckBox *m_notifications;
     QCheckBox *m_launchAtLogin;

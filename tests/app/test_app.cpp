@@ -7,12 +7,15 @@
 #include "sources/network.h"
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
+#include "ui/catalogpicker.h"
 #include "ui/settingsview.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -128,6 +131,47 @@ private Q_SLOTS:
         QVERIFY(!maintenance->isChecked());
         maintenance->click();
         QVERIFY(fixture.settings.treatMaintenanceAsOperational());
+    }
+
+    // The editor tells what each line became; "Add service…" adds a catalogue entry by keyboard
+    // and remembers its page kind, so that no probe is needed.
+    void sourceLinesAndTheCatalogue()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, true});
+        GeneralSettingsView *general = view.general();
+        general->setKinds(&fixture.environment.kinds);
+        view.show();
+        auto *editor = general->findChild<QPlainTextEdit *>();
+        QVERIFY(editor->tabChangesFocus());
+        editor->setPlainText(u"nonsense line\nTeam=http://t.example/l.json"_s);
+        QCOMPARE(general->understood()->text(),
+                 u"line 1: ignored \u2014 no \u201c=\u201d\nline 2: Team \u2192 "
+                 u"http://t.example/l.json (feed)"_s);
+
+        general->addService();
+        auto *picker = general->findChild<CatalogPicker *>();
+        QVERIFY(picker);
+        QTest::keyClicks(picker->searchField(), u"githubstatus"_s);
+        QCOMPARE(picker->list()->count(), 1);
+        QTest::keyClick(picker->searchField(), Qt::Key_Return);
+        QCOMPARE(fixture.settings.sourcesText(),
+                 u"nonsense line\nTeam=http://t.example/l.json\nGitHub=www.githubstatus.com"_s);
+        QCOMPARE(fixture.environment.kinds.cache().value(u"www.githubstatus.com"_s),
+                 SourceKind::atlassian);
+
+        // Now it is marked as added, and the arrows move through the list from the field.
+        general->addService();
+        picker = general->findChildren<CatalogPicker *>().last();
+        QTest::keyClicks(picker->searchField(), u"git"_s);
+        QVERIFY(picker->list()->count() > 3);
+        bool marked = false;
+        for (int i = 0; i < picker->list()->count(); ++i)
+            marked = marked || picker->list()->item(i)->text().endsWith(u"\u2713 added"_s);
+        QVERIFY(marked);
+        QTest::keyClick(picker->searchField(), Qt::Key_Down);
+        QCOMPARE(picker->list()->currentRow(), 1);
     }
 
     void loginItem()
