@@ -1,6 +1,9 @@
 // Reading a large Statuspage summary: through the whole detection chain versus the
-// Statuspage reader alone. The chain parses the body once, so the two should be close.
+// Statuspage reader alone. The chain parses the body once, so the two should be close. Then a
+// body that no reader accepts, of 5 KB and 1 MB, through all twelve shape tests against one
+// reader's parse of it; and the catalogue's search as it answers each keystroke.
 
+#include "config/catalog.h"
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
 #include "sources/statuspagesource.h"
@@ -102,9 +105,65 @@ void StatuspageReaderAlone(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * body.size());
 }
 
+// JSON of about the given size that is no status document: an export of some other service.
+QByteArray foreignDocument(qsizetype size)
+{
+    QJsonArray rows;
+    QByteArray document;
+    for (int i = 0; document.size() < size; ++i) {
+        rows.append(QJsonObject{{u"row"_s, i},
+                                {u"label"_s, u"An entry of some export, number %1"_s.arg(i)},
+                                {u"tags"_s, QJsonArray{u"alpha"_s, u"beta"_s}}});
+        if (i % 4 == 0)
+            document = QJsonDocument(QJsonObject{{u"export"_s, rows}}).toJson();
+    }
+    return QJsonDocument(QJsonObject{{u"export"_s, rows}}).toJson();
+}
+
+void UnrecognizedChain(benchmark::State &state)
+{
+    const QByteArray body = foreignDocument(state.range(0));
+    const JSONSource s = source();
+    for (auto _ : state) {
+        SourceResult result = s.read(body);
+        benchmark::DoNotOptimize(result);
+    }
+    if (s.read(body).detail != u"Unrecognized status format"_s)
+        state.SkipWithError("a reader accepted the foreign document");
+    state.counters["bodyBytes"] = double(body.size());
+}
+
+void UnrecognizedOneReader(benchmark::State &state)
+{
+    const QByteArray body = foreignDocument(state.range(0));
+    const JSONSource s = source();
+    for (auto _ : state) {
+        auto reading = StatuspageSource::parse(s, parseJson(body));
+        benchmark::DoNotOptimize(reading);
+    }
+}
+
+// One search a keystroke, as "Add service…" runs it while "cloudflare" is typed.
+void CatalogSearchPerKeystroke(benchmark::State &state)
+{
+    const Catalog &catalog = Catalog::builtIn();
+    const QString typed = u"cloudflare"_s;
+    qsizetype found = 0;
+    for (auto _ : state) {
+        for (qsizetype n = 1; n <= typed.size(); ++n)
+            found += catalog.search({typed.left(n)}).size();
+    }
+    benchmark::DoNotOptimize(found);
+    state.SetItemsProcessed(state.iterations() * typed.size());
+    state.counters["entries"] = double(catalog.entries().size());
+}
+
 } // namespace
 
 BENCHMARK(DetectionChain)->Unit(benchmark::kMicrosecond);
 BENCHMARK(StatuspageReaderAlone)->Unit(benchmark::kMicrosecond);
+BENCHMARK(UnrecognizedChain)->Arg(5 * 1024)->Arg(1024 * 1024)->Unit(benchmark::kMicrosecond);
+BENCHMARK(UnrecognizedOneReader)->Arg(5 * 1024)->Arg(1024 * 1024)->Unit(benchmark::kMicrosecond);
+BENCHMARK(CatalogSearchPerKeystroke)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();
