@@ -33,7 +33,7 @@ expect() {
     fi
 }
 
-expect "lanternic-check " "fetch read"
+expect "lanternic-check " "catalog fetch read sources"
 expect "lanternic-check --j" "--json"
 expect "lanternic-check --format w" "waybar"
 expect "lanternic-check --se" "--settings"
@@ -42,5 +42,7 @@ expect "lanternic-check read --pr" "--pretty"
 expect "lanternic-check read s" "summary.json"
 expect "lanternic-check fetch --updog-p" "--updog-provider"
 expect "lanternic-check read --name " ""
+expect "lanternic-check catalog --j" "--json"
+expect "lanternic-check sources --so" "--source"
 
-[ $failures -eq 0 ] && echo "completion: 9 passed, 0 failed" || exit 1
+[ $failures -eq 0 ] && echo "completion: 11 passed, 0 failed" || exit 1
