@@ -49,7 +49,7 @@ int main(int argc, char **argv)
     NoLoginItem login;
     SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, false});
     view.general()->setKinds(&fixture.environment.kinds);
-    view.resize(640, 600);
+    view.resize(640, 460);
     view.show();
     save(view, out + u"/settings-source-lines.png"_s);
 

@@ -13,10 +13,12 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QTabWidget>
+#include <QTextBlock>
 #include <QVBoxLayout>
 
 namespace lanternic {
@@ -39,6 +41,64 @@ QLabel *caption(const QString &text, const QColor &color, QWidget *parent)
 
 } // namespace
 
+// The source list, with what each line became written beside it in small grey text (in the
+// colour of trouble where the line is ignored), so that telling takes no room of its own.
+class GeneralSettingsView::SourceLinesEdit : public QPlainTextEdit {
+public:
+    struct Note {
+        QString text;
+        bool ignored = false;
+    };
+
+    using QPlainTextEdit::QPlainTextEdit;
+
+    void setNotes(QHash<int, Note> notes)
+    {
+        m_notes = std::move(notes);
+        viewport()->update();
+    }
+    const QHash<int, Note> &notes() const { return m_notes; }
+
+    // Its minimum to start with: the form fits the window, and the box grows with it.
+    QSize sizeHint() const override
+    {
+        return {QPlainTextEdit::sizeHint().width(), minimumHeight()};
+    }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPlainTextEdit::paintEvent(event);
+        QPainter painter(viewport());
+        QFont small = Theme::font(11);
+        painter.setFont(small);
+        const QFontMetrics noteMetrics(small);
+        const QFontMetrics textMetrics(font());
+        const int right = viewport()->width() - 6;
+        for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
+            const QRectF area = blockBoundingGeometry(block).translated(contentOffset());
+            if (area.top() > viewport()->height())
+                break;
+            const auto note = m_notes.constFind(block.blockNumber());
+            if (note == m_notes.constEnd())
+                continue;
+            const int textEnd =
+                int(area.left()) + 6 + textMetrics.horizontalAdvance(block.text()) + 16;
+            const QString shown =
+                noteMetrics.elidedText(note->text, Qt::ElideLeft, std::max(0, right - textEnd));
+            if (shown.size() < 3)
+                continue;
+            painter.setPen(note->ignored ? Theme::healthColor(Health::down, palette())
+                                         : Theme::tertiaryText(palette()));
+            painter.drawText(QRectF(textEnd, area.top(), right - textEnd, area.height()),
+                             Qt::AlignRight | Qt::AlignVCenter, shown);
+        }
+    }
+
+private:
+    QHash<int, Note> m_notes; // by block number
+};
+
 QString GeneralSettingsView::helpText()
 {
     return u"One per line, in \"Label=host\" form, e.g.\nGitHub=www.githubstatus.com\n"
@@ -50,13 +110,13 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     : QWidget(parent), m_settings(settings), m_loginItem(loginItem), m_updates(std::move(updates))
 {
     auto *form = new QVBoxLayout(this);
-    form->setContentsMargins(20, 16, 20, 16);
-    form->setSpacing(14);
+    form->setContentsMargins(20, 12, 20, 12);
+    form->setSpacing(10);
 
     auto *sourcesGroup = new QGroupBox(u"Status sources"_s, this);
     auto *sources = new QVBoxLayout(sourcesGroup);
     sources->setSpacing(6);
-    m_sources = new QPlainTextEdit(sourcesGroup);
+    m_sources = new SourceLinesEdit(sourcesGroup);
     m_sources->setAccessibleName(u"Status sources"_s);
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPixelSize(13);
@@ -68,21 +128,13 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     // Tab and Shift+Tab leave the box: a tab character is no part of a source line.
     m_sources->setTabChangesFocus(true);
     sources->addWidget(m_sources);
-    // What each line became, or why it is ignored, as the text changes.
-    m_understood = caption(QString(), Theme::secondaryText(palette()), sourcesGroup);
-    m_understood->setWordWrap(false);
-    // Elided to the box's width, which it follows, and never what makes the form wider.
-    m_understood->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_understood->setAccessibleName(u"What the source lines became"_s);
-    sources->addWidget(m_understood);
-    auto *addRow = new QHBoxLayout;
+    auto *helpRow = new QHBoxLayout;
+    helpRow->addWidget(caption(helpText(), Theme::secondaryText(palette()), sourcesGroup), 1);
     auto *add = new QPushButton(u"Add service\u2026"_s, sourcesGroup);
     add->setAccessibleName(u"Add service"_s);
     connect(add, &QPushButton::clicked, this, &GeneralSettingsView::addService);
-    addRow->addWidget(add);
-    addRow->addStretch(1);
-    sources->addLayout(addRow);
-    sources->addWidget(caption(helpText(), Theme::secondaryText(palette()), sourcesGroup));
+    helpRow->addWidget(add, 0, Qt::AlignTop);
+    sources->addLayout(helpRow);
     form->addWidget(sourcesGroup);
 
     auto *optionsGroup = new QGroupBox(this);
@@ -190,11 +242,6 @@ void GeneralSettingsView::syncFromSettings()
         segment->setChecked(m_interval->id(segment) == m_settings.refreshIntervalMinutes());
 }
 
-void GeneralSettingsView::resizeEvent(QResizeEvent *)
-{
-    showUnderstanding();
-}
-
 void GeneralSettingsView::setKinds(SourceKindStore *kinds)
 {
     m_kinds = kinds;
@@ -204,14 +251,25 @@ void GeneralSettingsView::setKinds(SourceKindStore *kinds)
 void GeneralSettingsView::showUnderstanding()
 {
     const QList<LineReading> readings = SourceRegistry::readLines(
-        m_settings.sourcesText(), m_kinds ? m_kinds->cache() : QHash<QString, SourceKind>());
-    QStringList lines;
-    const QFontMetrics metrics(m_understood->font());
-    const int width = std::max(200, m_sources->width() - 4);
-    for (const LineReading &reading : readings)
-        lines.append(metrics.elidedText(SourceRegistry::describe(reading), Qt::ElideRight, width));
-    m_understood->setText(lines.join(u'\n'));
-    m_understood->setVisible(!lines.isEmpty());
+        m_sources->toPlainText(), m_kinds ? m_kinds->cache() : QHash<QString, SourceKind>());
+    QHash<int, SourceLinesEdit::Note> notes;
+    QStringList told;
+    for (const LineReading &reading : readings) {
+        QString note = reading.source ? reading.kind : u"ignored \u2014 "_s + reading.reason;
+        if (reading.sameAs > 0)
+            note += u", as line %1"_s.arg(reading.sameAs);
+        notes.insert(reading.line - 1, {note, !reading.source});
+        told.append(SourceRegistry::describe(reading));
+    }
+    m_sources->setNotes(std::move(notes));
+    // The same, whole, for screen readers and the tooltip.
+    m_sources->setAccessibleDescription(told.join(u'\n'));
+    m_sources->setToolTip(Theme::plainToolTip(told));
+}
+
+QString GeneralSettingsView::annotation(int line) const
+{
+    return m_sources->notes().value(line - 1).text;
 }
 
 void GeneralSettingsView::addService()

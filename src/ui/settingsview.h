@@ -39,11 +39,11 @@ public:
     void setKinds(SourceKindStore *kinds);
     // Opens "Add service…".
     void addService();
-    QLabel *understood() const { return m_understood; }
+    // What the editor shows beside a line (from 1): the line's kind, or why it is ignored.
+    QString annotation(int line) const;
 
 protected:
     void showEvent(QShowEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void syncFromSettings();
@@ -53,8 +53,8 @@ private:
     AppSettings &m_settings;
     LoginItemService &m_loginItem;
     UpdateActions m_updates;
-    QPlainTextEdit *m_sources;
-    QLabel *m_understood;
+    class SourceLinesEdit;
+    SourceLinesEdit *m_sources;
     SourceKindStore *m_kinds = nullptr;
     QCheckBox *m_showOperational;
     QCheckBox *m_notifications;

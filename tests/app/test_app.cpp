@@ -18,6 +18,8 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -146,7 +148,9 @@ private Q_SLOTS:
         auto *editor = general->findChild<QPlainTextEdit *>();
         QVERIFY(editor->tabChangesFocus());
         editor->setPlainText(u"nonsense line\nTeam=http://t.example/l.json"_s);
-        QCOMPARE(general->understood()->text(),
+        QCOMPARE(general->annotation(1), u"ignored \u2014 no \u201c=\u201d"_s);
+        QCOMPARE(general->annotation(2), u"feed"_s);
+        QCOMPARE(editor->accessibleDescription(),
                  u"line 1: ignored \u2014 no \u201c=\u201d\nline 2: Team \u2192 "
                  u"http://t.example/l.json (feed)"_s);
 
@@ -172,6 +176,24 @@ private Q_SLOTS:
         QVERIFY(marked);
         QTest::keyClick(picker->searchField(), Qt::Key_Down);
         QCOMPARE(picker->list()->currentRow(), 1);
+    }
+
+    // The form fits the window's 640 × 460 without scrolling, and scrolls where there is less.
+    void settingsFitTheirWindow()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        fixture.settings.setSourcesText(SourceRegistry::defaultText());
+        SettingsView view(fixture.settings, login,
+                          {[] { return true; }, [](bool) {}, [] {}, false});
+        auto *scroll = view.findChild<QScrollArea *>();
+        for (const auto &[height, scrolls] : {std::pair{460, false}, std::pair{300, true}}) {
+            view.resize(640, height);
+            view.show();
+            QCoreApplication::processEvents();
+            QVERIFY2((scroll->verticalScrollBar()->maximum() > 0) == scrolls,
+                     qPrintable(QString::number(height)));
+        }
     }
 
     void loginItem()
