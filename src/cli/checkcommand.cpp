@@ -4,7 +4,9 @@
 #include "sources/network.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <cstdio>
 
 namespace lanternic::cli {
@@ -12,6 +14,15 @@ namespace lanternic::cli {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// A settings file may be new, but its folder must be there to keep it in.
+std::optional<UsageError> settingsFolderMissing(const QString &file)
+{
+    const QFileInfo info(file);
+    if (info.absoluteDir().exists())
+        return std::nullopt;
+    return UsageError{u"no folder %1 for the settings file"_s.arg(info.absolutePath())};
+}
 
 std::optional<QUrl> webUrl(const QString &text)
 {
@@ -49,8 +60,10 @@ Options of a pass:
                                  (repeatable)
   --json                         Print the outcome as one JSON object (--format json)
   --format FORMAT                text (the default), json, relay (a "lanternic.v1" feed),
-                                 waybar (a line for a waybar custom module) or nagios (a
-                                 monitoring plugin's output)
+                                 waybar (a line for a waybar custom module), nagios (a
+                                 monitoring plugin's output), i3blocks (full text, short
+                                 text and colour; exit status 33 when something is down)
+                                 or line (the health symbol and the summary)
   --relay-name NAME              relay: the feed's name (default "Lanternic")
   --relay-url URL                relay: the page the feed links to
   --short                        waybar: a health glyph and the issue count as the text
@@ -94,8 +107,18 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QCommandLineOption version(u"version"_s);
     parser.addOptions({id, name, home, treat, group, provider, service, pretty, settings,
                        sourceLine, json, format, relayName, relayUrl, shortText, help, version});
-    if (!parser.parse(arguments))
+    if (!parser.parse(arguments)) {
+        // As typed, dashes and all, rather than the parser's own wording.
+        const QStringList unknown = parser.unknownOptionNames();
+        if (!unknown.isEmpty()) {
+            for (const QString &argument : arguments.mid(1)) {
+                if (argument.startsWith(u'-') &&
+                    argument.section(u'=', 0, 0).endsWith(unknown.first()))
+                    return UsageError{u"unknown option '%1'"_s.arg(argument.section(u'=', 0, 0))};
+            }
+        }
         return UsageError{parser.errorText()};
+    }
 
     Invocation invocation;
     if (parser.isSet(help))
@@ -121,23 +144,26 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         if (auto option = firstSet(readOptions))
             return UsageError{u"%1 goes with read or fetch (see --help)"_s.arg(*option)};
         invocation.mode = Mode::pass;
-        if (parser.isSet(settings))
+        if (parser.isSet(settings)) {
+            if (auto missing = settingsFolderMissing(parser.value(settings)))
+                return *missing;
             invocation.settingsFile = parser.value(settings);
+        }
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
         if (parser.isSet(json))
             invocation.report.format = Format::json;
         if (parser.isSet(format)) {
-            static const QHash<QString, Format> formats{{u"text"_s, Format::text},
-                                                        {u"json"_s, Format::json},
-                                                        {u"relay"_s, Format::relay},
-                                                        {u"waybar"_s, Format::waybar},
-                                                        {u"nagios"_s, Format::nagios}};
+            static const QHash<QString, Format> formats{
+                {u"text"_s, Format::text},     {u"json"_s, Format::json},
+                {u"relay"_s, Format::relay},   {u"waybar"_s, Format::waybar},
+                {u"nagios"_s, Format::nagios}, {u"i3blocks"_s, Format::i3blocks},
+                {u"line"_s, Format::line}};
             const auto chosen = formats.constFind(parser.value(format));
             if (chosen == formats.constEnd())
                 return UsageError{
-                    u"unknown format \"%1\" (text, json, relay, waybar or nagios)"_s.arg(
-                        parser.value(format))};
+                    u"unknown format \"%1\" (text, json, relay, waybar, nagios, i3blocks or "
+                    u"line)"_s.arg(parser.value(format))};
             if (parser.isSet(json) && *chosen != Format::json)
                 return UsageError{
                     u"--json and --format %1 do not go together"_s.arg(parser.value(format))};
@@ -169,8 +195,11 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         invocation.words = positional.mid(1);
         if (parser.isSet(json))
             invocation.report.format = Format::json;
-        if (parser.isSet(settings))
+        if (parser.isSet(settings)) {
+            if (auto missing = settingsFolderMissing(parser.value(settings)))
+                return *missing;
             invocation.settingsFile = parser.value(settings);
+        }
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
         return invocation;

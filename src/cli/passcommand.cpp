@@ -60,7 +60,11 @@ int runPass(const Invocation &invocation)
         const LanternicStore &store = *environment.store;
         QObject::connect(&store, &LanternicStore::passFinished, &store, [&] {
             std::fputs(report(store, invocation.report).constData(), stdout);
-            QCoreApplication::exit(exitCodeFor(store.overallHealth()));
+            // i3blocks reads any status but 0 and 33 (urgent) as its block's failure.
+            if (invocation.report.format == Format::i3blocks)
+                QCoreApplication::exit(store.overallHealth() == Health::down ? 33 : 0);
+            else
+                QCoreApplication::exit(exitCodeFor(store.overallHealth()));
         });
         exitCode = QCoreApplication::exec();
     }

@@ -5,14 +5,64 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QImage>
+#include <QStandardPaths>
 #include <optional>
 
 namespace lanternic {
 
 namespace {
+
+// An image as the notification specification's "image-data" hint carries it: (iiibiiay).
+struct NotificationImage {
+    QImage image;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const NotificationImage &picture)
+{
+    const QImage image = picture.image.convertToFormat(QImage::Format_RGBA8888);
+    argument.beginStructure();
+    argument << image.width() << image.height() << int(image.bytesPerLine()) << true << 8 << 4
+             << QByteArray(reinterpret_cast<const char *>(image.constBits()),
+                           qsizetype(image.sizeInBytes()));
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, NotificationImage &)
+{
+    return argument; // only ever sent
+}
+
+} // namespace
+} // namespace lanternic
+
+Q_DECLARE_METATYPE(lanternic::NotificationImage)
+
+namespace lanternic {
+namespace {
+
+// The icon every server can show: the installed one by its path, or, running from the build
+// tree, the pixels of the one built there.
+std::optional<std::pair<QString, QVariant>> iconHint()
+{
+    for (const QString &icon : {QStringLiteral("icons/hicolor/128x128/apps/lanternic.png"),
+                                QStringLiteral("icons/hicolor/scalable/apps/lanternic.svg")}) {
+        const QString path = QStandardPaths::locate(QStandardPaths::GenericDataLocation, icon);
+        if (!path.isEmpty())
+            return std::pair{QStringLiteral("image-path"), QVariant(path)};
+    }
+    const QImage built(QStringLiteral(LANTERNIC_BUILD_ICON));
+    if (built.isNull())
+        return std::nullopt;
+    static const QMetaType registered = qDBusRegisterMetaType<NotificationImage>();
+    Q_UNUSED(registered);
+    return std::pair{QStringLiteral("image-data"), QVariant::fromValue(NotificationImage{built})};
+}
 
 const QString service = QStringLiteral("org.freedesktop.Notifications");
 const QString path = QStringLiteral("/org/freedesktop/Notifications");
@@ -109,9 +159,10 @@ private:
         if (message.offerActions && m_capabilities->contains(QStringLiteral("actions")))
             actions += {openPageKey, QStringLiteral("Open status page"), silenceKey,
                         QStringLiteral("Silence for 1 hour")};
-        const QVariantMap hints{
-            {QStringLiteral("urgency"), QVariant::fromValue(uchar(message.urgency))},
-            {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
+        QVariantMap hints{{QStringLiteral("urgency"), QVariant::fromValue(uchar(message.urgency))},
+                          {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
+        if (const auto icon = iconHint())
+            hints.insert(icon->first, icon->second);
         const QString body = m_capabilities->contains(QStringLiteral("body-markup"))
                                  ? message.body.toHtmlEscaped()
                                  : message.body;

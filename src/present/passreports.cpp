@@ -181,6 +181,21 @@ QByteArray nagiosReport(const LanternicStore &store)
     return text.toUtf8();
 }
 
+// Three lines for i3blocks: full text, short text, and the colour of the overall health.
+QByteArray i3blocksReport(const LanternicStore &store)
+{
+    static const QHash<Health, QByteArray> colours{{Health::operational, "#30B450"},
+                                                   {Health::degraded, "#F58C00"},
+                                                   {Health::down, "#E83A30"},
+                                                   {Health::unknown, "#8E8E93"}};
+    const Health overall = store.overallHealth();
+    const int issues = store.issueCount(overall);
+    const QString mark = healthMark(overall);
+    return (mark + u' ' + terminalText(store.summaryText())).toUtf8() + '\n' +
+           (mark + (issues > 0 ? u' ' + QString::number(issues) : QString())).toUtf8() + '\n' +
+           colours.value(overall) + '\n';
+}
+
 } // namespace
 
 QByteArray report(const LanternicStore &store, const ReportOptions &options)
@@ -194,6 +209,12 @@ QByteArray report(const LanternicStore &store, const ReportOptions &options)
         return waybarReport(store, options.shortText);
     case ReportFormat::nagios:
         return nagiosReport(store);
+    case ReportFormat::i3blocks:
+        return i3blocksReport(store);
+    case ReportFormat::line:
+        return (healthMark(store.overallHealth()) + u' ' + terminalText(store.summaryText()))
+                   .toUtf8() +
+               '\n';
     case ReportFormat::text:
         break;
     }

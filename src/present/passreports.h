@@ -10,7 +10,7 @@ namespace lanternic {
 class LanternicStore;
 
 // How a pass is printed, and what the printing needs.
-enum class ReportFormat { text, json, relay, waybar, nagios };
+enum class ReportFormat { text, json, relay, waybar, nagios, i3blocks, line };
 struct ReportOptions {
     ReportFormat format = ReportFormat::text;
     QString relayName = QStringLiteral("Lanternic"); // relay: the feed's name, and its page

@@ -8,7 +8,10 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDir>
+#include <QFileInfo>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace lanternic;
@@ -116,6 +119,10 @@ private Q_SLOTS:
 
     void worseThenBetter()
     {
+        // No icon installed: the one the build renders goes as pixels; an installed one by path.
+        QTemporaryDir data;
+        qputenv("XDG_DATA_HOME", data.path().toUtf8());
+        qputenv("XDG_DATA_DIRS", data.path().toUtf8());
         serve(u"down"_s, u"degraded"_s);
         fixture->runPass();
         QTRY_COMPARE(server->calls.size(), 1);
@@ -125,6 +132,11 @@ private Q_SLOTS:
         QCOMPARE(down.summary, u"GitHub is down"_s);
         QCOMPARE(down.body, u"Git Operations \u2014 down\nAPI \u2014 degraded"_s);
         QCOMPARE(down.hints.value(u"urgency"_s).toInt(), 2);
+        QCOMPARE(down.hints.value(u"desktop-entry"_s).toString(), u"lanternic"_s);
+        QVERIFY(down.hints.contains(u"image-data"_s));
+        const QString icon = data.filePath(u"icons/hicolor/128x128/apps/lanternic.png"_s);
+        QVERIFY(QDir().mkpath(QFileInfo(icon).path()) &&
+                QFile::copy(QStringLiteral(LANTERNIC_BUILD_ICON), icon));
         QCOMPARE(down.actions,
                  (QStringList{u"default"_s, u"Open panel"_s, u"open-page"_s, u"Open status page"_s,
                               u"silence-1h"_s, u"Silence for 1 hour"_s}));
@@ -134,6 +146,7 @@ private Q_SLOTS:
         QTRY_COMPARE(server->calls.size(), 2);
         QCOMPARE(server->calls.last().summary, u"GitHub recovered"_s);
         QCOMPARE(server->calls.last().hints.value(u"urgency"_s).toInt(), 1);
+        QCOMPARE(server->calls.last().hints.value(u"image-path"_s).toString(), icon);
         QVERIFY(fallback.isEmpty());
     }
 

@@ -91,6 +91,10 @@ private Q_SLOTS:
         QTest::newRow("waybar, short")
             << QStringList{u"--format"_s, u"waybar"_s, u"--short"_s}
             << u"{\"class\":\"down\",\"percentage\":0,\"text\":\"\u2717 1\","_s + tooltip;
+        // i3blocks: full text, short text, colour; 33 (urgent) when something is down.
+        QTest::newRow("i3blocks") << QStringList{u"--format"_s, u"i3blocks"_s}
+                                  << u"\u2717 1 down\n\u2717 1\n#E83A30\n"_s;
+        QTest::newRow("line") << QStringList{u"--format"_s, u"line"_s} << u"\u2717 1 down\n"_s;
         QTest::newRow("nagios")
             << QStringList{u"--format"_s, u"nagios"_s}
             << u"LANTERNIC CRITICAL - 1 down | down=1 degraded=0 unknown=0 operational=1\n"
@@ -108,7 +112,7 @@ private Q_SLOTS:
         const Run r = run(QStringList{u"--settings"_s, file, u"--source"_s, line(u"apex"_s, "/ok?"),
                                       u"--source"_s, line(u"alpha"_s, "/down?")} +
                           format);
-        QCOMPARE(r.exitCode, 2);
+        QCOMPARE(r.exitCode, format.contains(u"i3blocks"_s) ? 33 : 2);
         QTEST(QString::fromUtf8(r.out), "out");
     }
 
@@ -248,16 +252,25 @@ private Q_SLOTS:
     void usageErrors_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("unknown option") << QStringList{u"read"_s, u"--bogus"_s, u"-"_s};
-        QTest::newRow("read option in a pass") << QStringList{u"--pretty"_s};
-        QTest::newRow("unknown command") << QStringList{u"show"_s, u"x"_s};
-        QTest::newRow("missing file") << QStringList{u"read"_s, u"/nonexistent/file.json"_s};
-        QTest::newRow("not a web URL") << QStringList{u"fetch"_s, u"file:///etc/passwd"_s};
-        QTest::newRow("file over 16 MiB") << QStringList{u"read"_s, dir.filePath(u"big.json"_s)};
+        QTest::addColumn<QString>("said"); // a part of the message, where it matters
+        QTest::newRow("unknown option")
+            << QStringList{u"read"_s, u"--bogus"_s, u"-"_s} << u"unknown option '--bogus'"_s;
+        QTest::newRow("settings in a folder that is not there")
+            << QStringList{u"--settings"_s, u"/nonexistent/folder/x.conf"_s}
+            << u"no folder /nonexistent/folder"_s;
+        QTest::newRow("read option in a pass") << QStringList{u"--pretty"_s} << QString();
+        QTest::newRow("unknown command") << QStringList{u"show"_s, u"x"_s} << QString();
+        QTest::newRow("missing file")
+            << QStringList{u"read"_s, u"/nonexistent/file.json"_s} << QString();
+        QTest::newRow("not a web URL")
+            << QStringList{u"fetch"_s, u"file:///etc/passwd"_s} << QString();
+        QTest::newRow("file over 16 MiB")
+            << QStringList{u"read"_s, dir.filePath(u"big.json"_s)} << QString();
         QTest::newRow("catalog with a pass option")
-            << QStringList{u"catalog"_s, u"--short"_s, u"git"_s};
+            << QStringList{u"catalog"_s, u"--short"_s, u"git"_s} << QString();
         QTest::newRow("no usable source")
-            << QStringList{u"--source"_s, u"no equals sign"_s, u"--source"_s, u"X=https://"_s};
+            << QStringList{u"--source"_s, u"no equals sign"_s, u"--source"_s, u"X=https://"_s}
+            << QString();
     }
 
     void usageErrors()
@@ -268,6 +281,8 @@ private Q_SLOTS:
         QVERIFY(r.out.isEmpty());
         QCOMPARE(r.err.count('\n'), 1);
         QVERIFY(r.err.startsWith("lanternic-check: "));
+        QFETCH(QString, said);
+        QVERIFY2(QString::fromUtf8(r.err).contains(said), r.err.constData());
     }
 
     void fetchChecksTheUrl()

@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
-# The bash completion for lanternic-check offers the commands, each mode's options, and file
-# names where a file is expected. Exits 77 (skipped) without bash-completion.
+# The bash completions for lanternic-check and lanternic-serve offer the commands, each mode's
+# options, and file names where a file is expected. Exits 77 (skipped) without bash-completion.
 set -uo pipefail
-completion=${1:?usage: completion-test.sh PATH-TO-COMPLETION}
+completions=${1:?usage: completion-test.sh COMPLETION-FOLDER}
 framework=/usr/share/bash-completion/bash_completion
 [ -r "$framework" ] || { echo "skipped: bash-completion is not installed"; exit 77; }
 # shellcheck disable=SC1090
 source "$framework"
 # shellcheck disable=SC1090
-source "$completion"
+source "$completions/lanternic-check"
+# shellcheck disable=SC1090
+source "$completions/lanternic-serve"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -17,14 +19,15 @@ cd "$work" && touch summary.json notes.txt
 failures=0
 # expect "WORDS…" "EXPECTED REPLIES (sorted, space-separated)"
 expect() {
-    local line=$1 expected=$2
+    local line=$1 expected=$2 complete=_lanternic_check
+    [[ $line == lanternic-serve* ]] && complete=_lanternic_serve
     read -r -a COMP_WORDS <<<"$line"
     [[ $line == *" " ]] && COMP_WORDS+=("")
     COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
     COMP_LINE=$line
     COMP_POINT=${#line}
     COMPREPLY=()
-    _lanternic_check
+    $complete
     local got
     got=$(printf '%s\n' "${COMPREPLY[@]}" | sort | tr '\n' ' ' | sed 's/ $//')
     if [ "$got" != "$expected" ]; then
@@ -44,5 +47,9 @@ expect "lanternic-check fetch --updog-p" "--updog-provider"
 expect "lanternic-check read --name " ""
 expect "lanternic-check catalog --j" "--json"
 expect "lanternic-check sources --so" "--source"
+expect "lanternic-check --format i" "i3blocks"
+expect "lanternic-serve --s" "--settings --source"
+expect "lanternic-serve --settings n" "notes.txt"
+expect "lanternic-serve --listen 127" "127.0.0.1:9317"
 
-[ $failures -eq 0 ] && echo "completion: 11 passed, 0 failed" || exit 1
+[ $failures -eq 0 ] && echo "completion: 15 passed, 0 failed" || exit 1
