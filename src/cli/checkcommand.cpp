@@ -15,15 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A settings file may be new, but its folder must be there to keep it in.
-std::optional<UsageError> settingsFolderMissing(const QString &file)
-{
-    const QFileInfo info(file);
-    if (info.absoluteDir().exists())
-        return std::nullopt;
-    return UsageError{u"no folder %1 for the settings file"_s.arg(info.absolutePath())};
-}
-
 std::optional<QUrl> webUrl(const QString &text)
 {
     auto url = parseUrl(text);
@@ -121,6 +112,16 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     }
 
     Invocation invocation;
+    // A settings file may be new, but its folder must be there to keep it in.
+    const auto takeSettings = [&](Invocation &into) -> std::optional<UsageError> {
+        if (!parser.isSet(settings))
+            return std::nullopt;
+        const QFileInfo file(parser.value(settings));
+        if (!file.absoluteDir().exists())
+            return UsageError{u"no folder %1 for the settings file"_s.arg(file.absolutePath())};
+        into.settingsFile = parser.value(settings);
+        return std::nullopt;
+    };
     if (parser.isSet(help))
         return invocation;
     if (parser.isSet(version)) {
@@ -144,11 +145,8 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         if (auto option = firstSet(readOptions))
             return UsageError{u"%1 goes with read or fetch (see --help)"_s.arg(*option)};
         invocation.mode = Mode::pass;
-        if (parser.isSet(settings)) {
-            if (auto missing = settingsFolderMissing(parser.value(settings)))
-                return *missing;
-            invocation.settingsFile = parser.value(settings);
-        }
+        if (auto missing = takeSettings(invocation))
+            return *missing;
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
         if (parser.isSet(json))
@@ -195,11 +193,8 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         invocation.words = positional.mid(1);
         if (parser.isSet(json))
             invocation.report.format = Format::json;
-        if (parser.isSet(settings)) {
-            if (auto missing = settingsFolderMissing(parser.value(settings)))
-                return *missing;
-            invocation.settingsFile = parser.value(settings);
-        }
+        if (auto missing = takeSettings(invocation))
+            return *missing;
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');
         return invocation;

@@ -342,10 +342,7 @@ void HttpFront::send(int descriptor, QByteArray bytes, bool drain, Connection *c
         return;
     }
     // A large answer outgrew the socket's buffer: the rest goes as the client takes it.
-    if (connection)
-        release(*connection);
-    else
-        connection = admit(descriptor, false);
+    connection = holding(descriptor, connection);
     if (!connection)
         return;
     connection->state = Connection::State::answering;
@@ -381,10 +378,7 @@ void HttpFront::writeMore(Connection &connection)
 void HttpFront::startDraining(int descriptor, Connection *connection)
 {
     ::shutdown(descriptor, SHUT_WR);
-    if (connection)
-        release(*connection);
-    else
-        connection = admit(descriptor, false);
+    connection = holding(descriptor, connection);
     if (!connection)
         return;
     connection->state = Connection::State::draining;
@@ -403,6 +397,16 @@ void HttpFront::drain(Connection &connection)
     connection.done += std::max<ssize_t>(received, 0);
     if (received <= 0 || connection.done > drainBytes)
         close(connection.descriptor);
+}
+
+// The connection's record once it no longer waits for its head: the waiting one's, given up its
+// place, or a new one (nothing when there is no room: the connection is closed).
+HttpFront::Connection *HttpFront::holding(int descriptor, Connection *connection)
+{
+    if (!connection)
+        return admit(descriptor, false);
+    release(*connection);
+    return connection;
 }
 
 // Gives up a connection's waiting place.

@@ -90,6 +90,7 @@ private:
     void startDraining(int descriptor, Connection *connection);
     void close(int descriptor);
     void release(Connection &connection);
+    Connection *holding(int descriptor, Connection *connection);
     void sweep();
 
     Answer m_answer;

@@ -65,6 +65,22 @@ void addComponent(SourceResult &result, const QString &key, const QString &name,
     result.components.append({result.id + "::"_L1 + key, name, health, status});
 }
 
+// A component named by several incidents is at the worst of them; known maps keys to places.
+void worstOf(SourceResult &result, QHash<QString, qsizetype> &known, const QString &key,
+             const QString &name, Health health, const QString &status)
+{
+    if (auto place = known.constFind(key); place != known.constEnd()) {
+        ComponentStatus &component = result.components[*place];
+        if (severity(health) > severity(component.health)) {
+            component.health = health;
+            component.status = status;
+        }
+        return;
+    }
+    known.insert(key, result.components.size());
+    addComponent(result, key, name, health, status);
+}
+
 Health worse(Health a, Health b)
 {
     return severity(b) > severity(a) ? b : a;
@@ -303,18 +319,8 @@ std::optional<SourceResult> google(const JSONSource &source, const QJsonDocument
         incident.update = text(entry.value("most_recent_update"_L1).toObject().value("text"_L1));
         result.incidents.append(incident);
         for (const QJsonValue &product : entry.value("affected_products"_L1).toArray()) {
-            const QString key = text(product.toObject().value("id"_L1));
-            if (auto known = products.constFind(key); known != products.constEnd()) {
-                ComponentStatus &component = result.components[*known];
-                if (severity(health) > severity(component.health)) {
-                    component.health = health;
-                    component.status = impact;
-                }
-            } else {
-                products.insert(key, result.components.size());
-                addComponent(result, key, text(product.toObject().value("title"_L1)), health,
-                             impact);
-            }
+            worstOf(result, products, text(product.toObject().value("id"_L1)),
+                    text(product.toObject().value("title"_L1)), health, impact);
         }
     }
     return settle(std::move(result), Health::operational);
@@ -352,17 +358,7 @@ std::optional<SourceResult> slack(const JSONSource &source, const QJsonDocument 
         }
         result.incidents.append(incident);
         for (const QJsonValue &service : entry.value("services"_L1).toArray()) {
-            const QString name = text(service);
-            if (auto known = services.constFind(name); known != services.constEnd()) {
-                ComponentStatus &component = result.components[*known];
-                if (severity(health) > severity(component.health)) {
-                    component.health = health;
-                    component.status = type;
-                }
-            } else {
-                services.insert(name, result.components.size());
-                addComponent(result, name, name, health, type);
-            }
+            worstOf(result, services, text(service), text(service), health, type);
         }
     }
     return settle(std::move(result), page);
