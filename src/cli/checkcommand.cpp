@@ -2,6 +2,7 @@
 
 #include "model/urls.h"
 #include "sources/network.h"
+#include "store/healthlog.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -38,6 +39,9 @@ QString helpText()
                                          catalogue whose name or address holds the words
   lanternic-check sources [--settings FILE] [--source LABEL=VALUE]...
                                          Tell what each line of the sources became
+  lanternic-check history [--settings FILE] [--days N] [--json]
+                                         Uptime and troubles per source over the last N
+                                         days (default 7, at most 90)
 
 A pass prints one line per source and the summary (or, with --json, one JSON object);
 read and fetch print the result as one JSON object. The exit status is 0 (operational),
@@ -94,10 +98,12 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
     const QCommandLineOption relayName(u"relay-name"_s, QString(), u"NAME"_s);
     const QCommandLineOption relayUrl(u"relay-url"_s, QString(), u"URL"_s);
     const QCommandLineOption shortText(u"short"_s);
+    const QCommandLineOption days(u"days"_s, QString(), u"N"_s);
     const QCommandLineOption help(QStringList{u"help"_s, u"h"_s});
     const QCommandLineOption version(u"version"_s);
     parser.addOptions({id, name, home, treat, group, provider, service, pretty, settings,
-                       sourceLine, json, format, relayName, relayUrl, shortText, help, version});
+                       sourceLine, json, format, relayName, relayUrl, shortText, days, help,
+                       version});
     if (!parser.parse(arguments)) {
         // As typed, dashes and all, rather than the parser's own wording.
         const QStringList unknown = parser.unknownOptionNames();
@@ -178,6 +184,29 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         return invocation;
     }
     const QString &command = positional.first();
+    if (command == "history"_L1) {
+        invocation.mode = Mode::history;
+        if (positional.size() > 1)
+            return UsageError{u"history takes no words (see --help)"_s};
+        for (const QCommandLineOption &option : readOptions + passOptions) {
+            const QString name = option.names().first();
+            if (parser.isSet(option) && name != "json"_L1 && name != "settings"_L1)
+                return UsageError{u"--%1 does not go with history (see --help)"_s.arg(name)};
+        }
+        if (auto missing = takeSettings(invocation))
+            return *missing;
+        if (parser.isSet(json))
+            invocation.report.format = Format::json;
+        if (parser.isSet(days)) {
+            bool ok = false;
+            invocation.days = parser.value(days).toInt(&ok);
+            if (!ok || invocation.days < 1 || invocation.days > HealthLog::keptDays)
+                return UsageError{u"--days takes 1 to %1"_s.arg(HealthLog::keptDays)};
+        }
+        return invocation;
+    }
+    if (parser.isSet(days))
+        return UsageError{u"--days goes with history (see --help)"_s};
     if (command == "catalog"_L1 || command == "sources"_L1) {
         const bool catalog = command == "catalog"_L1;
         const QStringList allowed =

@@ -10,7 +10,7 @@
 
 namespace lanternic::cli {
 
-enum class Mode { help, version, read, fetch, pass, catalog, sources };
+enum class Mode { help, version, read, fetch, pass, catalog, sources, history };
 
 using Format = ReportFormat;
 
@@ -26,6 +26,7 @@ struct Invocation {
     std::optional<QString> sourcesText;
     ReportOptions report;
     QStringList words; // catalog: what to look for
+    int days = 7;      // history: the window
 };
 
 struct UsageError {

@@ -3,6 +3,7 @@
 #include "config/catalog.h"
 #include "config/sourceregistry.h"
 #include "model/settingskeys.h"
+#include "present/historyreport.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -38,15 +39,38 @@ int runCatalog(const Invocation &invocation)
     return found.isEmpty() ? 1 : 0;
 }
 
+namespace {
+
+std::unique_ptr<QSettings> settingsOf(const Invocation &invocation)
+{
+    return invocation.settingsFile
+               ? std::make_unique<QSettings>(*invocation.settingsFile, QSettings::IniFormat)
+               : std::make_unique<QSettings>(u"Lanternic"_s, u"Lanternic"_s);
+}
+
+} // namespace
+
+int runHistory(const Invocation &invocation)
+{
+    const std::unique_ptr<QSettings> settings = settingsOf(invocation);
+    const HealthLog log = HealthLog::load(*settings);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime from = now.addDays(-invocation.days);
+    QList<HistoryRow> rows;
+    for (const JSONSource &source : SourceRegistry::sources(
+             settings->value(SettingsKeys::sources).toString(), SourceKindStore(*settings).cache()))
+        rows.append({source.id, source.name, log.uptime(source.id, from, now)});
+    std::fputs(historyReport(rows, now, invocation.report.format == Format::json).constData(),
+               stdout);
+    return 0;
+}
+
 int runSources(const Invocation &invocation)
 {
     QString text;
     QHash<QString, SourceKind> kinds;
     {
-        const std::unique_ptr<QSettings> settings =
-            invocation.settingsFile
-                ? std::make_unique<QSettings>(*invocation.settingsFile, QSettings::IniFormat)
-                : std::make_unique<QSettings>(u"Lanternic"_s, u"Lanternic"_s);
+        const std::unique_ptr<QSettings> settings = settingsOf(invocation);
         text = settings->value(SettingsKeys::sources).toString();
         kinds = SourceKindStore(*settings).cache();
     }

@@ -58,6 +58,8 @@ int main(int argc, char **argv)
         return cli::runCatalog(invocation);
     case cli::Mode::sources:
         return cli::runSources(invocation);
+    case cli::Mode::history:
+        return cli::runHistory(invocation);
     case cli::Mode::fetch: {
         network::Session session;
         invocation.source.check(session, &app, [&](SourceResult result) {

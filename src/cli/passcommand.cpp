@@ -73,12 +73,18 @@ int runPass(const Invocation &invocation)
         // The history and the kind cache are merged with what another program may have
         // stored meanwhile.
         SettingsFile::update(*origin, [&] {
-            QStringList except{SettingsKeys::checkHistory, SettingsKeys::sourceKinds};
+            QStringList except{SettingsKeys::checkHistory, SettingsKeys::sourceKinds,
+                               SettingsKeys::healthLog};
             if (invocation.sourcesText)
                 except.append(SettingsKeys::sources);
             copyLanternicKeys(work, *origin, except);
             CheckHistory history = CheckHistory::load(work);
             history.mergeAndSave(*origin);
+            if (work.contains(SettingsKeys::healthLog)) {
+                HealthLog log = HealthLog::load(work);
+                log.merge(HealthLog::load(*origin));
+                log.save(*origin);
+            }
             SourceKindStore kinds(*origin);
             const QHash<QString, SourceKind> learnt = SourceKindStore(work).cache();
             for (auto it = learnt.constBegin(); it != learnt.constEnd(); ++it) {

@@ -13,6 +13,7 @@ inline const QString showOperational = QStringLiteral("Lanternic.showOperational
 inline const QString sourceKinds = QStringLiteral("Lanternic.sourceKinds");
 inline const QString checkHistory = QStringLiteral("Lanternic.checkHistory");
 inline const QString silences = QStringLiteral("Lanternic.silences");
+inline const QString healthLog = QStringLiteral("Lanternic.healthLog");
 inline const QString notifications = QStringLiteral("Lanternic.notifications");
 inline const QString treatMaintenanceAsOperational =
     QStringLiteral("Lanternic.treatMaintenanceAsOperational");

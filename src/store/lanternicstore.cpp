@@ -182,8 +182,9 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
-      m_history(CheckHistory::load(defaults)), m_queue(new TransferQueue(this)),
-      m_pollTimer(new SleepTimer(this)), m_sourcesSettled(new QTimer(this))
+      m_history(CheckHistory::load(defaults)), m_healthLog(HealthLog::load(defaults)),
+      m_queue(new TransferQueue(this)), m_pollTimer(new SleepTimer(this)),
+      m_sourcesSettled(new QTimer(this))
 {
     m_sourcesSettled->setSingleShot(true);
     m_sourcesSettled->setInterval(sourcesSettleDelay);
@@ -324,12 +325,27 @@ void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds durati
         Q_EMIT resultsChanged();
     }
     const QDateTime now = m_clock();
-    m_lastChecked = now;
+    const std::optional<QDateTime> previousPass = std::exchange(m_lastChecked, now);
     Q_EMIT lastCheckedChanged();
 
     QSet<QString> trouble;
     QSet<QString> unread;
+    bool logChanged = m_healthLog.trim(now);
     for (const SourceResult &result : std::as_const(m_results)) {
+        // The log keeps health as read; while the system has no network nothing is watched.
+        if (m_isOffline) {
+            logChanged = m_healthLog.stop(result.id, previousPass.value_or(now)) || logChanged;
+        } else {
+            QStringList incidents;
+            for (const Incident &incident : result.incidents.mid(0, 5))
+                incidents.append(incident.name.left(200));
+            const QList<HealthTick> ticks = m_history.byId.value(result.id);
+            const std::optional<QDateTime> lastSeen =
+                previousPass ? previousPass
+                             : (ticks.isEmpty() ? std::nullopt : std::optional(ticks.last().date));
+            logChanged = m_healthLog.record(result.id, result.health, incidents, now, lastSeen) ||
+                         logChanged;
+        }
         m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
         if (result.health != Health::operational)
             trouble.insert(result.id);
@@ -339,7 +355,15 @@ void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds durati
             trouble.insert(component.id);
     }
     // Another program on the same settings file may have kept ticks since: both are kept.
-    SettingsFile::update(m_defaults, [this] { m_history.mergeAndSave(m_defaults); });
+    SettingsFile::update(m_defaults, [this, logChanged, &now] {
+        m_history.mergeAndSave(m_defaults);
+        // Written only when something changed, which most passes do not.
+        if (logChanged) {
+            m_healthLog.merge(HealthLog::load(m_defaults));
+            m_healthLog.trim(now);
+            m_healthLog.save(m_defaults);
+        }
+    });
     Q_EMIT historyChanged();
 
     m_silence.prune(trouble, unread, now);

@@ -3,6 +3,7 @@
 #include "model/sourceresult.h"
 #include "store/checkhistory.h"
 #include "store/displaysummary.h"
+#include "store/healthlog.h"
 
 #include <QDateTime>
 #include <QList>
@@ -48,6 +49,7 @@ public:
     bool isOffline() const { return m_isOffline; }
     void setOffline(bool offline);
     const CheckHistory &history() const { return m_history; }
+    const HealthLog &healthLog() const { return m_healthLog; }
 
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
     // and again.
@@ -120,6 +122,7 @@ private:
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
     CheckHistory m_history;
+    HealthLog m_healthLog;
     TransferQueue *m_queue;
 
     SleepTimer *m_pollTimer = nullptr;

@@ -1,0 +1,217 @@
+#include "store/healthlog.h"
+
+#include "model/settingskeys.h"
+#include "store/storedjson.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <algorithm>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Longer than this between two readings is a gap: the computer slept or the app was not
+// running. Passes come at most an hour apart.
+constexpr qint64 gapSeconds = 2 * 3600;
+
+const QString stoppedWord = u"stopped"_s;
+
+} // namespace
+
+bool HealthLog::record(const QString &id, Health health, const QStringList &incidents,
+                       const QDateTime &now, const std::optional<QDateTime> &lastSeen)
+{
+    QList<HealthChange> &changes = byId[id];
+    bool changed = false;
+    if (!changes.isEmpty() && changes.last().health && lastSeen &&
+        lastSeen->secsTo(now) > gapSeconds) {
+        changes.append({*lastSeen, std::nullopt, {}});
+        changed = true;
+    }
+    if (changes.isEmpty() || changes.last().health != health ||
+        changes.last().incidents != incidents) {
+        changes.append({now, health, incidents});
+        changed = true;
+    }
+    return changed;
+}
+
+bool HealthLog::stop(const QString &id, const QDateTime &at)
+{
+    QList<HealthChange> &changes = byId[id];
+    if (changes.isEmpty() || !changes.last().health)
+        return false;
+    changes.append({at, std::nullopt, {}});
+    return true;
+}
+
+bool HealthLog::trim(const QDateTime &now)
+{
+    const QDateTime cutoff = now.addDays(-keptDays);
+    bool changed = false;
+    for (auto it = byId.begin(); it != byId.end();) {
+        // Whole stretches older than the cutoff go; the one it falls in stays.
+        QList<HealthChange> &changes = it.value();
+        qsizetype old = 0;
+        while (old + 1 < changes.size() && changes[old + 1].at <= cutoff)
+            ++old;
+        changes.remove(0, old);
+        changed = changed || old > 0;
+        if (changes.isEmpty() || (changes.size() == 1 && !changes.first().health)) {
+            it = byId.erase(it);
+            changed = true;
+        } else {
+            ++it;
+        }
+    }
+    return changed;
+}
+
+void HealthLog::merge(const HealthLog &other)
+{
+    for (auto it = other.byId.constBegin(); it != other.byId.constEnd(); ++it) {
+        QList<HealthChange> &changes = byId[it.key()];
+        if (changes == it.value())
+            continue;
+        changes += it.value();
+        std::stable_sort(changes.begin(), changes.end(),
+                         [](const HealthChange &a, const HealthChange &b) { return a.at < b.at; });
+        changes.erase(std::unique(changes.begin(), changes.end()), changes.end());
+    }
+}
+
+Uptime HealthLog::uptime(const QString &id, const QDateTime &from, const QDateTime &to) const
+{
+    Uptime result;
+    qint64 operational = 0;
+    std::optional<Trouble> trouble;
+    const QList<HealthChange> changes = byId.value(id);
+    const auto endTrouble = [&](const QDateTime &at) {
+        if (trouble) {
+            trouble->end = at;
+            result.troubles.append(*trouble);
+            trouble.reset();
+        }
+    };
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        const HealthChange &change = changes[i];
+        const QDateTime start = std::max(change.at, from);
+        const QDateTime end = i + 1 < changes.size() ? std::min(changes[i + 1].at, to) : to;
+        if (changes[i].at >= to)
+            break;
+        const bool known = change.health && *change.health != Health::unknown;
+        if (end > start && known) {
+            result.watchedSeconds += start.secsTo(end);
+            if (*change.health == Health::operational)
+                operational += start.secsTo(end);
+        }
+        // Trouble runs from leaving operational until operational again or a gap.
+        if (!change.health || *change.health == Health::operational) {
+            endTrouble(std::max(change.at, from));
+        } else if (*change.health != Health::unknown) {
+            if (!trouble && end > from)
+                trouble = Trouble{start, std::nullopt, *change.health, {}};
+            if (trouble) {
+                if (severity(*change.health) > severity(trouble->worst))
+                    trouble->worst = *change.health;
+                for (const QString &name : change.incidents) {
+                    if (!trouble->incidents.contains(name))
+                        trouble->incidents.append(name);
+                }
+            }
+        }
+    }
+    if (trouble) // goes on past the window's end when the window ends now
+        result.troubles.append(*trouble);
+    if (result.watchedSeconds > 0)
+        result.share = double(operational) / double(result.watchedSeconds);
+    return result;
+}
+
+HealthLog HealthLog::load(QSettings &defaults)
+{
+    const QVariant stored = defaults.value(SettingsKeys::healthLog);
+    if (stored.typeId() != QMetaType::QByteArray)
+        return {};
+    return decode(stored.toByteArray()).value_or(HealthLog());
+}
+
+void HealthLog::save(QSettings &defaults) const
+{
+    defaults.setValue(SettingsKeys::healthLog, encode());
+}
+
+QByteArray HealthLog::encode() const
+{
+    QByteArray out = "{\"byId\":{";
+    QStringList ids = byId.keys();
+    ids.sort();
+    bool firstId = true;
+    for (const QString &id : ids) {
+        if (!firstId)
+            out += ',';
+        firstId = false;
+        appendJsonString(out, id);
+        out += ":[";
+        bool first = true;
+        for (const HealthChange &change : byId[id]) {
+            out += first ? "[" : ",[";
+            first = false;
+            appendJsonNumber(out, referenceSeconds(change.at));
+            out += ',';
+            appendJsonString(out, change.health ? rawValue(*change.health) : stoppedWord);
+            if (!change.incidents.isEmpty()) {
+                out += ",[";
+                for (qsizetype i = 0; i < change.incidents.size(); ++i) {
+                    if (i > 0)
+                        out += ',';
+                    appendJsonString(out, change.incidents[i]);
+                }
+                out += ']';
+            }
+            out += ']';
+        }
+        out += ']';
+    }
+    out += "}}";
+    return out;
+}
+
+std::optional<HealthLog> HealthLog::decode(const QByteArray &data)
+{
+    const QJsonValue byIdValue = QJsonDocument::fromJson(data).object().value("byId"_L1);
+    if (!byIdValue.isObject())
+        return std::nullopt;
+    HealthLog log;
+    const QJsonObject sources = byIdValue.toObject();
+    for (auto it = sources.begin(); it != sources.end(); ++it) {
+        if (!it.value().isArray())
+            return std::nullopt;
+        QList<HealthChange> changes;
+        for (const QJsonValue &value : it.value().toArray()) {
+            const QJsonArray entry = value.toArray();
+            if (entry.size() < 2 || !entry[0].isDouble() || !entry[1].isString())
+                return std::nullopt;
+            HealthChange change{fromReferenceSeconds(entry[0].toDouble()), std::nullopt, {}};
+            if (entry[1].toString() != stoppedWord) {
+                change.health = healthFromRawValue(entry[1].toString());
+                if (!change.health)
+                    return std::nullopt;
+            }
+            for (const QJsonValue &name : entry.at(2).toArray())
+                change.incidents.append(name.toString());
+            if (!changes.isEmpty() && change.at < changes.last().at)
+                return std::nullopt;
+            changes.append(std::move(change));
+        }
+        log.byId.insert(it.key(), std::move(changes));
+    }
+    return log;
+}
+
+} // namespace lanternic
