@@ -168,20 +168,21 @@ private:
         m_found.fill(false, std::size(platforms));
         m_pending = int(std::size(platforms));
         for (qsizetype i = 0; i < qsizetype(std::size(platforms)); ++i) {
-            const auto [kind, reader] = platforms[i];
-            ask(documentPath(kind), [this, i, reader](const network::Response &response) {
-                m_found[i] =
-                    ok(response) && reader(JSONSource(), parseJson(response.body)).has_value();
-                if (--m_pending > 0)
-                    return;
-                for (qsizetype j = 0; j < m_found.size(); ++j) {
-                    if (m_found[j]) {
-                        finish(platforms[j].first);
+            const PlatformReaders::Reader reader = platforms[i].second;
+            ask(documentPath(platforms[i].first),
+                [this, i, reader](const network::Response &response) {
+                    m_found[i] =
+                        ok(response) && reader(JSONSource(), parseJson(response.body)).has_value();
+                    if (--m_pending > 0)
                         return;
+                    for (qsizetype j = 0; j < m_found.size(); ++j) {
+                        if (m_found[j]) {
+                            finish(platforms[j].first);
+                            return;
+                        }
                     }
-                }
-                finish(SourceKind::atlassian); // the host answers HTTP: as before
-            });
+                    finish(SourceKind::atlassian); // the host answers HTTP: as before
+                });
         }
     }
 
