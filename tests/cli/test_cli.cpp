@@ -1,5 +1,7 @@
 #include "checkrun.h"
+#include "config/sourceregistry.h"
 #include "store/checkhistory.h"
+#include "store/healthlog.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 
@@ -249,6 +251,40 @@ private Q_SLOTS:
         QTEST(QString::fromUtf8(r.out), "out");
     }
 
+    // Uptime and troubles from the health log the app keeps, as text and as JSON.
+    void history()
+    {
+        const QString file = dir.filePath(u"history.ini"_s);
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        {
+            QSettings settings(file, QSettings::IniFormat);
+            const QString sources = line(u"Ok"_s, "/ok?");
+            settings.setValue(u"Lanternic.sources"_s, sources);
+            const QString id = lanternic::SourceRegistry::sources(sources, {}).first().id;
+            lanternic::HealthLog log;
+            log.record(id, lanternic::Health::operational, {}, now.addSecs(-3 * 3600), {});
+            log.record(id, lanternic::Health::down, {u"Outage"_s}, now.addSecs(-2 * 3600),
+                       now.addSecs(-2 * 3600 - 60));
+            log.record(id, lanternic::Health::operational, {}, now.addSecs(-3600),
+                       now.addSecs(-3660));
+            log.save(settings);
+        }
+        const Run text = run({u"history"_s, u"--settings"_s, file, u"--days"_s, u"1"_s});
+        QCOMPARE(text.exitCode, 0);
+        QVERIFY2(text.out.startsWith("Ok  66.6 %  1 trouble  longest 1 h (down, "), text.out);
+        const Run json = run({u"history"_s, u"--settings"_s, file, u"--json"_s});
+        const QJsonObject row = QJsonDocument::fromJson(json.out).array().first().toObject();
+        QCOMPARE(row.keys(), (QStringList{u"id"_s, u"name"_s, u"troubles"_s, u"uptime"_s,
+                                          u"watchedSeconds"_s}));
+        QCOMPARE(row[u"name"_s], u"Ok"_s);
+        QVERIFY(qAbs(row[u"uptime"_s].toDouble() - 2.0 / 3.0) < 0.01);
+        QVERIFY(qAbs(row[u"watchedSeconds"_s].toDouble() - 3 * 3600) < 60);
+        const QJsonObject trouble = row[u"troubles"_s][0].toObject();
+        QCOMPARE(trouble.keys(), (QStringList{u"end"_s, u"health"_s, u"incidents"_s, u"start"_s}));
+        QCOMPARE(trouble[u"health"_s], u"down"_s);
+        QCOMPARE(trouble[u"incidents"_s].toArray().first(), u"Outage"_s);
+    }
+
     void usageErrors_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -266,6 +302,8 @@ private Q_SLOTS:
             << QStringList{u"fetch"_s, u"file:///etc/passwd"_s} << QString();
         QTest::newRow("file over 16 MiB")
             << QStringList{u"read"_s, dir.filePath(u"big.json"_s)} << QString();
+        QTest::newRow("days out of range")
+            << QStringList{u"history"_s, u"--days"_s, u"91"_s} << u"--days takes 1 to 90"_s;
         QTest::newRow("catalog with a pass option")
             << QStringList{u"catalog"_s, u"--short"_s, u"git"_s} << QString();
         QTest::newRow("no usable source")

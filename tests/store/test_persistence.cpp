@@ -1,5 +1,6 @@
 #include "sources/sourcekindstore.h"
 #include "store/checkhistory.h"
+#include "store/healthlog.h"
 #include "store/silencestore.h"
 #include "store/storedjson.h"
 #include "support/fixtures.h"
@@ -72,6 +73,60 @@ private Q_SLOTS:
             defaults->setValue(u"Lanternic.silences"_s, stored);
             SilenceStore loaded(*defaults);
             QVERIFY(loaded.isSilenced(u"x"_s, at("2026-11-16T17:00:00Z")));
+        }
+    }
+
+    // The log records changes only, and gaps where readings were too far apart or the network
+    // went; uptime leaves gaps and unknown time out of both sides, and cuts troubles to the
+    // window.
+    void healthLog()
+    {
+        const QDateTime t0 = at("2026-11-01T00:00:00Z");
+        const auto hours = [&](double h) { return t0.addSecs(qint64(h * 3600)); };
+        HealthLog log;
+        QVERIFY(log.record(u"s"_s, Health::operational, {}, hours(0), std::nullopt));
+        QVERIFY(!log.record(u"s"_s, Health::operational, {}, hours(0.5), hours(0)));
+        QVERIFY(log.record(u"s"_s, Health::down, {u"Outage"_s}, hours(10), hours(9.9)));
+        QVERIFY(log.record(u"s"_s, Health::degraded, {u"Outage"_s}, hours(11), hours(10.9)));
+        QVERIFY(log.record(u"s"_s, Health::operational, {}, hours(12), hours(11.9)));
+        // Asleep from 19.5 h to 22 h: the reading at 22 h comes long after the one before.
+        QVERIFY(log.record(u"s"_s, Health::operational, {}, hours(22), hours(19.5)));
+        QVERIFY(log.record(u"s"_s, Health::unknown, {}, hours(30), hours(29.9)));
+        QVERIFY(log.record(u"s"_s, Health::operational, {}, hours(31), hours(30.9)));
+        QVERIFY(log.stop(u"s"_s, hours(40)));
+        QVERIFY(!log.stop(u"s"_s, hours(41)));
+        QCOMPARE(log.byId[u"s"_s].size(), 9);
+
+        const Uptime window = log.uptime(u"s"_s, hours(10.5), hours(35));
+        // Down 0.5 h and degraded 1 h, operational 7.5 h + 8 h + 4 h; 2.5 h asleep and 1 h
+        // unknown left out.
+        QCOMPARE(window.watchedSeconds, qint64(21 * 3600));
+        QCOMPARE(*window.share, 19.5 / 21.0);
+        QCOMPARE(window.troubles.size(), 1);
+        const Trouble &trouble = window.troubles.first();
+        QCOMPARE(trouble.start, hours(10.5));
+        QCOMPARE(trouble.end, std::optional(hours(12)));
+        QCOMPARE(trouble.worst, Health::down);
+        QCOMPARE(trouble.incidents, QStringList{u"Outage"_s});
+        // A window that ends inside a trouble leaves it going on.
+        QCOMPARE(log.uptime(u"s"_s, t0, hours(10.75)).troubles.first().end, std::nullopt);
+        QCOMPARE(log.uptime(u"other"_s, t0, hours(35)).share, std::nullopt);
+
+        // 90 days on, what lies wholly before the window goes, and the state it starts in stays.
+        const QDateTime later = hours(24 * 90 + 35);
+        QVERIFY(log.trim(later));
+        QCOMPARE(log.byId[u"s"_s].size(), 2);
+        QVERIFY(!log.trim(later));
+
+        // Stored and read back; anything unreadable is an empty log.
+        log.save(*defaults);
+        QCOMPARE(HealthLog::load(*defaults), log);
+        for (const QByteArray &bad :
+             {QByteArray("{\"byId\":{\"s\":[[1,\"sideways\"]]}}"),
+              QByteArray("{\"byId\":{\"s\":[[2,\"down\"],[1,\"operational\"]]}}"),
+              QByteArray("{\"byId\":[]}"), QByteArray("not json")}) {
+            defaults->setValue(u"Lanternic.healthLog"_s, bad);
+            QCOMPARE(HealthLog::load(*defaults), HealthLog());
         }
     }
 
