@@ -84,6 +84,7 @@ int main(int argc, char **argv)
     render(out + u"/pane-incidents.png"_s, Scenes::incidents, nothing);
     render(out + u"/pane-incidents-expanded.png"_s, Scenes::incidents, news);
     render(out + u"/pane-maintenance-expanded.png"_s, Scenes::maintenance, news);
+    render(out + u"/pane-week-expanded.png"_s, Scenes::week, news);
     QApplication::setPalette(darkPalette());
     render(out + u"/pane-dark.png"_s, Scenes::mixed, silenced);
     render(out + u"/pane-incidents-dark.png"_s, Scenes::incidents, news);

@@ -373,6 +373,20 @@ void LanternicPane::updateHeader()
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }
 
+RowHistory LanternicPane::pastOf(const QString &id, const QDateTime &now) const
+{
+    const HealthLog &log = m_store.healthLog();
+    RowHistory past;
+    past.changes = log.byId.value(id);
+    past.day = log.uptime(id, now.addDays(-1), now).share;
+    past.week = log.uptime(id, now.addDays(-7), now).share;
+    past.month = log.uptime(id, now.addDays(-30), now).share;
+    const QList<Trouble> troubles = log.uptime(id, now.addDays(-HealthLog::keptDays), now).troubles;
+    for (qsizetype i = troubles.size() - 1; i >= 0 && past.troubles.size() < 3; --i)
+        past.troubles.append(troubles[i]);
+    return past;
+}
+
 void LanternicPane::updateRows()
 {
     QList<DisplayProvider> visible = m_store.providers();
@@ -395,7 +409,8 @@ void LanternicPane::updateRows()
                 [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
                 m_actions.openUrl, m_rows);
         }
-        view->setContent(row, m_store.history().byId.value(row.result.id), now);
+        view->setContent(row, m_store.history().byId.value(row.result.id), now,
+                         pastOf(row.result.id, now));
         if (m_rowsLayout->indexOf(view) != i + 1) {
             m_rowsLayout->removeWidget(view);
             m_rowsLayout->insertWidget(int(i) + 1, view);

@@ -66,6 +66,7 @@ private:
     QWidget *buildHeader();
     void updateHeader();
     void updateRows();
+    RowHistory pastOf(const QString &id, const QDateTime &now) const;
     void tick();
     void rebuildSilenced();
     QWidget *divider();

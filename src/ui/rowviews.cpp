@@ -2,12 +2,14 @@
 
 #include "model/feedtext.h"
 #include "present/displaytext.h"
+#include "present/historyreport.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
@@ -17,6 +19,7 @@
 #include <QTextLayout>
 #include <QTimer>
 #include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 namespace lanternic {
@@ -166,6 +169,136 @@ void HistorySparkline::paintEvent(QPaintEvent *)
     }
 }
 
+TimelineBar::TimelineBar(QWidget *parent) : QWidget(parent)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setFixedHeight(14);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void TimelineBar::setHistory(const QList<HealthChange> &changes, const QDateTime &now,
+                             const std::optional<double> &week)
+{
+    m_now = now;
+    m_from = now.addDays(-7);
+    m_stretches.clear();
+    QDateTime watchedFrom = m_from;
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        const QDateTime from = std::max(changes[i].at, m_from);
+        const QDateTime to = i + 1 < changes.size() ? std::min(changes[i + 1].at, now) : now;
+        if (to <= from)
+            continue;
+        if (m_stretches.isEmpty() && from > m_from)
+            m_stretches.append({m_from, from, std::nullopt}); // before watching began
+        m_stretches.append({from, to, changes[i].health});
+        watchedFrom = to;
+    }
+    if (m_stretches.isEmpty())
+        m_stretches.append({m_from, now, std::nullopt});
+    m_focused = std::min(m_focused, m_stretches.size() - 1);
+    qsizetype troubles = 0;
+    for (const Stretch &stretch : std::as_const(m_stretches))
+        troubles += stretch.health && *stretch.health != Health::operational &&
+                    *stretch.health != Health::unknown;
+    setAccessibleName(u"Last 7 days: %1 operational, %2 stretches of trouble"_s.arg(
+        uptimeText(week), QString::number(troubles)));
+    update();
+}
+
+QString TimelineBar::describe(const Stretch &stretch, const QDateTime &now)
+{
+    const Trouble window{stretch.from, stretch.to, Health::unknown, {}};
+    return troubleWindowText(window, now) + u", "_s +
+           (stretch.health ? label(*stretch.health).toLower() : u"not watched"_s);
+}
+
+qreal TimelineBar::xOf(const QDateTime &time) const
+{
+    const qint64 span = std::max<qint64>(1, m_from.secsTo(m_now));
+    return width() * double(m_from.secsTo(time)) / double(span);
+}
+
+qsizetype TimelineBar::stretchAt(qreal x) const
+{
+    for (qsizetype i = 0; i < m_stretches.size(); ++i) {
+        if (x >= xOf(m_stretches[i].from) && x <= xOf(m_stretches[i].to))
+            return i;
+    }
+    return -1;
+}
+
+void TimelineBar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath clip;
+    clip.addRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 2, 2);
+    painter.setClipPath(clip);
+    const QColor tertiary = Theme::tertiaryText(palette());
+    for (qsizetype i = 0; i < m_stretches.size(); ++i) {
+        const Stretch &stretch = m_stretches[i];
+        const QRectF area(xOf(stretch.from), 2, std::max(1.0, xOf(stretch.to) - xOf(stretch.from)),
+                          height() - 4);
+        if (!stretch.health) {
+            painter.fillRect(area, QBrush(tertiary, Qt::BDiagPattern));
+        } else {
+            painter.fillRect(area, *stretch.health == Health::unknown
+                                       ? tertiary
+                                       : Theme::healthColor(*stretch.health, palette()));
+        }
+    }
+    // A tick at each local midnight.
+    QColor tick = palette().color(QPalette::Window);
+    painter.setPen(QPen(tick, 1));
+    for (QDateTime day = QDateTime(m_from.toLocalTime().date().addDays(1), QTime(0, 0));
+         day < m_now; day = day.addDays(1))
+        painter.drawLine(QPointF(xOf(day), 2), QPointF(xOf(day), height() - 2));
+    if (hasFocus() && m_focused >= 0) {
+        painter.setClipping(false);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.setBrush(Qt::NoBrush);
+        const Stretch &focused = m_stretches[m_focused];
+        painter.drawRect(
+            QRectF(xOf(focused.from), 1, xOf(focused.to) - xOf(focused.from), height() - 2));
+    }
+}
+
+void TimelineBar::tell(qsizetype index)
+{
+    if (index < 0 || index >= m_stretches.size())
+        return;
+    const QString text = describe(m_stretches[index], m_now);
+    setAccessibleDescription(text);
+    const QPoint at(int(xOf(m_stretches[index].from)), height());
+    QToolTip::showText(mapToGlobal(at), text, this);
+}
+
+void TimelineBar::mouseMoveEvent(QMouseEvent *event)
+{
+    tell(stretchAt(event->position().x()));
+}
+
+void TimelineBar::focusInEvent(QFocusEvent *event)
+{
+    if (m_focused < 0)
+        m_focused = m_stretches.size() - 1;
+    tell(m_focused);
+    QWidget::focusInEvent(event);
+}
+
+void TimelineBar::keyPressEvent(QKeyEvent *event)
+{
+    const int step = event->key() == Qt::Key_Left ? -1 : event->key() == Qt::Key_Right ? 1 : 0;
+    if (step == 0 || m_stretches.isEmpty()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    m_focused = std::clamp<qsizetype>(m_focused + step, 0, m_stretches.size() - 1);
+    tell(m_focused);
+    update();
+}
+
 StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilenced,
                              UrlOpener openUrl, QWidget *parent)
     : QWidget(parent), m_onSilence(std::move(onSilence)), m_isSilenced(std::move(isSilenced)),
@@ -208,6 +341,10 @@ StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilence
     m_newsButton->hide();
     connect(m_newsButton, &QToolButton::toggled, this, [this](bool expanded) {
         m_news->setVisible(expanded);
+        m_history->setVisible(expanded && !m_past.changes.isEmpty());
+        if (m_provider.result.incidents.isEmpty() && m_provider.result.maintenances.isEmpty())
+            m_newsButton->setIcon(Symbols::icon(expanded ? u"chevron.down"_s : u"chevron.right"_s,
+                                                Theme::secondaryText(palette())));
         m_newsButton->setAccessibleName(expanded ? u"Hide what is happening"_s
                                                  : u"Show what is happening"_s);
     });
@@ -237,11 +374,36 @@ StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilence
     m_news->layout()->setContentsMargins(newsIndent, 0, 12, 8);
     m_news->layout()->setSpacing(6);
     column->addWidget(m_news);
+
+    // The last seven days, the uptime and the last troubles.
+    m_history = new QWidget(this);
+    m_history->hide();
+    auto *history = new QVBoxLayout(m_history);
+    history->setContentsMargins(newsIndent, 0, 12, 8);
+    history->setSpacing(4);
+    m_timeline = new TimelineBar(m_history);
+    history->addWidget(m_timeline);
+    const auto small = [this](QWidget *parent) {
+        auto *label = new QLabel(parent);
+        label->setTextFormat(Qt::PlainText);
+        label->setFont(Theme::font(11));
+        QPalette tinted = label->palette();
+        tinted.setColor(QPalette::WindowText, Theme::secondaryText(palette()));
+        label->setPalette(tinted);
+        return label;
+    };
+    m_uptime = small(m_history);
+    history->addWidget(m_uptime);
+    m_troubles = small(m_history);
+    history->addWidget(m_troubles);
+    column->addWidget(m_history);
 }
 
 void StatusRowView::setContent(const DisplayProvider &provider, const QList<HealthTick> &ticks,
-                               const QDateTime &now)
+                               const QDateTime &now, const RowHistory &history)
 {
+    const bool historyChanged = history != m_past;
+    m_past = history;
     const bool newsChanged = provider.result.incidents != m_provider.result.incidents ||
                              provider.result.maintenances != m_provider.result.maintenances;
     const bool first = m_provider.result.id.isEmpty();
@@ -266,21 +428,46 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
         buildNews(now);
     else
         refreshTimes(now);
+    if (first || historyChanged)
+        buildHistory(now);
+}
+
+void StatusRowView::buildHistory(const QDateTime &now)
+{
+    m_timeline->setHistory(m_past.changes, now, m_past.week);
+    m_uptime->setText(u"Uptime 24 h %1 \u00b7 7 d %2 \u00b7 30 d %3"_s.arg(
+        uptimeText(m_past.day), uptimeText(m_past.week), uptimeText(m_past.month)));
+    QStringList troubles;
+    for (const Trouble &trouble : std::as_const(m_past.troubles)) {
+        troubles.append(label(trouble.worst) + u" \u00b7 "_s + troubleWindowText(trouble, now) +
+                        u" ("_s + durationText(trouble.start.secsTo(trouble.end.value_or(now))) +
+                        u')');
+    }
+    m_troubles->setText(troubles.join(u'\n'));
+    m_troubles->setVisible(!troubles.isEmpty());
+    const bool hasNews =
+        !m_provider.result.incidents.isEmpty() || !m_provider.result.maintenances.isEmpty();
+    m_newsButton->setVisible(hasNews || !m_past.changes.isEmpty());
+    m_history->setVisible(isExpanded() && !m_past.changes.isEmpty());
 }
 
 void StatusRowView::buildNews(const QDateTime &now)
 {
     const SourceResult &result = m_provider.result;
     const bool hasNews = !result.incidents.isEmpty() || !result.maintenances.isEmpty();
-    m_newsButton->setVisible(hasNews);
-    if (!hasNews)
+    m_newsButton->setVisible(hasNews || !m_past.changes.isEmpty());
+    if (m_newsButton->isHidden())
         m_newsButton->setChecked(false);
     const bool incidents = !result.incidents.isEmpty();
+    const QString marker = incidents      ? u"exclamationmark.bubble.fill"_s
+                           : hasNews      ? u"wrench.fill"_s
+                           : isExpanded() ? u"chevron.down"_s
+                                          : u"chevron.right"_s;
     m_newsButton->setIcon(
-        Symbols::icon(incidents ? u"exclamationmark.bubble.fill"_s : u"wrench.fill"_s,
-                      incidents ? Theme::healthColor(Health::degraded, palette())
-                                : Theme::secondaryText(palette())));
-    const QString what = !incidents ? u"Maintenance"_s
+        Symbols::icon(marker, incidents ? Theme::healthColor(Health::degraded, palette())
+                                        : Theme::secondaryText(palette())));
+    const QString what = !hasNews     ? u"History"_s
+                         : !incidents ? u"Maintenance"_s
                          : result.incidents.size() == 1
                              ? u"1 open incident"_s
                              : u"%1 open incidents"_s.arg(result.incidents.size());

@@ -2,6 +2,7 @@
 
 #include "store/checkhistory.h"
 #include "store/displaysummary.h"
+#include "store/healthlog.h"
 #include "store/silencestore.h"
 
 #include <QWidget>
@@ -56,6 +57,54 @@ private:
     QList<HealthTick> m_ticks;
 };
 
+// What a row's expansion tells of the source's past, from the health log.
+struct RowHistory {
+    QList<HealthChange> changes; // the last seven days' and the state they start in
+    std::optional<double> day, week, month;
+    QList<Trouble> troubles; // the last three, newest first
+
+    bool operator==(const RowHistory &) const = default;
+};
+
+// Seven days of a source's health as a bar: health colours over time, gaps hatched, a tick at
+// each local midnight. Hovering over or moving the focus along (←, →) a stretch tells its
+// times and health; its accessible name says what the bar shows.
+class TimelineBar : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Stretch {
+        QDateTime from;
+        QDateTime to;
+        std::optional<Health> health; // nothing: not watched
+    };
+
+    explicit TimelineBar(QWidget *parent = nullptr);
+
+    void setHistory(const QList<HealthChange> &changes, const QDateTime &now,
+                    const std::optional<double> &week);
+    const QList<Stretch> &stretches() const { return m_stretches; }
+    // "Tue 14:02–15:10, down".
+    static QString describe(const Stretch &stretch, const QDateTime &now);
+
+    QSize sizeHint() const override { return {250, 14}; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+
+private:
+    qsizetype stretchAt(qreal x) const;
+    qreal xOf(const QDateTime &time) const;
+    void tell(qsizetype index);
+
+    QList<Stretch> m_stretches;
+    QDateTime m_from, m_now;
+    qsizetype m_focused = -1;
+};
+
 // One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to
 // silence the source or one of its components. A click opens its status page. A source with
 // open incidents or maintenance has a marker that expands the row to tell of them.
@@ -73,7 +122,7 @@ public:
     // What the row shows; set again, in place, whenever it changes. now is the clock of the
     // relative times ("updated 12 min ago").
     void setContent(const DisplayProvider &provider, const QList<HealthTick> &ticks,
-                    const QDateTime &now);
+                    const QDateTime &now, const RowHistory &history = {});
     void refreshTimes(const QDateTime &now);
 
     const DisplayProvider &provider() const { return m_provider; }
@@ -93,6 +142,7 @@ private:
     void setHovering(bool hovering);
     void buildMenu();
     void buildNews(const QDateTime &now);
+    void buildHistory(const QDateTime &now);
 
     DisplayProvider m_provider;
     SilenceAction m_onSilence;
@@ -105,6 +155,11 @@ private:
     QToolButton *m_newsButton;
     QToolButton *m_menuButton;
     QWidget *m_news;
+    QWidget *m_history;
+    TimelineBar *m_timeline;
+    QLabel *m_uptime;
+    QLabel *m_troubles;
+    RowHistory m_past;
     // The labels that tell how long ago something was, and of what instant.
     QList<std::pair<QLabel *, QDateTime>> m_updated;
     bool m_hovering = false;

@@ -1,5 +1,7 @@
 #include "scenes.h"
 
+#include "support/fixtures.h"
+
 using namespace Qt::StringLiterals;
 using namespace lanternic;
 
@@ -74,6 +76,29 @@ void incidents(StoreFixture &fixture)
                           at(fixture, -3 * 3600) + R"(,"updatedAt":)" + at(fixture, -25 * 60) +
                           R"(,"update":"A fix has been deployed; we are monitoring."}])");
     fixture.addSource(u"Linear"_s, "operational");
+    fixture.runPass();
+}
+
+void week(StoreFixture &fixture)
+{
+    fixture.addSource(u"GitHub"_s, "operational");
+    fixture.addSource(u"Claude"_s, "operational");
+    const QDateTime end = fixture.now;
+    fixture.now = end.addDays(-7);
+    for (int pass = 0; fixture.now < end; ++pass) {
+        // Asleep for a night: no pass from the 40th to the 48th.
+        if (pass >= 40 && pass < 48) {
+            fixture.now = fixture.now.addSecs(90 * 60);
+            continue;
+        }
+        const QByteArray health = pass == 20 || pass == 21  ? "down"
+                                  : pass >= 80 && pass < 83 ? "degraded"
+                                                            : "operational";
+        fixture.server.route("/feed0.json", {200, relayFeed(health), {}});
+        fixture.runPass();
+        fixture.now = fixture.now.addSecs(90 * 60);
+    }
+    fixture.now = end;
     fixture.runPass();
 }
 

@@ -13,5 +13,7 @@ void manyRows(StoreFixture &fixture, int count);
 void incidents(StoreFixture &fixture);
 // Maintenance in progress and to come.
 void maintenance(StoreFixture &fixture);
+// A week of passes every 90 minutes: an outage, a degraded afternoon and a night asleep.
+void week(StoreFixture &fixture);
 
 } // namespace Scenes

@@ -1,4 +1,5 @@
 #include "scenes.h"
+#include "support/fixtures.h"
 #include "ui/lanternicpane.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
@@ -305,7 +306,7 @@ private Q_SLOTS:
         };
         StatusRowView *github = row(u"GitHub"_s);
         QVERIFY(row(u"Claude"_s)->newsButton()->isVisibleTo(github));
-        QVERIFY(row(u"Linear"_s)->newsButton()->isHidden());
+        QVERIFY(row(u"Linear"_s)->newsButton()->toolTip().contains(u"History"_s));
         QVERIFY(!view.labels().contains(u"Investigating \u00b7 updated 12 min ago"_s));
         github->newsButton()->click();
         Pane::settle();
@@ -325,6 +326,41 @@ private Q_SLOTS:
                 button->click();
         }
         QCOMPARE(view.opened, QList<QUrl>{QUrl(u"https://www.githubstatus.com/incidents/p1"_s)});
+    }
+
+    // The expansion tells the last seven days: a bar with a text equivalent, the uptime and the
+    // last troubles, from the health log the passes keep.
+    void timelineAndUptime()
+    {
+        StoreFixture fixture;
+        fixture.addSource(u"GitHub"_s, "operational");
+        fixture.runPass();
+        for (const QByteArray health : {"down", "operational"}) {
+            fixture.now = fixture.now.addSecs(90 * 60);
+            fixture.server.route("/feed0.json", {200, relayFeed(health), {}});
+            fixture.runPass();
+        }
+        fixture.now = fixture.now.addSecs(60 * 60);
+        Pane view(fixture);
+        StatusRowView *github = view.rows().first();
+        github->setExpanded(true);
+        Pane::settle();
+        QVERIFY(
+            view.labels().contains(u"Uptime 24 h 62.5 % \u00b7 7 d 62.5 % \u00b7 30 d 62.5 %"_s));
+        const auto troubles = view.labels().filter(u"Down \u00b7 "_s);
+        QCOMPARE(troubles.size(), 1);
+        QVERIFY(troubles.first().endsWith(u"(1 h 30 min)"_s));
+
+        auto *bar = github->findChild<TimelineBar *>();
+        QCOMPARE(bar->accessibleName(),
+                 u"Last 7 days: 62.5 % operational, 1 stretches of trouble"_s);
+        QCOMPARE(bar->stretches().size(), 4); // not yet watched, then three readings
+        QVERIFY(!bar->stretches().first().health);
+        // Focus starts on the newest stretch; the one before it was the trouble.
+        bar->setFocus();
+        QTest::keyClick(bar, Qt::Key_Left);
+        QVERIFY2(bar->accessibleDescription().endsWith(u", down"_s),
+                 qPrintable(bar->accessibleDescription()));
     }
 
     void rowsOpenOnlyTheirPage()
