@@ -1,6 +1,10 @@
-// Saving the check history at the end of a pass: 1,000 sources with 40 ticks each.
+// Saving the check history at the end of a pass: 1,000 sources with 40 ticks each. The health
+// log: recording a pass over 1,000 sources in which nothing changed (which writes nothing),
+// and the log of 100 sources after 90 days in which one of them failed and recovered every
+// hour: its size, and how long loading it takes.
 
 #include "store/checkhistory.h"
+#include "store/healthlog.h"
 
 #include <QSettings>
 #include <QTemporaryDir>
@@ -53,8 +57,64 @@ void EncodeHistory(benchmark::State &state)
         benchmark::DoNotOptimize(history.encode());
 }
 
+void RecordUnchangedPass(benchmark::State &state)
+{
+    HealthLog log;
+    QDateTime now = QDateTime::fromSecsSinceEpoch(1'795'000'000, Qt::UTC);
+    QStringList ids;
+    for (int id = 0; id < 1000; ++id) {
+        ids.append(QStringLiteral("status.example%1.com/team").arg(id));
+        log.record(ids.last(), Health::operational, {}, now, std::nullopt);
+    }
+    bool changed = false;
+    for (auto _ : state) {
+        const QDateTime previous = now;
+        now = now.addSecs(120);
+        for (const QString &id : std::as_const(ids))
+            changed = log.record(id, Health::operational, {}, now, previous) || changed;
+        changed = log.trim(now) || changed;
+    }
+    if (changed)
+        state.SkipWithError("a pass in which nothing changed changed the log");
+}
+
+// 100 sources; one goes down and comes back every hour for 90 days.
+HealthLog flakyQuarter()
+{
+    HealthLog log;
+    const QDateTime start = QDateTime::fromSecsSinceEpoch(1'795'000'000, Qt::UTC);
+    for (int id = 0; id < 100; ++id)
+        log.record(QStringLiteral("status.example%1.com/team").arg(id), Health::operational, {},
+                   start, std::nullopt);
+    const QString flaky = QStringLiteral("status.example0.com/team");
+    for (int half = 1; half < 90 * 24 * 2; ++half) {
+        const QDateTime at = start.addSecs(half * 1800);
+        log.record(flaky, half % 2 ? Health::down : Health::operational,
+                   half % 2 ? QStringList{QStringLiteral("Elevated error rates")} : QStringList(),
+                   at, at.addSecs(-120));
+    }
+    return log;
+}
+
+void LoadQuarterLog(benchmark::State &state)
+{
+    QTemporaryDir dir;
+    QSettings defaults(dir.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    const HealthLog log = flakyQuarter();
+    log.save(defaults);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(HealthLog::load(defaults));
+    if (!(HealthLog::load(defaults) == log))
+        state.SkipWithError("the log did not read back");
+    state.counters["bytes"] = double(log.encode().size());
+    state.counters["changes"] =
+        double(log.byId.value(QStringLiteral("status.example0.com/team")).size());
+}
+
 } // namespace
 
+BENCHMARK(RecordUnchangedPass)->Unit(benchmark::kMicrosecond);
+BENCHMARK(LoadQuarterLog)->Unit(benchmark::kMillisecond);
 BENCHMARK(SaveHistory)->Unit(benchmark::kMillisecond);
 BENCHMARK(SaveAndFlushHistory)->Unit(benchmark::kMillisecond);
 BENCHMARK(EncodeHistory)->Unit(benchmark::kMillisecond);
