@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 #include <QSettings>
 #include <algorithm>
 
@@ -76,12 +77,24 @@ void HealthLog::merge(const HealthLog &other)
 {
     for (auto it = other.byId.constBegin(); it != other.byId.constEnd(); ++it) {
         QList<HealthChange> &changes = byId[it.key()];
-        if (changes == it.value())
+        const QList<HealthChange> &theirs = it.value();
+        // Mostly what was stored is where ours began.
+        if (changes.size() >= theirs.size() && changes.first(theirs.size()) == theirs)
             continue;
-        changes += it.value();
-        std::stable_sort(changes.begin(), changes.end(),
+        QSet<std::pair<qint64, int>> ours;
+        for (const HealthChange &change : std::as_const(changes))
+            ours.insert({change.at.toMSecsSinceEpoch(), change.health ? int(*change.health) : -1});
+        QList<HealthChange> merged;
+        for (const HealthChange &change : theirs) {
+            if (!ours.contains(
+                    {change.at.toMSecsSinceEpoch(), change.health ? int(*change.health) : -1}))
+                merged.append(change);
+        }
+        // At one instant, ours come last: they are the newer reading.
+        merged += changes;
+        std::stable_sort(merged.begin(), merged.end(),
                          [](const HealthChange &a, const HealthChange &b) { return a.at < b.at; });
-        changes.erase(std::unique(changes.begin(), changes.end()), changes.end());
+        changes = std::move(merged);
     }
 }
 

@@ -300,6 +300,42 @@ private Q_SLOTS:
         QCOMPARE(store->history().byId.begin()->size(), 1);
     }
 
+    // The health log: the time the app was not running is a gap, found from the last tick of
+    // the check history; a pass while offline stops watching; unchanged passes write nothing.
+    void healthLogGapsAcrossStartsAndOffline()
+    {
+        server->route("/feed", {200, relayFeed("operational"), {}});
+        makeStore(line(u"F"_s, "/feed?"));
+        QDateTime clock = QDateTime::fromString(u"2026-11-16T12:00:00Z"_s, Qt::ISODate);
+        store->setClock([&] { return clock; });
+        pass();
+        const QString id = store->results().first().id;
+        clock = clock.addSecs(120);
+        const QVariant stored = defaults->value(u"Lanternic.healthLog"_s);
+        defaults->remove(u"Lanternic.healthLog"_s);
+        pass();
+        QVERIFY2(!defaults->contains(u"Lanternic.healthLog"_s), "nothing changed, nothing written");
+        defaults->setValue(u"Lanternic.healthLog"_s, stored);
+
+        // Started again five hours later: watching stopped at the last tick.
+        environment.reset();
+        makeStore(line(u"F"_s, "/feed?"));
+        const QDateTime lastTick = clock;
+        clock = clock.addSecs(5 * 3600);
+        store->setClock([&] { return clock; });
+        pass();
+        QList<HealthChange> changes = store->healthLog().byId.value(id);
+        QCOMPARE(changes.size(), 3);
+        QCOMPARE(changes[1], (HealthChange{lastTick, std::nullopt, {}}));
+        QCOMPARE(changes[2].health, std::optional(Health::operational));
+
+        store->setOffline(true);
+        clock = clock.addSecs(120);
+        pass();
+        QVERIFY(!store->healthLog().byId.value(id).last().health);
+        QCOMPARE(HealthLog::load(*defaults).byId.value(id).size(), 4);
+    }
+
     // Overlapping passes: the one that started later wins, even when it finishes first, and a
     // source removed meanwhile does not come back with the earlier one.
     void aStalePassIsDropped()
