@@ -235,9 +235,18 @@ void LanternicPane::showEvent(QShowEvent *)
 {
     if (m_stale)
         rebuild();
-    // Every opening starts from the top, as a menu does.
+    // Every opening starts from the top, as a menu does, with the first row in focus (the
+    // refresh button where there is none) so that the keys work at once.
     m_scroll->verticalScrollBar()->setValue(0);
     m_ticker->start();
+    QWidget *first = m_refreshButton;
+    for (int i = 0; i < m_rowsLayout->count(); ++i) {
+        if (auto *row = qobject_cast<StatusRowView *>(m_rowsLayout->itemAt(i)->widget())) {
+            first = row;
+            break;
+        }
+    }
+    QTimer::singleShot(0, first, [first] { first->setFocus(Qt::ActiveWindowFocusReason); });
 }
 
 void LanternicPane::hideEvent(QHideEvent *)

@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTextLayout>
 #include <QTimer>
 #include <QToolButton>
@@ -306,6 +307,8 @@ StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilence
 {
     setAttribute(Qt::WA_Hover);
     setMouseTracking(true);
+    // The row is one stop for Tab and the arrows; its buttons are reached through its keys.
+    setFocusPolicy(Qt::StrongFocus);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -334,6 +337,7 @@ StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilence
     m_newsButton = new QToolButton(this);
     m_newsButton->setAutoRaise(true);
     m_newsButton->setCheckable(true);
+    m_newsButton->setFocusPolicy(Qt::NoFocus);
     m_newsButton->setCursor(Qt::PointingHandCursor);
     m_newsButton->setStyleSheet(u"QToolButton { border: none; background: transparent; }"_s);
     m_newsButton->setIconSize(QSize(13, 13));
@@ -354,6 +358,7 @@ StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilence
 
     m_menuButton = new QToolButton(this);
     m_menuButton->setAutoRaise(true);
+    m_menuButton->setFocusPolicy(Qt::NoFocus);
     m_menuButton->setPopupMode(QToolButton::InstantPopup);
     m_menuButton->setStyleSheet(u"QToolButton::menu-indicator { image: none; width: 0; }"_s);
     m_menuButton->setIcon(Symbols::icon(u"bell.slash"_s, Theme::secondaryText(palette())));
@@ -591,9 +596,69 @@ void StatusRowView::buildMenu()
 void StatusRowView::setHovering(bool hovering)
 {
     m_hovering = hovering;
-    // While its menu is open the row keeps its button, whatever the pointer does.
-    m_menuButton->setVisible(hovering || m_menuButton->menu()->isVisible());
+    // While its menu is open, or the row has the focus, it keeps its button.
+    m_menuButton->setVisible(hovering || hasFocus() || m_menuButton->menu()->isVisible());
     update();
+}
+
+void StatusRowView::focusInEvent(QFocusEvent *)
+{
+    setHovering(m_hovering);
+}
+
+void StatusRowView::focusOutEvent(QFocusEvent *)
+{
+    setHovering(m_hovering);
+}
+
+void StatusRowView::keyPressEvent(QKeyEvent *event)
+{
+    const bool shift = event->modifiers() & Qt::ShiftModifier;
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_provider.result.url)
+            m_openUrl(*m_provider.result.url);
+        return;
+    case Qt::Key_Menu:
+        m_menuButton->setVisible(true);
+        m_menuButton->showMenu();
+        return;
+    case Qt::Key_F10:
+        if (shift) {
+            m_menuButton->setVisible(true);
+            m_menuButton->showMenu();
+            return;
+        }
+        break;
+    case Qt::Key_Right:
+        setExpanded(true);
+        return;
+    case Qt::Key_Left:
+        setExpanded(false);
+        return;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        // To the row above or below, in the order the panel lists them.
+        if (QLayout *list = parentWidget() ? parentWidget()->layout() : nullptr) {
+            const int step = event->key() == Qt::Key_Down ? 1 : -1;
+            for (int i = list->indexOf(this) + step; i >= 0 && i < list->count(); i += step) {
+                auto *row = qobject_cast<StatusRowView *>(list->itemAt(i)->widget());
+                if (row && row->isVisible()) {
+                    row->setFocus(Qt::OtherFocusReason);
+                    for (QWidget *up = parentWidget(); up; up = up->parentWidget()) {
+                        if (auto *scroll = qobject_cast<QScrollArea *>(up))
+                            scroll->ensureWidgetVisible(row);
+                    }
+                    return;
+                }
+            }
+        }
+        return;
+    default:
+        break;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void StatusRowView::enterEvent(QEnterEvent *)
@@ -615,12 +680,19 @@ void StatusRowView::mouseReleaseEvent(QMouseEvent *event)
 
 void StatusRowView::paintEvent(QPaintEvent *)
 {
-    if (!m_hovering)
-        return;
     QPainter painter(this);
-    QColor hover = palette().color(QPalette::WindowText);
-    hover.setAlphaF(0.06);
-    painter.fillRect(rect(), hover);
+    if (m_hovering || hasFocus()) {
+        QColor hover = palette().color(QPalette::WindowText);
+        hover.setAlphaF(0.06);
+        painter.fillRect(rect(), hover);
+    }
+    // The focus ring, in the desktop's highlight colour.
+    if (hasFocus()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(3, 2, -3, -2), 5, 5);
+    }
 }
 
 SilencedRowView::SilencedRowView(const QString &title, const SilenceUntil &until,

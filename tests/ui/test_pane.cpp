@@ -311,14 +311,14 @@ private Q_SLOTS:
         github->newsButton()->click();
         Pane::settle();
         QVERIFY(view.labels().contains(u"Investigating \u00b7 updated 12 min ago"_s));
-        row(u"Claude"_s)->newsButton()->setFocus();
+        row(u"Claude"_s)->setFocus();
 
         fixture.now = fixture.now.addSecs(3 * 60);
         fixture.runPass();
         Pane::settle();
         QCOMPARE(row(u"GitHub"_s), github);
         QVERIFY(github->isExpanded());
-        QCOMPARE(QApplication::focusWidget(), row(u"Claude"_s)->newsButton());
+        QCOMPARE(QApplication::focusWidget(), row(u"Claude"_s));
         QVERIFY(view.labels().contains(u"Investigating \u00b7 updated 15 min ago"_s));
         // The link opens the incident.
         for (auto *button : github->findChildren<QAbstractButton *>()) {
@@ -361,6 +361,30 @@ private Q_SLOTS:
         QTest::keyClick(bar, Qt::Key_Left);
         QVERIFY2(bar->accessibleDescription().endsWith(u", down"_s),
                  qPrintable(bar->accessibleDescription()));
+    }
+
+    // The panel from the keyboard: focus on the first row, the arrows between rows (the focused
+    // row shows its silence button), → and ← for the details, Enter for the page.
+    void keyboard()
+    {
+        StoreFixture fixture;
+        Scenes::incidents(fixture);
+        Pane view(fixture);
+        view.pane.activateWindow();
+        const QList<StatusRowView *> rows = view.rows();
+        QTRY_COMPARE(QApplication::focusWidget(), rows.first());
+        QTest::keyClick(rows.first(), Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), rows.at(1));
+        QVERIFY(rows.at(1)->silenceButton()->isVisible());
+        QVERIFY(!rows.first()->silenceButton()->isVisible());
+        QTest::keyClick(rows.at(1), Qt::Key_Right);
+        QVERIFY(rows.at(1)->isExpanded());
+        QTest::keyClick(rows.at(1), Qt::Key_Left);
+        QVERIFY(!rows.at(1)->isExpanded());
+        QTest::keyClick(rows.at(1), Qt::Key_Return);
+        QCOMPARE(view.opened, QList<QUrl>{*rows.at(1)->provider().result.url});
+        QTest::keyClick(rows.at(1), Qt::Key_Up);
+        QCOMPARE(QApplication::focusWidget(), rows.first());
     }
 
     void rowsOpenOnlyTheirPage()
