@@ -44,8 +44,11 @@ SourceResult settle(SourceResult result, Health pageHealth)
 // Text of a string, or of a whole number (Cachet writes ids as numbers).
 QString text(const QJsonValue &value)
 {
-    if (value.isDouble())
-        return QString::number(qint64(value.toDouble()));
+    if (value.isDouble()) {
+        const double number = value.toDouble();
+        const qint64 whole = value.toInteger();
+        return number == double(whole) ? QString::number(whole) : QString::number(number);
+    }
     return value.toString().left(NewsReader::maximumTextLength);
 }
 
@@ -133,9 +136,10 @@ std::optional<SourceResult> instatus(const JSONSource &source, const QJsonDocume
         window.name = text(entry.value("name"_L1));
         window.status = text(entry.value("status"_L1));
         window.startsAt = instant(entry.value("start"_L1));
-        if (window.startsAt.isValid() && entry.value("duration"_L1).isDouble())
-            window.endsAt =
-                window.startsAt.addSecs(qint64(entry.value("duration"_L1).toDouble()) * 60);
+        // Minutes; beyond a year it is nonsense, and unbounded it would overflow.
+        const qint64 minutes = entry.value("duration"_L1).toInteger(-1);
+        if (window.startsAt.isValid() && minutes >= 0 && minutes <= 366 * 24 * 60)
+            window.endsAt = window.startsAt.addSecs(minutes * 60);
         window.url = link(entry.value("url"_L1));
         result.maintenances.append(window);
     }

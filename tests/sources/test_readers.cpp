@@ -277,6 +277,13 @@ private Q_SLOTS:
         QTest::newRow("Instatus up")
             << source() << QByteArray(R"({"page":{"status":"UP"},"activeIncidents":[]})")
             << u"operational | Operational | "_s;
+        QTest::newRow("Cachet, ids beyond any integer or with a fraction")
+            << source()
+            << QByteArray(R"({"meta":{"pagination":{}},"data":[)"
+                          R"({"id":1e300,"name":"A","status":1,"enabled":true},)"
+                          R"({"id":2.5,"name":"B","status":1,"enabled":true}]})")
+            << u"operational | All Systems Operational | 1e+300=operational(1), "
+               u"2.5=operational(1)"_s;
         QTest::newRow("an HTML page")
             << source() << QByteArray("<!doctype html><html><body>Moved</body></html>")
             << unrecognized;
