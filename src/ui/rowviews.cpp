@@ -129,6 +129,7 @@ HistorySparkline::HistorySparkline(const QList<HealthTick> &ticks, QWidget *pare
     : QWidget(parent)
 {
     setFixedSize(72, 16);
+    setAccessibleName(u"No history yet"_s);
     setTicks(ticks);
 }
 
@@ -138,6 +139,15 @@ void HistorySparkline::setTicks(const QList<HealthTick> &ticks)
     if (shown == m_ticks)
         return;
     m_ticks = shown;
+    // Named from what it shows: "History: 16 operational, 2 degraded".
+    QStringList counts;
+    for (Health health : {Health::operational, Health::degraded, Health::down, Health::unknown}) {
+        const qsizetype count = bars().count(health);
+        if (count > 0)
+            counts.append(u"%1 %2"_s.arg(count).arg(label(health).toLower()));
+    }
+    setAccessibleName(counts.isEmpty() ? u"No history yet"_s
+                                       : u"History: "_s + counts.join(u", "_s));
     update();
 }
 
@@ -429,6 +439,9 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
          result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)}));
     setAccessibleName(result.name + u", "_s + label(m_provider.health) + u", "_s +
                       m_provider.detail);
+    // Plain text for screen readers, never the tooltip's markup.
+    setAccessibleDescription(FeedText::clean(
+        result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)));
     if (first || newsChanged)
         buildNews(now);
     else

@@ -224,6 +224,8 @@ void GeneralSettingsView::showEvent(QShowEvent *)
     if (m_settings.sourcesText().isEmpty() && !SourceRegistry::defaultText().isEmpty())
         m_settings.setSourcesText(SourceRegistry::defaultText());
     if (!m_loginStatusRead) {
+        // The window opens in its first field, not on its lone tab bar.
+        m_sources->setFocus(Qt::ActiveWindowFocusReason);
         m_loginStatusRead = true;
         m_launchAtLogin->setChecked(m_loginItem.status() == LoginItemService::Status::enabled);
     }

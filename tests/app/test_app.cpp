@@ -95,6 +95,8 @@ private Q_SLOTS:
         view.show();
         GeneralSettingsView *general = view.general();
         auto *editor = general->findChild<QPlainTextEdit *>();
+        view.activateWindow();
+        QTRY_COMPARE(QApplication::focusWidget(), editor);
         QCOMPARE(editor->toPlainText(), SourceRegistry::defaultText());
         QCOMPARE(fixture.settings.sourcesText(), SourceRegistry::defaultText());
 

@@ -385,6 +385,14 @@ private Q_SLOTS:
         QCOMPARE(view.opened, QList<QUrl>{*rows.at(1)->provider().result.url});
         QTest::keyClick(rows.at(1), Qt::Key_Up);
         QCOMPARE(QApplication::focusWidget(), rows.first());
+
+        // What a screen reader reads: plain text, and a sparkline named from what it shows.
+        for (const StatusRowView *row : rows) {
+            QVERIFY(!row->accessibleDescription().contains(u'<'));
+            QVERIFY(row->accessibleDescription().startsWith(u"https://status.example.com/"_s));
+            QCOMPARE(row->findChild<HistorySparkline *>()->accessibleName(),
+                     u"History: 1 "_s + label(row->provider().health).toLower());
+        }
     }
 
     void rowsOpenOnlyTheirPage()
