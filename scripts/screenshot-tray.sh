@@ -28,7 +28,7 @@ pids+=("$!")
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 # Xvfb picks a free display itself, so that this never takes one a test run is using.
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" >/dev/null 2>&1 &
 pids+=("$!")
 for _ in $(seq 50); do [ -s "$work/display" ] && break; sleep 0.1; done
 DISPLAY=":$(head -n1 "$work/display")"

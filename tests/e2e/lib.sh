@@ -55,10 +55,12 @@ PY
 }
 
 # Xvfb at 1280×800, whatever the caller's display, on a display number it finds free itself:
-# scripts running side by side must never share one.
+# scripts running side by side must never share one. Without -noreset the server resets each
+# time its last client leaves (xdpyinfo below, or the app between two runs), and a client
+# connecting during the reset is refused.
 start_x() {
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
-    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$work/display" >"$work/xvfb.log" 2>&1 &
     pids+=("$!")
     await test -s "$work/display" || { echo "Xvfb did not start"; return 1; }
     DISPLAY=":$(head -n1 "$work/display")"
