@@ -33,26 +33,41 @@ void ChangeNotifier::passFinished()
     if (store.isOffline())
         return;
     ChangeNotice::Snapshot current =
-        ChangeNotice::snapshot(store.results(), m_environment.silence, store.now());
+        ChangeNotice::snapshot(store.results(), m_environment.silence, store.now(),
+                               m_environment.notificationRules.entries());
     if (m_previous)
         current = ChangeNotice::lastKnown(*m_previous, std::move(current));
     const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);
-    if (!previous || !m_environment.settings.notifications())
-        return;
-    const auto notice = ChangeNotice::between(*previous, current);
-    if (!notice)
-        return;
-    const bool critical = notice->worst == Health::down;
-    if (!m_notifier.isAvailable()) {
-        m_fallback(notice->title, notice->body, critical);
+    if (!previous || !m_environment.settings.notifications()) {
+        m_quiet.reset();
         return;
     }
-    const Notifier::Urgency urgency = critical        ? Notifier::Urgency::critical
-                                      : notice->quiet ? Notifier::Urgency::low
-                                                      : Notifier::Urgency::normal;
-    const quint32 id = m_notifier.notify(notice->title, notice->body, urgency, true);
+    if (m_environment.notificationRules.isMuted(store.now())) {
+        if (!m_quiet)
+            m_quiet = ChangeNotice::quietFrom(*previous);
+        ChangeNotice::record(*m_quiet, current);
+        return;
+    }
+    const auto notice =
+        m_quiet ? ChangeNotice::afterQuiet(*std::exchange(m_quiet, std::nullopt), current)
+                : ChangeNotice::between(*previous, current);
+    if (notice)
+        show(*notice);
+}
+
+void ChangeNotifier::show(const ChangeNotice::Notice &notice)
+{
+    const bool critical = notice.worst == Health::down;
+    if (!m_notifier.isAvailable()) {
+        m_fallback(notice.title, notice.body, critical);
+        return;
+    }
+    const Notifier::Urgency urgency = critical       ? Notifier::Urgency::critical
+                                      : notice.quiet ? Notifier::Urgency::low
+                                                     : Notifier::Urgency::normal;
+    const quint32 id = m_notifier.notify(notice.title, notice.body, urgency, true);
     if (id != 0)
-        m_shown.insert(id, *notice);
+        m_shown.insert(id, notice);
 }
 
 } // namespace lanternic

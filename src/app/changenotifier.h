@@ -15,7 +15,9 @@ class Notifier;
 
 // Tells the user what changed between two passes (the first after start excepted), in one
 // notification per pass: through the session's notification server, or through fallback (the
-// tray icon's message) where there is none. Silences and the settings switch are honoured.
+// tray icon's message) where there is none. Silences, the notification rules and the settings
+// switch are honoured; during quiet hours or a pause nothing pops up, and the first pass
+// after them sums up what changed meanwhile.
 // While the system reports no network nothing is announced, and what is seen then is not
 // compared with later passes.
 class ChangeNotifier : public QObject {
@@ -37,7 +39,10 @@ private:
     AppEnvironment &m_environment;
     Notifier &m_notifier;
     Fallback m_fallback;
+    void show(const ChangeNotice::Notice &notice);
+
     std::optional<ChangeNotice::Snapshot> m_previous;
+    std::optional<ChangeNotice::QuietLog> m_quiet;
     QHash<quint32, ChangeNotice::Notice> m_shown;
 };
 

@@ -1,5 +1,7 @@
 #include "model/health.h"
 
+#include <QCoreApplication>
+
 namespace lanternic {
 
 std::optional<Health> healthFromRawValue(QStringView text)
@@ -26,19 +28,35 @@ QString rawValue(Health health)
     return QStringLiteral("unknown");
 }
 
+// Translated where the app installs a translator; the command line and the watcher do not.
 QString label(Health health)
 {
     switch (health) {
     case Health::operational:
-        return QStringLiteral("Operational");
+        return QCoreApplication::translate("Health", "Operational");
     case Health::degraded:
-        return QStringLiteral("Degraded");
+        return QCoreApplication::translate("Health", "Degraded");
     case Health::down:
-        return QStringLiteral("Down");
+        return QCoreApplication::translate("Health", "Down");
     case Health::unknown:
         break;
     }
-    return QStringLiteral("Unknown");
+    return QCoreApplication::translate("Health", "Unknown");
+}
+
+QString stateWord(Health health)
+{
+    switch (health) {
+    case Health::operational:
+        return QCoreApplication::translate("Health", "operational");
+    case Health::degraded:
+        return QCoreApplication::translate("Health", "degraded");
+    case Health::down:
+        return QCoreApplication::translate("Health", "down");
+    case Health::unknown:
+        break;
+    }
+    return QCoreApplication::translate("Health", "unknown");
 }
 
 int severity(Health health)

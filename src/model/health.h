@@ -19,6 +19,8 @@ inline constexpr std::array<Health, 4> allHealths{Health::operational, Health::d
 std::optional<Health> healthFromRawValue(QStringView text);
 QString rawValue(Health health);
 QString label(Health health);
+// The label as a word within a sentence: "operational", "degraded", …
+QString stateWord(Health health);
 
 // The monitoring convention shared by exit statuses and metrics: 0 operational, 1 degraded,
 // 2 down, 3 unknown.

@@ -15,6 +15,12 @@ inline const QString checkHistory = QStringLiteral("Lanternic.checkHistory");
 inline const QString silences = QStringLiteral("Lanternic.silences");
 inline const QString healthLog = QStringLiteral("Lanternic.healthLog");
 inline const QString notifications = QStringLiteral("Lanternic.notifications");
+inline const QString notificationRules = QStringLiteral("Lanternic.notificationRules");
+inline const QString quietHours = QStringLiteral("Lanternic.quietHours");
+inline const QString quietHoursStart = QStringLiteral("Lanternic.quietHoursStart");
+inline const QString quietHoursEnd = QStringLiteral("Lanternic.quietHoursEnd");
+inline const QString notificationsPausedUntil =
+    QStringLiteral("Lanternic.notificationsPausedUntil");
 inline const QString treatMaintenanceAsOperational =
     QStringLiteral("Lanternic.treatMaintenanceAsOperational");
 

@@ -4,6 +4,7 @@
 #include "present/displaytext.h"
 #include "store/displaysummary.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace lanternic::ChangeNotice {
@@ -11,6 +12,10 @@ namespace lanternic::ChangeNotice {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(ChangeNotice)
+};
 
 struct Change {
     const Watched *watched;
@@ -31,34 +36,40 @@ std::optional<int> rankOf(Health before, Health after)
 } // namespace
 
 Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silence,
-                  const QDateTime &now)
+                  const QDateTime &now, const NotificationRules::Entries &rules)
 {
     Snapshot watched;
     for (const SourceResult &result : results) {
+        const NotifyRule rule = rules.value(result.id, NotifyRule::all);
         if (silence.isSilenced(result.id, now))
             continue;
         const QString name = FeedText::clean(result.name);
         QStringList incidents;
         for (const Incident &incident : result.incidents) {
-            const QString line =
-                DisplayText::stageText(incident.stage) + u": "_s + FeedText::clean(incident.name);
+            const QString line = Text::tr("%1: %2").arg(DisplayText::stageText(incident.stage),
+                                                        FeedText::clean(incident.name));
             incidents.append(line);
             const QString key = result.id + u'\n' + incident.id;
-            watched.incidents.insert(key, {result.id, name, FeedText::clean(incident.name), line,
-                                           incident.url ? incident.url : result.url});
             watched.seenIncidents.insert(key);
+            if (rule == NotifyRule::all)
+                watched.incidents.insert(key, {result.id, name, FeedText::clean(incident.name),
+                                               line, incident.url ? incident.url : result.url});
         }
         if (result.components.isEmpty() || result.error) {
-            watched.items.insert(result.id, {result.id, name, name,
-                                             DisplaySummary::effectiveHealth(result, silence, now),
-                                             result.url, incidents});
+            if (rule != NotifyRule::never)
+                watched.items.insert(result.id,
+                                     {result.id, name, name,
+                                      DisplaySummary::effectiveHealth(result, silence, now),
+                                      result.url, incidents, rule == NotifyRule::outagesOnly});
             continue;
         }
         for (const ComponentStatus &component : result.components) {
-            if (!silence.isSilenced(component.id, now))
+            const NotifyRule own = rules.value(component.id, rule);
+            if (!silence.isSilenced(component.id, now) && own != NotifyRule::never)
                 watched.items.insert(component.id,
                                      {result.id, name, FeedText::clean(component.name),
-                                      component.health, result.url, incidents});
+                                      component.health, result.url, incidents,
+                                      own == NotifyRule::outagesOnly});
         }
     }
     return watched;
@@ -96,6 +107,10 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         const auto previous = before.items.constFind(it.key());
         if (previous == before.items.constEnd())
             continue;
+        const bool outage = it->health == Health::down ||
+                            (previous->health == Health::down && it->health == Health::operational);
+        if (it->outagesOnly && !outage)
+            continue;
         if (auto rank = rankOf(previous->health, it->health))
             changes.append({&*it, *rank});
     }
@@ -121,7 +136,7 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         return std::tie(a->sourceName, a->name) < std::tie(b->sourceName, b->name);
     });
     const auto openedLine = [](const OpenIncident *incident) {
-        return incident->sourceName + u": new incident \u2014 "_s + incident->name;
+        return Text::tr("%1: new incident \u2014 %2").arg(incident->sourceName, incident->name);
     };
     if (changes.isEmpty()) {
         if (opened.isEmpty())
@@ -136,7 +151,7 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         for (qsizetype i = 1; i < std::min<qsizetype>(opened.size(), 3); ++i)
             lines.append(openedLine(opened[i]));
         if (opened.size() > 3)
-            lines.append(u"and %1 more"_s.arg(opened.size() - 3));
+            lines.append(Text::tr("and %n more", nullptr, int(opened.size() - 3)));
         notice.body = lines.join(u'\n');
         return notice;
     }
@@ -154,8 +169,8 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
     notice.sourceId = worst.sourceId;
     notice.page = worst.page;
     notice.title = worst.health == Health::operational
-                       ? worst.sourceName + u" recovered"_s
-                       : worst.sourceName + u" is "_s + label(worst.health).toLower();
+                       ? Text::tr("%1 recovered").arg(worst.sourceName)
+                       : Text::tr("%1 is %2").arg(worst.sourceName, stateWord(worst.health));
     QStringList lines;
     // What the page says is happening comes before the components it touches.
     if (worst.health != Health::operational)
@@ -163,13 +178,117 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
     qsizetype shown = 0;
     for (; shown < changes.size() && lines.size() < 3; ++shown) {
         const Watched &item = *changes[shown].watched;
-        lines.append(item.name + u" \u2014 "_s + label(item.health).toLower());
+        lines.append(Text::tr("%1 \u2014 %2").arg(item.name, stateWord(item.health)));
     }
     if (shown < changes.size())
-        lines.append(u"and %1 more"_s.arg(changes.size() - shown));
+        lines.append(Text::tr("and %n more", nullptr, int(changes.size() - shown)));
     for (const OpenIncident *incident : opened.mid(0, 2))
         lines.append(openedLine(incident));
     notice.body = lines.join(u'\n');
+    return notice;
+}
+
+namespace {
+
+struct Standing {
+    QString name;
+    Health health = Health::unknown;
+    bool outagesOnly = true; // every item of the source is
+};
+
+// Each source's worst known health; unknown only when nothing is known.
+QHash<QString, Standing> standings(const Snapshot &snapshot)
+{
+    QHash<QString, Standing> bySource;
+    for (const Watched &item : snapshot.items) {
+        Standing &standing = bySource[item.sourceId];
+        standing.name = item.sourceName;
+        standing.outagesOnly = standing.outagesOnly && item.outagesOnly;
+        if (item.health != Health::unknown && (standing.health == Health::unknown ||
+                                               severity(item.health) > severity(standing.health)))
+            standing.health = item.health;
+    }
+    return bySource;
+}
+
+} // namespace
+
+QuietLog quietFrom(const Snapshot &last)
+{
+    QuietLog log{last, {}};
+    record(log, last);
+    return log;
+}
+
+void record(QuietLog &log, const Snapshot &current)
+{
+    const auto now = standings(current);
+    for (auto it = now.constBegin(); it != now.constEnd(); ++it) {
+        if (it->health == Health::unknown)
+            continue;
+        const auto worst = log.worst.find(it.key());
+        if (worst == log.worst.end())
+            log.worst.insert(it.key(), it->health);
+        else if (severity(it->health) > severity(*worst))
+            *worst = it->health;
+    }
+}
+
+std::optional<Notice> afterQuiet(const QuietLog &log, const Snapshot &now)
+{
+    const auto before = standings(log.start);
+    const auto after = standings(now);
+    struct Line {
+        QString sourceId;
+        QString name;
+        QString text;
+        Health health;
+    };
+    QList<Line> lines;
+    for (auto it = after.constBegin(); it != after.constEnd(); ++it) {
+        const auto start = before.constFind(it.key());
+        if (start == before.constEnd() || start->health == Health::unknown ||
+            it->health == Health::unknown)
+            continue;
+        const Health from = start->health, to = it->health;
+        const Health peak = log.worst.value(it.key(), to);
+        const bool outage = from == Health::down || peak == Health::down || to == Health::down;
+        if (it->outagesOnly && !outage)
+            continue;
+        QString text;
+        if (severity(peak) > severity(from) && severity(peak) > severity(to)) {
+            text = to == Health::operational
+                       ? Text::tr("%1 went %2 and recovered").arg(it->name, stateWord(peak))
+                       : Text::tr("%1 went %2 and is %3 now")
+                             .arg(it->name, stateWord(peak), stateWord(to));
+        } else if (to != from) {
+            text = to == Health::operational ? Text::tr("%1 recovered").arg(it->name)
+                                             : Text::tr("%1 is %2").arg(it->name, stateWord(to));
+        } else {
+            continue;
+        }
+        lines.append({it.key(), it->name, text, to});
+    }
+    if (lines.isEmpty())
+        return std::nullopt;
+    std::sort(lines.begin(), lines.end(),
+              [](const Line &a, const Line &b) { return a.name < b.name; });
+    QStringList texts;
+    for (const Line &line : lines.mid(0, 4))
+        texts.append(line.text);
+    if (lines.size() > 4)
+        texts.append(Text::tr("and %n more", nullptr, int(lines.size() - 4)));
+    Notice notice;
+    notice.title = Text::tr("While quiet");
+    notice.body = texts.join(Text::tr("; "));
+    notice.worst = Health::operational;
+    for (const Line &line : lines)
+        notice.worst = severity(line.health) > severity(notice.worst) ? line.health : notice.worst;
+    notice.sourceId = lines.first().sourceId;
+    const auto item = std::find_if(now.items.cbegin(), now.items.cend(),
+                                   [&](const Watched &w) { return w.sourceId == notice.sourceId; });
+    if (item != now.items.cend())
+        notice.page = item->page;
     return notice;
 }
 

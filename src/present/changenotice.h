@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/sourceresult.h"
+#include "store/notificationrules.h"
 #include "store/silencestore.h"
 
 #include <QDateTime>
@@ -24,7 +25,8 @@ struct Watched {
     QString name;
     Health health;
     std::optional<QUrl> page;
-    QStringList incidents; // its source's open incidents, "Investigating: name", cleaned
+    QStringList incidents;    // its source's open incidents, "Investigating: name", cleaned
+    bool outagesOnly = false; // going down and recovering from down are its only news
 
     bool operator==(const Watched &) const = default;
 };
@@ -40,8 +42,10 @@ struct OpenIncident {
     bool operator==(const OpenIncident &) const = default;
 };
 
-// What the notifications compare: the effective health of everything not silenced, by id, as
-// the display sees it at now, and the open incidents, by source and incident id.
+// What the notifications compare: the effective health of everything neither silenced nor
+// ruled out, by id, as the display sees it at now, and the open incidents, by source and
+// incident id, of sources whose rule lets every change through. A component's rule is its
+// own, or else its source's.
 struct Snapshot {
     QHash<QString, Watched> items;
     QHash<QString, OpenIncident> incidents;
@@ -49,7 +53,7 @@ struct Snapshot {
     QSet<QString> seenIncidents;
 };
 Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silence,
-                  const QDateTime &now);
+                  const QDateTime &now, const NotificationRules::Entries &rules = {});
 
 // The current snapshot with what it does not know taken from the last: an item unknown now
 // keeps its last known health, and the items and incidents of a source whose check failed
@@ -73,6 +77,19 @@ struct Notice {
 // incidents first. An incident that opens on a watched source that stays operational is news
 // too, once. Nothing when nothing changed.
 std::optional<Notice> between(const Snapshot &before, const Snapshot &after);
+
+// What a quiet spell (quiet hours or a pause) saw: where each source stood when it began,
+// and the worst each was in since.
+struct QuietLog {
+    Snapshot start;
+    QHash<QString, Health> worst; // by source id
+};
+QuietLog quietFrom(const Snapshot &last);
+void record(QuietLog &log, const Snapshot &current);
+
+// The one notification when a quiet spell ends: what changed meanwhile and how it stands now
+// ("GitHub went down and recovered; Slack is degraded"). Nothing when nothing changed.
+std::optional<Notice> afterQuiet(const QuietLog &log, const Snapshot &now);
 
 } // namespace ChangeNotice
 

@@ -9,7 +9,8 @@ namespace lanternic {
 
 AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options sessionOptions,
                                LaunchPass launchPass)
-    : session(std::move(sessionOptions)), settings(defaults), silence(defaults), kinds(defaults)
+    : session(std::move(sessionOptions)), settings(defaults), silence(defaults),
+      notificationRules(defaults), kinds(defaults)
 {
     SettingsFile::removeLeftovers(defaults.fileName(), QDateTime::currentDateTimeUtc());
 
@@ -17,6 +18,7 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
     for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
         current.append({source.id, source.urlHost});
     silence.rekey(current);
+    notificationRules.rekey(current);
 
     store = std::make_unique<LanternicStore>(settings, silence, kinds, defaults, session);
     if (launchPass == LaunchPass::none)

@@ -4,6 +4,7 @@
 #include "sources/network.h"
 #include "sources/sourcekindstore.h"
 #include "store/lanternicstore.h"
+#include "store/notificationrules.h"
 #include "store/silencestore.h"
 
 #include <memory>
@@ -13,9 +14,10 @@ class QSettings;
 namespace lanternic {
 
 // The composition root: builds the long-lived services once, in order, over one settings
-// object: the network session everything fetches through, the settings, silences and kind
-// cache, re-keys stored silences, builds the store and starts the launch pass. The app builds
-// one; tests and lanternic-check build their own over files of their choosing.
+// object: the network session everything fetches through, the settings, silences,
+// notification rules and kind cache, re-keys stored silences and rules, builds the store and
+// starts the launch pass. The app builds one; tests and lanternic-check build their own over
+// files of their choosing.
 class AppEnvironment {
 public:
     // The launch pass is the poll loop's first (the app and the watcher), one pass alone
@@ -28,6 +30,7 @@ public:
     network::Session session;
     AppSettings settings;
     SilenceStore silence;
+    NotificationRules notificationRules;
     SourceKindStore kinds;
     std::unique_ptr<LanternicStore> store;
 };

@@ -186,7 +186,8 @@ void SilenceStore::prune(const QSet<QString> &troubleIds, const QSet<QString> &u
     m_storedUnreadable = false;
 }
 
-void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)
+QHash<QString, QString> movedIds(const QList<QString> &keys,
+                                 const QList<std::pair<QString, QString>> &sources)
 {
     QHash<QString, QString> idByHost;
     QSet<QString> ids;
@@ -195,27 +196,32 @@ void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)
             idByHost.insert(host, id);
         ids.insert(id);
     }
-
-    Entries rekeyed;
-    bool changed = false;
-    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
-        QStringList parts = it.key().split("::"_L1);
+    QHash<QString, QString> moved;
+    for (const QString &key : keys) {
+        QStringList parts = key.split("::"_L1);
         const QString head = parts.first();
         const qsizetype dash = head.lastIndexOf(u'-');
         const QStringView suffix = dash < 0 ? QStringView() : QStringView(head).sliced(dash + 1);
         const bool numbered = !suffix.isEmpty() && std::all_of(suffix.begin(), suffix.end(),
                                                                [](QChar c) { return c.isDigit(); });
         const auto source = numbered ? idByHost.constFind(head.left(dash)) : idByHost.constEnd();
-        if (ids.contains(head) || source == idByHost.constEnd()) {
-            rekeyed.insert(it.key(), it.value());
+        if (ids.contains(head) || source == idByHost.constEnd())
             continue;
-        }
         parts.first() = *source;
-        rekeyed.insert(parts.join("::"_L1), it.value());
-        changed = true;
+        moved.insert(key, parts.join("::"_L1));
     }
-    if (changed)
-        replaceEntries(std::move(rekeyed));
+    return moved;
+}
+
+void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)
+{
+    const QHash<QString, QString> moved = movedIds(m_entries.keys(), sources);
+    if (moved.isEmpty())
+        return;
+    Entries rekeyed;
+    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it)
+        rekeyed.insert(moved.value(it.key(), it.key()), it.value());
+    replaceEntries(std::move(rekeyed));
 }
 
 } // namespace lanternic

@@ -40,6 +40,11 @@ QString label(SilenceDuration duration);
 // Fixed numbers of seconds, whatever the calendar says.
 SilenceUntil expiry(SilenceDuration duration, const QDateTime &now);
 
+// Ids kept under older forms of source ids ("host-2", "host-2::component") and the current
+// ids they move to. sources holds (source id, host of its feed URL) in list order.
+QHash<QString, QString> movedIds(const QList<QString> &keys,
+                                 const QList<std::pair<QString, QString>> &sources);
+
 // One line of the list of silenced things.
 struct SilencedItem {
     QString id;
@@ -72,8 +77,7 @@ public:
     void prune(const QSet<QString> &troubleIds, const QSet<QString> &unreadSources,
                const QDateTime &now);
 
-    // Moves entries kept under older forms of source ids ("host-2", "host-2::component")
-    // to the current ids. sources holds (source id, host of its feed URL) in list order.
+    // Moves entries kept under older forms of source ids to the current ids.
     void rekey(const QList<std::pair<QString, QString>> &sources);
 
     void save();

@@ -174,23 +174,27 @@ private Q_SLOTS:
         QTest::addColumn<QList<SourceResult>>("after");
         QTest::addColumn<QString>("notice");              // title | body, empty for none
         QTest::addColumn<QList<SourceResult>>("between"); // a pass in the middle, if any
+        QTest::addColumn<QStringList>("rules");           // "id=all|down|none"
+        QTest::addColumn<bool>("quiet"); // between is quiet, after is the first pass after
         const auto op = Health::operational, deg = Health::degraded, down = Health::down,
                    unk = Health::unknown;
         QTest::newRow("worse") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, down)}
-                               << u"gh is down | gh \u2014 down"_s << QList<SourceResult>{};
-        QTest::newRow("recovered")
-            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
-            << u"gh recovered | gh \u2014 operational"_s << QList<SourceResult>{};
+                               << u"gh is down | gh \u2014 down"_s << QList<SourceResult>{}
+                               << QStringList() << false;
+        QTest::newRow("recovered") << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
+                                   << u"gh recovered | gh \u2014 operational"_s
+                                   << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("better, not recovered")
             << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, deg)} << QString()
-            << QList<SourceResult>{};
-        QTest::newRow("into unknown") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)}
-                                      << QString() << QList<SourceResult>{};
+            << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("into unknown")
+            << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)} << QString()
+            << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("out of unknown")
             << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString()
-            << QList<SourceResult>{};
+            << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("new source") << QList<SourceResult>{} << QList{result(u"gh"_s, down)}
-                                    << QString() << QList<SourceResult>{};
+                                    << QString() << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("components, worst first, at most three")
             << QList{result(u"gh"_s, op,
                             {component(u"gh"_s, u"a"_s, op), component(u"gh"_s, u"b"_s, op),
@@ -203,31 +207,74 @@ private Q_SLOTS:
                              component(u"gh"_s, u"e"_s, unk)}),
                      result(u"aws"_s, op)}
             << u"gh is down | B \u2014 down\nA \u2014 degraded\nD \u2014 degraded\nand 2 more"_s
-            << QList<SourceResult>{};
+            << QList<SourceResult>{} << QStringList() << false;
         const auto gh = [](Health health) { return result(u"gh"_s, health); };
         const auto ghWith = [](Health health, Health a) {
             return result(u"gh"_s, health, {component(u"gh"_s, u"a"_s, a)});
         };
         QTest::newRow("degraded, unreachable, down")
             << QList{gh(deg)} << QList{gh(down)} << u"gh is down | gh \u2014 down"_s
-            << QList{failed(u"gh"_s)};
+            << QList{failed(u"gh"_s)} << QStringList() << false;
         QTest::newRow("down, asleep, operational")
             << QList{gh(down)} << QList{gh(op)} << u"gh recovered | gh \u2014 operational"_s
-            << QList{failed(u"gh"_s)};
+            << QList{failed(u"gh"_s)} << QStringList() << false;
         QTest::newRow("components through a failed check")
             << QList{ghWith(op, op)} << QList{ghWith(down, down)} << u"gh is down | A \u2014 down"_s
-            << QList{failed(u"gh"_s)};
+            << QList{failed(u"gh"_s)} << QStringList() << false;
         QTest::newRow("worse, with an incident")
             << QList{gh(op)} << QList{withIncident(gh(down), u"1"_s, u"Packages"_s)}
-            << u"gh is down | Investigating: Packages\ngh \u2014 down"_s << QList<SourceResult>{};
+            << u"gh is down | Investigating: Packages\ngh \u2014 down"_s << QList<SourceResult>{}
+            << QStringList() << false;
         QTest::newRow("an incident on an operational source")
             << QList{gh(op)} << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
             << u"gh: new incident \u2014 Packages | Investigating: Packages"_s
-            << QList<SourceResult>{};
+            << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("an incident seen before, and one seen through a failed check")
             << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
             << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)} << QString()
-            << QList{failed(u"gh"_s)};
+            << QList{failed(u"gh"_s)} << QStringList() << false;
+
+        // The user's rules: a component's own, or else its source's.
+        const auto ghAB = [](Health health, Health a, Health b) {
+            return result(u"gh"_s, health,
+                          {component(u"gh"_s, u"a"_s, a), component(u"gh"_s, u"b"_s, b)});
+        };
+        QTest::newRow("never") << QList{gh(op)} << QList{gh(down)} << QString()
+                               << QList<SourceResult>{} << QStringList{u"gh=none"_s} << false;
+        QTest::newRow("outages only: degraded is no news")
+            << QList{gh(op)} << QList{gh(deg)} << QString() << QList<SourceResult>{}
+            << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: down")
+            << QList{gh(deg)} << QList{gh(down)} << u"gh is down | gh \u2014 down"_s
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: recovery from down")
+            << QList{gh(down)} << QList{gh(op)} << u"gh recovered | gh \u2014 operational"_s
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: no new-incident news")
+            << QList{gh(op)} << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)} << QString()
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("a component's own rule over its source's")
+            << QList{ghAB(op, op, op)} << QList{ghAB(down, down, down)}
+            << u"gh is down | B \u2014 down"_s << QList<SourceResult>{}
+            << QStringList{u"gh=none"_s, u"gh::b=all"_s} << false;
+
+        // Quiet hours: nothing during them, one summary after.
+        const auto named = [](const QString &id, Health health) { return result(id, health); };
+        QTest::newRow("while quiet: down and recovered, another degraded, one unchanged")
+            << QList{named(u"GitHub"_s, op), named(u"Slack"_s, op), named(u"AWS"_s, deg)}
+            << QList{named(u"GitHub"_s, op), named(u"Slack"_s, deg), named(u"AWS"_s, deg)}
+            << u"While quiet | GitHub went down and recovered; Slack is degraded"_s
+            << QList{named(u"GitHub"_s, down), named(u"Slack"_s, op), named(u"AWS"_s, deg)}
+            << QStringList() << true;
+        QTest::newRow("while quiet: recovered, and worse but not back")
+            << QList{named(u"a"_s, down), named(u"b"_s, op)}
+            << QList{named(u"a"_s, op), named(u"b"_s, deg)}
+            << u"While quiet | a recovered; b went down and is degraded now"_s
+            << QList{failed(u"a"_s), named(u"b"_s, down)} << QStringList() << true;
+        QTest::newRow("while quiet: back where it was, rules honoured")
+            << QList{named(u"a"_s, op), named(u"b"_s, op)}
+            << QList{named(u"a"_s, op), named(u"b"_s, op)} << QString()
+            << QList{named(u"a"_s, op), named(u"b"_s, deg)} << QStringList{u"b=down"_s} << true;
     }
 
     void changeNotices()
@@ -235,14 +282,29 @@ private Q_SLOTS:
         QFETCH(QList<SourceResult>, before);
         QFETCH(QList<SourceResult>, after);
         QFETCH(QList<SourceResult>, between);
+        QFETCH(QStringList, rules);
+        QFETCH(bool, quiet);
+        const QHash<QString, NotifyRule> words{{u"all"_s, NotifyRule::all},
+                                               {u"down"_s, NotifyRule::outagesOnly},
+                                               {u"none"_s, NotifyRule::never}};
+        NotificationRules::Entries entries;
+        for (const QString &rule : rules)
+            entries.insert(rule.section(u'=', 0, 0), words.value(rule.section(u'=', 1)));
         // As the notifier sees passes: each against what was last known.
-        ChangeNotice::Snapshot previous = ChangeNotice::snapshot(before, *silence, now);
-        if (!between.isEmpty())
-            previous =
-                ChangeNotice::lastKnown(previous, ChangeNotice::snapshot(between, *silence, now));
-        const auto notice = ChangeNotice::between(
-            previous,
-            ChangeNotice::lastKnown(previous, ChangeNotice::snapshot(after, *silence, now)));
+        ChangeNotice::Snapshot previous = ChangeNotice::snapshot(before, *silence, now, entries);
+        std::optional<ChangeNotice::QuietLog> log;
+        if (quiet)
+            log = ChangeNotice::quietFrom(previous);
+        if (!between.isEmpty()) {
+            previous = ChangeNotice::lastKnown(
+                previous, ChangeNotice::snapshot(between, *silence, now, entries));
+            if (log)
+                ChangeNotice::record(*log, previous);
+        }
+        const auto last = ChangeNotice::lastKnown(
+            previous, ChangeNotice::snapshot(after, *silence, now, entries));
+        const auto notice =
+            log ? ChangeNotice::afterQuiet(*log, last) : ChangeNotice::between(previous, last);
         QTEST(notice ? notice->title + u" | "_s + notice->body : QString(), "notice");
     }
 

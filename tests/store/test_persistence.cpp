@@ -1,6 +1,7 @@
 #include "sources/sourcekindstore.h"
 #include "store/checkhistory.h"
 #include "store/healthlog.h"
+#include "store/notificationrules.h"
 #include "store/silencestore.h"
 #include "store/storedjson.h"
 #include "support/fixtures.h"
@@ -191,6 +192,47 @@ private Q_SLOTS:
                                     u"github::api"_s, u"github::web"_s}));
         QCOMPARE(store.entries().value(u"github::api"_s), SilenceUntil::resolved());
         QVERIFY(defaults->value(u"Lanternic.silences"_s).toByteArray() != stored);
+    }
+
+    // Rules are stored like the silences, move with them, and bad stored values are no rules.
+    void notificationRules()
+    {
+        NotificationRules rules(*defaults);
+        QSignalSpy changed(&rules, &NotificationRules::changed);
+        rules.setRule(u"H-2"_s, NotifyRule::outagesOnly);
+        rules.setRule(u"H-2::api"_s, NotifyRule::never);
+        rules.setRule(u"other"_s, NotifyRule::never);
+        rules.setRule(u"other"_s, NotifyRule::all);
+        QCOMPARE(defaults->value(u"Lanternic.notificationRules"_s).toByteArray(),
+                 QByteArray(R"({"H-2":"down","H-2::api":"none"})"));
+        rules.rekey({{u"github"_s, u"H"_s}});
+        QCOMPARE(NotificationRules(*defaults).entries(),
+                 (NotificationRules::Entries{{u"github"_s, NotifyRule::outagesOnly},
+                                             {u"github::api"_s, NotifyRule::never}}));
+        QCOMPARE(changed.size(), 5);
+        for (const QByteArray &bad : {QByteArray(R"({"x":"sometimes"})"), QByteArray(R"({"x":1})"),
+                                      QByteArray("[]"), QByteArray("not json")}) {
+            defaults->setValue(u"Lanternic.notificationRules"_s, bad);
+            QVERIFY2(NotificationRules(*defaults).entries().isEmpty(), bad.constData());
+        }
+
+        // Quiet hours across midnight, local time; a pause; both survive a restart.
+        const auto local = [](int hour, int minute) {
+            return QDateTime(QDate(2026, 11, 24), QTime(hour, minute));
+        };
+        QVERIFY(!rules.isMuted(local(23, 0)));
+        rules.setQuietHours({true, QTime(22, 30), QTime(7, 0)});
+        for (const auto &[hour, minute, muted] : {std::tuple{22, 29, false},
+                                                  {22, 30, true},
+                                                  {3, 0, true},
+                                                  {6, 59, true},
+                                                  {7, 0, false}})
+            QCOMPARE(NotificationRules(*defaults).isMuted(local(hour, minute)), muted);
+        rules.pauseUntil(local(13, 0));
+        QVERIFY(NotificationRules(*defaults).isMuted(local(12, 59)));
+        QVERIFY(!NotificationRules(*defaults).isMuted(local(13, 0)));
+        defaults->setValue(u"Lanternic.quietHoursStart"_s, u"25:99"_s);
+        QCOMPARE(NotificationRules(*defaults).quietHours().start, QTime(22, 0));
     }
 
     void historyStoredForm()

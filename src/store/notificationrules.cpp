@@ -1,0 +1,149 @@
+#include "store/notificationrules.h"
+
+#include "model/settingskeys.h"
+#include "store/silencestore.h"
+#include "store/storedjson.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+
+namespace lanternic {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::pair<NotifyRule, QLatin1StringView> ruleWords[] = {
+    {NotifyRule::all, "all"_L1},
+    {NotifyRule::outagesOnly, "down"_L1},
+    {NotifyRule::never, "none"_L1}};
+
+QTime storedTime(const QSettings &defaults, const QString &key, QTime fallback)
+{
+    const QTime time = QTime::fromString(defaults.value(key).toString(), u"HH:mm"_s);
+    return time.isValid() ? time : fallback;
+}
+
+} // namespace
+
+bool QuietHours::contains(const QTime &time) const
+{
+    if (!enabled || start == end)
+        return false;
+    return start < end ? start <= time && time < end : time >= start || time < end;
+}
+
+NotificationRules::NotificationRules(QSettings &defaults, QObject *parent)
+    : QObject(parent), m_defaults(defaults)
+{
+    const QVariant stored = defaults.value(SettingsKeys::notificationRules);
+    if (stored.typeId() == QMetaType::QByteArray)
+        m_entries = decode(stored.toByteArray()).value_or(Entries());
+    const QuietHours fallback;
+    const QVariant enabled = defaults.value(SettingsKeys::quietHours);
+    m_quietHours.enabled =
+        enabled.typeId() == QMetaType::Bool ? enabled.toBool() : enabled.toString() == "true"_L1;
+    m_quietHours.start = storedTime(defaults, SettingsKeys::quietHoursStart, fallback.start);
+    m_quietHours.end = storedTime(defaults, SettingsKeys::quietHoursEnd, fallback.end);
+    m_pausedUntil = QDateTime::fromString(
+        defaults.value(SettingsKeys::notificationsPausedUntil).toString(), Qt::ISODate);
+}
+
+QByteArray NotificationRules::encode(const Entries &entries)
+{
+    QStringList ids = entries.keys();
+    ids.sort();
+    QByteArray out = "{";
+    for (const QString &id : ids) {
+        if (out.size() > 1)
+            out += ',';
+        appendJsonString(out, id);
+        out += ':';
+        for (const auto &[rule, word] : ruleWords) {
+            if (rule == entries[id])
+                appendJsonString(out, QString(word));
+        }
+    }
+    out += '}';
+    return out;
+}
+
+std::optional<NotificationRules::Entries> NotificationRules::decode(const QByteArray &data)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(data);
+    if (!document.isObject())
+        return std::nullopt;
+    const QJsonObject root = document.object();
+    Entries entries;
+    for (auto it = root.begin(); it != root.end(); ++it) {
+        const QString word = it.value().toString();
+        const auto known = std::find_if(std::begin(ruleWords), std::end(ruleWords),
+                                        [&](const auto &pair) { return pair.second == word; });
+        if (known == std::end(ruleWords))
+            return std::nullopt;
+        if (known->first != NotifyRule::all)
+            entries.insert(it.key(), known->first);
+    }
+    return entries;
+}
+
+void NotificationRules::replaceEntries(Entries entries)
+{
+    if (entries == m_entries)
+        return;
+    m_entries = std::move(entries);
+    m_defaults.setValue(SettingsKeys::notificationRules, encode(m_entries));
+    Q_EMIT changed();
+}
+
+void NotificationRules::setRule(const QString &id, NotifyRule rule)
+{
+    Entries entries = m_entries;
+    if (rule == NotifyRule::all)
+        entries.remove(id);
+    else
+        entries.insert(id, rule);
+    replaceEntries(std::move(entries));
+}
+
+void NotificationRules::rekey(const QList<std::pair<QString, QString>> &sources)
+{
+    const QHash<QString, QString> moved = movedIds(m_entries.keys(), sources);
+    if (moved.isEmpty())
+        return;
+    Entries rekeyed;
+    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it)
+        rekeyed.insert(moved.value(it.key(), it.key()), it.value());
+    replaceEntries(std::move(rekeyed));
+}
+
+void NotificationRules::setQuietHours(const QuietHours &hours)
+{
+    if (hours == m_quietHours)
+        return;
+    m_quietHours = hours;
+    m_defaults.setValue(SettingsKeys::quietHours, hours.enabled);
+    m_defaults.setValue(SettingsKeys::quietHoursStart, hours.start.toString(u"HH:mm"_s));
+    m_defaults.setValue(SettingsKeys::quietHoursEnd, hours.end.toString(u"HH:mm"_s));
+    Q_EMIT changed();
+}
+
+void NotificationRules::pauseUntil(const QDateTime &until)
+{
+    m_pausedUntil = until.toUTC();
+    if (until.isValid())
+        m_defaults.setValue(SettingsKeys::notificationsPausedUntil,
+                            m_pausedUntil.toString(Qt::ISODate));
+    else
+        m_defaults.remove(SettingsKeys::notificationsPausedUntil);
+    Q_EMIT changed();
+}
+
+bool NotificationRules::isMuted(const QDateTime &now) const
+{
+    return (m_pausedUntil.isValid() && now < m_pausedUntil) ||
+           m_quietHours.contains(now.toLocalTime().time());
+}
+
+} // namespace lanternic
