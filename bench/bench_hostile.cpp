@@ -62,8 +62,10 @@ DisplayProvider rowFor(int which)
 
 StatusRowView *rowView(const DisplayProvider &row)
 {
-    auto *view = new StatusRowView([](const QString &, SilenceDuration) {},
-                                   [](const QString &) { return false; }, [](const QUrl &) {});
+    auto *view = new StatusRowView({[](const QString &, SilenceDuration) {},
+                                    [](const QString &) { return false; },
+                                    [](const QString &) { return NotifyRule::all; },
+                                    [](const QString &, NotifyRule) {}, [](const QUrl &) {}});
     view->setContent(row, {}, QDateTime::currentDateTimeUtc());
     return view;
 }

@@ -38,8 +38,7 @@ void render(const QString &file, void (*scene)(StoreFixture &), int open)
 {
     StoreFixture fixture;
     scene(fixture);
-    LanternicPane pane(fixture.store, fixture.settings, fixture.silence,
-                       {[] {}, [] {}, [] {}, [](const QUrl &) {}});
+    LanternicPane pane(fixture.environment, {[] {}, [] {}, [] {}, [](const QUrl &) {}});
     pane.setAutoFillBackground(true);
     QCoreApplication::processEvents();
     if (open & silenced) {

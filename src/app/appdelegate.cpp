@@ -152,7 +152,7 @@ void AppDelegate::showPaneWindow()
 
 LanternicPane *AppDelegate::makePane()
 {
-    return new LanternicPane(*m_environment.store, m_environment.settings, m_environment.silence,
+    return new LanternicPane(m_environment,
                              {[this] { m_environment.store->refresh(); },
                               [this] { openSettings(); }, [] { QApplication::quit(); }});
 }

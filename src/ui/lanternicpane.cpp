@@ -2,6 +2,7 @@
 
 #include "config/appsettings.h"
 #include "present/displaytext.h"
+#include "store/appenvironment.h"
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
 #include "ui/panecontrols.h"
@@ -14,6 +15,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
@@ -101,9 +103,9 @@ private:
 
 } // namespace
 
-LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, SilenceStore &silence,
-                             Actions actions, QWidget *parent)
-    : QWidget(parent), m_store(store), m_settings(settings), m_silence(silence),
+LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidget *parent)
+    : QWidget(parent), m_store(*environment.store), m_settings(environment.settings),
+      m_silence(environment.silence), m_rules(environment.notificationRules),
       m_actions(std::move(actions)), m_updateTimer(new QTimer(this)), m_ticker(new QTimer(this))
 {
     setAccessibleName(u"Lanternic"_s);
@@ -142,10 +144,20 @@ LanternicPane::LanternicPane(LanternicStore &store, AppSettings &settings, Silen
     auto *footer = new QVBoxLayout;
     footer->setSpacing(0);
     footer->setContentsMargins(0, 4, 0, 6);
-    auto *settingsRow = new MenuActionRow(u"Settings\u2026"_s, u"gearshape"_s, m_content);
-    auto *quitRow = new MenuActionRow(u"Quit Lanternic"_s, u"power"_s, m_content);
+    m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_content);
+    auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_content);
+    auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_content);
+    connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
+        const QDateTime now = m_store.now();
+        const bool paused = m_rules.pausedUntil().isValid() && now < m_rules.pausedUntil();
+        m_rules.pauseUntil(paused ? QDateTime() : now.addSecs(3600));
+    });
     connect(settingsRow, &QAbstractButton::clicked, this, [this] { m_actions.openSettings(); });
     connect(quitRow, &QAbstractButton::clicked, this, [this] { m_actions.quit(); });
+    connect(&m_rules, &NotificationRules::changed, this, &LanternicPane::updatePauseRow);
+    connect(&m_settings, &AppSettings::notificationsChanged, this, &LanternicPane::updatePauseRow);
+    updatePauseRow();
+    footer->addWidget(m_pauseRow);
     footer->addWidget(settingsRow);
     footer->addWidget(quitRow);
     m_column->addLayout(footer);
@@ -258,6 +270,7 @@ void LanternicPane::tick()
 {
     const QDateTime now = m_store.now();
     updateHeader();
+    updatePauseRow();
     for (StatusRowView *row : std::as_const(m_rowViews))
         row->refreshTimes(now);
 }
@@ -368,6 +381,18 @@ QWidget *LanternicPane::buildHeader()
     return header;
 }
 
+void LanternicPane::updatePauseRow()
+{
+    const QDateTime until = m_rules.pausedUntil();
+    const bool paused = until.isValid() && m_store.now() < until;
+    m_pauseRow->setText(
+        paused ? tr("Resume notifications (paused until %1)")
+                     .arg(QLocale().toString(until.toLocalTime().time(), QLocale::ShortFormat))
+               : tr("Pause notifications for 1 hour"));
+    m_pauseRow->setAccessibleName(m_pauseRow->text());
+    m_pauseRow->setVisible(m_settings.notifications());
+}
+
 void LanternicPane::updateHeader()
 {
     const Health overall = m_store.overallHealth();
@@ -412,11 +437,16 @@ void LanternicPane::updateRows()
         StatusRowView *view = m_rowViews.take(row.result.id);
         if (!view) {
             view = new StatusRowView(
-                [this](const QString &id, SilenceDuration duration) {
-                    m_silence.silence(id, duration, m_store.now());
-                },
-                [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
-                m_actions.openUrl, m_rows);
+                {[this](const QString &id, SilenceDuration duration) {
+                     m_silence.silence(id, duration, m_store.now());
+                 },
+                 [this](const QString &id) { return m_silence.isSilenced(id, m_store.now()); },
+                 [this, source = row.result.id](const QString &id) {
+                     return m_rules.entries().value(id, m_rules.rule(source));
+                 },
+                 [this](const QString &id, NotifyRule rule) { m_rules.setRule(id, rule); },
+                 m_actions.openUrl},
+                m_rows);
         }
         view->setContent(row, m_store.history().byId.value(row.result.id), now,
                          pastOf(row.result.id, now));

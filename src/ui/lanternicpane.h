@@ -15,14 +15,17 @@ class QVBoxLayout;
 
 namespace lanternic {
 
+class AppEnvironment;
+class MenuActionRow;
 class AppSettings;
 class LanternicStore;
+class NotificationRules;
 class RefreshButton;
 class SilenceStore;
 
 // The content of the drop-down panel: the overall state, one row per visible source, the
-// silenced items and the settings and quit actions. It only reads the store, the silences
-// and the settings, and calls the actions it is handed.
+// silenced items and the pause, settings and quit actions. It reads the store and the
+// settings, changes only silences and notification rules, and calls the actions it is handed.
 class LanternicPane : public QWidget {
     Q_OBJECT
 
@@ -36,8 +39,7 @@ public:
 
     static constexpr int columnWidth = 320;
 
-    LanternicPane(LanternicStore &store, AppSettings &settings, SilenceStore &silence,
-                  Actions actions, QWidget *parent = nullptr);
+    LanternicPane(AppEnvironment &environment, Actions actions, QWidget *parent = nullptr);
 
     // The panel's height for a content height: the content, up to 70 % of the main screen's
     // height (630 when no screen is known), after which it scrolls.
@@ -65,6 +67,7 @@ private:
     void rebuild();
     QWidget *buildHeader();
     void updateHeader();
+    void updatePauseRow();
     void updateRows();
     RowHistory pastOf(const QString &id, const QDateTime &now) const;
     void tick();
@@ -77,6 +80,7 @@ private:
     LanternicStore &m_store;
     AppSettings &m_settings;
     SilenceStore &m_silence;
+    NotificationRules &m_rules;
     Actions m_actions;
 
     QScrollArea *m_scroll;
@@ -89,6 +93,7 @@ private:
     QLabel *m_lastCheck = nullptr;
     QLabel *m_clock = nullptr;
     QList<QWidget *> m_dividers;
+    MenuActionRow *m_pauseRow = nullptr;
     QStackedWidget *m_refreshControl = nullptr;
     RefreshButton *m_refreshButton = nullptr;
     QShortcut *m_refreshShortcut = nullptr;

@@ -28,11 +28,11 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
         return SilenceTarget{component.id,
                              u"Silence "_s + name + u" - "_s + FeedText::clean(component.name) +
                                  u" ["_s + status + u']',
-                             component.health};
+                             component.health, FeedText::clean(component.name)};
     };
 
     SilenceMenu menu;
-    menu.whole = {result.id, u"Silence "_s + name + u" (ALL)"_s, row.health};
+    menu.whole = {result.id, u"Silence "_s + name + u" (ALL)"_s, row.health, name};
     QList<const ComponentStatus *> operational;
     qsizetype unsilenced = 0;
     for (const ComponentStatus &component : result.components) {

@@ -19,6 +19,7 @@ struct SilenceTarget {
     QString id;
     QString title;
     Health health;
+    QString name; // of the source or the component alone, cleaned
 
     bool operator==(const SilenceTarget &) const = default;
 };

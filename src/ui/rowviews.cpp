@@ -7,6 +7,7 @@
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
+#include <QActionGroup>
 #include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -45,11 +46,28 @@ QLabel *symbolLabel(const QString &name, const QColor &color, qreal size, QWidge
     return label;
 }
 
-void addDurations(QMenu *menu, const QString &id, const StatusRowView::SilenceAction &onSilence)
+void addDurations(QMenu *menu, const QString &id, const StatusRowView::Actions &actions)
 {
     for (SilenceDuration duration : allSilenceDurations) {
         menu->addAction(label(duration), menu,
-                        [onSilence, id, duration] { onSilence(id, duration); });
+                        [silence = actions.silence, id, duration] { silence(id, duration); });
+    }
+}
+
+// The three rules as radio choices, the one in force checked.
+void addRules(QMenu *menu, const QString &id, const StatusRowView::Actions &actions)
+{
+    auto *group = new QActionGroup(menu);
+    const NotifyRule current = actions.ruleOf(id);
+    for (const auto &[rule, text] :
+         {std::pair{NotifyRule::all, StatusRowView::tr("All changes")},
+          std::pair{NotifyRule::outagesOnly, StatusRowView::tr("Outages only")},
+          std::pair{NotifyRule::never, StatusRowView::tr("Never")}}) {
+        QAction *action = menu->addAction(
+            text, menu, [setRule = actions.setRule, id, rule] { setRule(id, rule); });
+        action->setCheckable(true);
+        action->setChecked(rule == current);
+        group->addAction(action);
     }
 }
 
@@ -310,10 +328,8 @@ void TimelineBar::keyPressEvent(QKeyEvent *event)
     update();
 }
 
-StatusRowView::StatusRowView(SilenceAction onSilence, SilencedQuestion isSilenced,
-                             UrlOpener openUrl, QWidget *parent)
-    : QWidget(parent), m_onSilence(std::move(onSilence)), m_isSilenced(std::move(isSilenced)),
-      m_openUrl(std::move(openUrl))
+StatusRowView::StatusRowView(Actions actions, QWidget *parent)
+    : QWidget(parent), m_actions(std::move(actions))
 {
     setAttribute(Qt::WA_Hover);
     setMouseTracking(true);
@@ -516,7 +532,7 @@ void StatusRowView::buildNews(const QDateTime &now)
         button->setFont(Theme::font(11));
         button->setStyleSheet(
             u"QPushButton { border: none; padding: 0; color: palette(link); text-align: left; }"_s);
-        connect(button, &QPushButton::clicked, this, [this, url] { m_openUrl(url); });
+        connect(button, &QPushButton::clicked, this, [this, url] { m_actions.openUrl(url); });
         return button;
     };
     for (const Incident &incident : result.incidents) {
@@ -585,11 +601,11 @@ void StatusRowView::buildMenu()
 {
     QMenu *menu = m_menuButton->menu();
     menu->clear();
-    const PaneText::SilenceMenu model = PaneText::silenceMenu(m_provider, m_isSilenced);
+    const PaneText::SilenceMenu model = PaneText::silenceMenu(m_provider, m_actions.isSilenced);
     auto addTarget = [&](const PaneText::SilenceTarget &target) {
         QMenu *submenu =
             menu->addMenu(healthIcon(target.health, palette()), Theme::menuText(target.title));
-        addDurations(submenu, target.id, m_onSilence);
+        addDurations(submenu, target.id, m_actions);
     };
     addTarget(model.whole);
     if (!model.affected.isEmpty()) {
@@ -604,6 +620,18 @@ void StatusRowView::buildMenu()
     }
     if (model.othersCount > 0)
         menu->addAction(Theme::menuText(model.othersText()))->setEnabled(false);
+
+    // The source's own rule first, then one per affected component, as silencing offers them.
+    menu->addSeparator();
+    QMenu *notify = menu->addMenu(tr("Notify me"));
+    addRules(notify, model.whole.id, m_actions);
+    for (const auto &target : model.affected) {
+        if (notify->actions().size() == 3)
+            notify->addSeparator();
+        addRules(
+            notify->addMenu(healthIcon(target.health, palette()), Theme::menuText(target.name)),
+            target.id, m_actions);
+    }
 }
 
 void StatusRowView::setHovering(bool hovering)
@@ -631,7 +659,7 @@ void StatusRowView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (m_provider.result.url)
-            m_openUrl(*m_provider.result.url);
+            m_actions.openUrl(*m_provider.result.url);
         return;
     case Qt::Key_Menu:
         m_menuButton->setVisible(true);
@@ -688,7 +716,7 @@ void StatusRowView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()) &&
         m_provider.result.url)
-        m_openUrl(*m_provider.result.url);
+        m_actions.openUrl(*m_provider.result.url);
 }
 
 void StatusRowView::paintEvent(QPaintEvent *)

@@ -3,6 +3,7 @@
 #include "store/checkhistory.h"
 #include "store/displaysummary.h"
 #include "store/healthlog.h"
+#include "store/notificationrules.h"
 #include "store/silencestore.h"
 
 #include <QWidget>
@@ -106,18 +107,24 @@ private:
 };
 
 // One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to
-// silence the source or one of its components. A click opens its status page. A source with
-// open incidents or maintenance has a marker that expands the row to tell of them.
+// silence the source or one of its components and to say what to be notified of. A click opens its
+// status page. A source with open incidents or maintenance has a marker that expands the row to
+// tell of them.
 class StatusRowView : public QWidget {
     Q_OBJECT
 
 public:
-    using SilenceAction = std::function<void(const QString &id, SilenceDuration duration)>;
-    using SilencedQuestion = std::function<bool(const QString &id)>;
     using UrlOpener = std::function<void(const QUrl &url)>;
+    // What the row's menu and clicks act on, by source or component id.
+    struct Actions {
+        std::function<void(const QString &id, SilenceDuration duration)> silence;
+        std::function<bool(const QString &id)> isSilenced;
+        std::function<NotifyRule(const QString &id)> ruleOf; // the effective rule
+        std::function<void(const QString &id, NotifyRule rule)> setRule;
+        UrlOpener openUrl;
+    };
 
-    StatusRowView(SilenceAction onSilence, SilencedQuestion isSilenced, UrlOpener openUrl,
-                  QWidget *parent = nullptr);
+    explicit StatusRowView(Actions actions, QWidget *parent = nullptr);
 
     // What the row shows; set again, in place, whenever it changes. now is the clock of the
     // relative times ("updated 12 min ago").
@@ -148,9 +155,7 @@ private:
     void buildHistory(const QDateTime &now);
 
     DisplayProvider m_provider;
-    SilenceAction m_onSilence;
-    SilencedQuestion m_isSilenced;
-    UrlOpener m_openUrl;
+    Actions m_actions;
     QLabel *m_symbol;
     ElidedLabel *m_name;
     ElidedLabel *m_detail;

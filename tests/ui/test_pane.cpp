@@ -1,6 +1,7 @@
 #include "scenes.h"
 #include "support/fixtures.h"
 #include "ui/lanternicpane.h"
+#include "ui/panecontrols.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"
@@ -25,7 +26,7 @@ const QDateTime now = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODa
 
 struct Pane {
     explicit Pane(StoreFixture &fixture)
-        : pane(fixture.store, fixture.settings, fixture.silence,
+        : pane(fixture.environment,
                {[] {}, [] {}, [] {}, [this](const QUrl &url) { opened.append(url); }})
     {
         pane.resize(pane.sizeHint());
@@ -188,11 +189,12 @@ private Q_SLOTS:
                  (QStringList{u"Silence Cloudflare && Co (ALL)"_s, u"-"_s,
                               u"Silence Cloudflare && Co - DNS [partial outage]"_s,
                               u"Silence Cloudflare && Co - CDN <b>edge</b> [degraded]"_s, u"-"_s,
-                              u"Silence Cloudflare && Co - WAF [operational]"_s}));
+                              u"Silence Cloudflare && Co - WAF [operational]"_s, u"-"_s,
+                              u"Notify me"_s}));
         StatusRowView *github = view.rows().at(2);
-        QCOMPARE(menuTitles(github),
-                 (QStringList{u"Silence GitHub (ALL)"_s, u"-"_s,
-                              u"Silence GitHub - API Requests [operational]"_s}));
+        QCOMPARE(menuTitles(github), (QStringList{u"Silence GitHub (ALL)"_s, u"-"_s,
+                                                  u"Silence GitHub - API Requests [operational]"_s,
+                                                  u"-"_s, u"Notify me"_s}));
         QVERIFY(cloudflare->toolTip().contains(u"https://status.example.com/1"_s));
     }
 
@@ -213,6 +215,51 @@ private Q_SLOTS:
         QCOMPARE(view.silencedHeader()->accessibleName(), u"SILENCED 3"_s);
         QCOMPARE(fixture.silence.entries().value(id), SilenceUntil::resolved());
         QCOMPARE(fixture.store.summaryText(), u"1 degraded, 1 unknown"_s);
+    }
+
+    // "Notify me": the source's rule, then one per affected component, which falls back to
+    // its source's until it has its own; the pause in the footer comes and goes.
+    void notifyMeAndPause()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        StatusRowView *cloudflare = view.rows().first();
+        const QString id = cloudflare->provider().result.id;
+        menuTitles(cloudflare);
+        QMenu *notify = cloudflare->silenceButton()->menu()->actions().last()->menu();
+        const auto titles = [](QMenu *menu) {
+            QStringList texts;
+            for (QAction *action : menu->actions())
+                texts.append(action->isSeparator() ? u"-"_s
+                             : action->isChecked() ? u"(x) "_s + action->text()
+                                                   : action->text());
+            return texts;
+        };
+        QCOMPARE(titles(notify), (QStringList{u"(x) All changes"_s, u"Outages only"_s, u"Never"_s,
+                                              u"-"_s, u"DNS"_s, u"CDN <b>edge</b>"_s}));
+        notify->actions().at(1)->trigger();
+        QCOMPARE(fixture.environment.notificationRules.rule(id), NotifyRule::outagesOnly);
+        menuTitles(cloudflare);
+        notify = cloudflare->silenceButton()->menu()->actions().last()->menu();
+        QMenu *dns = notify->actions().at(4)->menu();
+        QCOMPARE(titles(dns), (QStringList{u"All changes"_s, u"(x) Outages only"_s, u"Never"_s}));
+        dns->actions().at(2)->trigger();
+        QCOMPARE(fixture.environment.notificationRules.entries().size(), 2);
+
+        MenuActionRow *pause = nullptr;
+        for (auto *row : view.pane.findChildren<MenuActionRow *>()) {
+            if (row->text().startsWith(u"Pause"_s))
+                pause = row;
+        }
+        QVERIFY(pause);
+        QCOMPARE(pause->text(), u"Pause notifications for 1 hour"_s);
+        pause->click();
+        QCOMPARE(fixture.environment.notificationRules.pausedUntil(),
+                 fixture.store.now().addSecs(3600));
+        QVERIFY(pause->text().startsWith(u"Resume notifications (paused until "_s));
+        pause->click();
+        QVERIFY(!fixture.environment.notificationRules.isMuted(fixture.store.now()));
     }
 
     void silencedSectionTogglesAndUnmutes()
