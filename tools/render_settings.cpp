@@ -47,7 +47,8 @@ int main(int argc, char **argv)
                                     u"Team=http://watcher.example:9317/lanternic.json\n"
                                     u"Fal=status.fal.ai"_s);
     NoLoginItem login;
-    SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, false});
+    SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
+                      {[] { return true; }, [](bool) {}, [] {}, false});
     view.general()->setKinds(&fixture.environment.kinds);
     view.resize(640, 460);
     view.show();

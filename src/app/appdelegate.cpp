@@ -218,7 +218,7 @@ void AppDelegate::openSettings()
         auto *layout = new QVBoxLayout(m_settingsWindow);
         layout->setContentsMargins(0, 0, 0, 0);
         auto *view = new SettingsView(
-            m_environment.settings, *m_loginItem,
+            m_environment.settings, m_environment.notificationRules, *m_loginItem,
             {[this] { return m_updates.automaticallyChecksForUpdates(); },
              [this](bool enabled) { m_updates.setAutomaticallyChecksForUpdates(enabled); },
              [this] { m_updates.checkForUpdates(); }, m_updates.hasFeed()},

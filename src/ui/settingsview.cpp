@@ -4,6 +4,7 @@
 #include "config/catalog.h"
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
+#include "store/notificationrules.h"
 #include "ui/catalogpicker.h"
 #include "ui/theme.h"
 
@@ -13,12 +14,15 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSignalBlocker>
 #include <QTabWidget>
 #include <QTextBlock>
+#include <QTimeEdit>
 #include <QVBoxLayout>
 
 namespace lanternic {
@@ -333,8 +337,70 @@ AdvancedSettingsView::AdvancedSettingsView(AppSettings &settings, QWidget *paren
     });
 }
 
-SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
-                           GeneralSettingsView::UpdateActions updates, QWidget *parent)
+NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWidget *parent)
+    : QWidget(parent), m_rules(rules)
+{
+    auto *form = new QVBoxLayout(this);
+    form->setContentsMargins(20, 16, 20, 16);
+    form->setSpacing(14);
+    auto *group = new QGroupBox(tr("Quiet hours"), this);
+    auto *options = new QVBoxLayout(group);
+    options->setSpacing(6);
+    m_quiet = new QCheckBox(tr("Hold notifications back every night"), group);
+    options->addWidget(m_quiet);
+    auto *span = new QHBoxLayout;
+    m_from = new QTimeEdit(group);
+    m_until = new QTimeEdit(group);
+    auto *fromLabel = new QLabel(tr("From"), group);
+    auto *untilLabel = new QLabel(tr("until"), group);
+    fromLabel->setBuddy(m_from);
+    untilLabel->setBuddy(m_until);
+    m_from->setAccessibleName(tr("Quiet hours start"));
+    m_until->setAccessibleName(tr("Quiet hours end"));
+    for (QTimeEdit *edit : {m_from, m_until})
+        edit->setDisplayFormat(QLocale().timeFormat(QLocale::ShortFormat));
+    span->addWidget(fromLabel);
+    span->addWidget(m_from);
+    span->addWidget(untilLabel);
+    span->addWidget(m_until);
+    span->addStretch(1);
+    options->addLayout(span);
+    const QString explanation =
+        tr("Nothing pops up during these hours. When they end, one notification sums up what "
+           "changed meanwhile and how things stand.");
+    options->addWidget(caption(explanation, Theme::secondaryText(palette()), group));
+    m_quiet->setAccessibleDescription(explanation);
+    form->addWidget(group);
+    form->addStretch(1);
+
+    syncFromRules();
+    connect(m_quiet, &QCheckBox::clicked, this, &NotificationSettingsView::store);
+    for (QTimeEdit *edit : {m_from, m_until})
+        connect(edit, &QTimeEdit::timeChanged, this, &NotificationSettingsView::store);
+    connect(&rules, &NotificationRules::changed, this, &NotificationSettingsView::syncFromRules);
+}
+
+void NotificationSettingsView::syncFromRules()
+{
+    const QuietHours hours = m_rules.quietHours();
+    const QSignalBlocker quiet(m_quiet), from(m_from), until(m_until);
+    m_quiet->setChecked(hours.enabled);
+    m_from->setTime(hours.start);
+    m_until->setTime(hours.end);
+    m_from->setEnabled(hours.enabled);
+    m_until->setEnabled(hours.enabled);
+}
+
+void NotificationSettingsView::store()
+{
+    m_rules.setQuietHours({m_quiet->isChecked(), m_from->time(), m_until->time()});
+    m_from->setEnabled(m_quiet->isChecked());
+    m_until->setEnabled(m_quiet->isChecked());
+}
+
+SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
+                           LoginItemService &loginItem, GeneralSettingsView::UpdateActions updates,
+                           QWidget *parent)
     : QWidget(parent)
 {
     auto *layout = new QVBoxLayout(this);
@@ -347,6 +413,8 @@ SettingsView::SettingsView(AppSettings &settings, LoginItemService &loginItem,
     m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), scroll);
     scroll->setWidget(m_general);
     tabs->addTab(scroll, u"General"_s);
+    m_notifications = new NotificationSettingsView(rules, tabs);
+    tabs->addTab(m_notifications, tr("Notifications"));
     m_advanced = new AdvancedSettingsView(settings, tabs);
     tabs->addTab(m_advanced, u"Advanced"_s);
     // The version, and the notices the catalogue's lists ask to travel with it.

@@ -8,11 +8,13 @@ class QButtonGroup;
 class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
+class QTimeEdit;
 
 namespace lanternic {
 
 class AppSettings;
 class LoginItemService;
+class NotificationRules;
 class SourceKindStore;
 
 // The settings form: the sources, whether operational systems are listed, launch at login,
@@ -76,21 +78,40 @@ private:
     QCheckBox *m_maintenance;
 };
 
-// The settings window's content: the form titled "General" and the "Advanced" page beside it,
-// 640 × 460 where the screen has room, scrolling where it has less.
+// When notifications may pop up: quiet hours, and the pause the panel offers.
+class NotificationSettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit NotificationSettingsView(NotificationRules &rules, QWidget *parent = nullptr);
+
+private:
+    void syncFromRules();
+    void store();
+
+    NotificationRules &m_rules;
+    QCheckBox *m_quiet;
+    QTimeEdit *m_from;
+    QTimeEdit *m_until;
+};
+
+// The settings window's content: the form titled "General", then the "Notifications" and
+// "Advanced" pages, 640 × 460 where the screen has room, scrolling where it has less.
 class SettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    SettingsView(AppSettings &settings, LoginItemService &loginItem,
+    SettingsView(AppSettings &settings, NotificationRules &rules, LoginItemService &loginItem,
                  GeneralSettingsView::UpdateActions updates, QWidget *parent = nullptr);
 
     GeneralSettingsView *general() const { return m_general; }
+    NotificationSettingsView *notifications() const { return m_notifications; }
     AdvancedSettingsView *advanced() const { return m_advanced; }
     QSize sizeHint() const override { return {640, 460}; }
 
 private:
     GeneralSettingsView *m_general;
+    NotificationSettingsView *m_notifications;
     AdvancedSettingsView *m_advanced;
 };
 

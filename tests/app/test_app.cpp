@@ -22,6 +22,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimeEdit>
 
 using namespace lanternic;
 using namespace Qt::StringLiterals;
@@ -90,7 +91,7 @@ private Q_SLOTS:
         bool automatic = true;
         int checks = 0;
         SettingsView view(
-            fixture.settings, login,
+            fixture.settings, fixture.environment.notificationRules, login,
             {[&] { return automatic; }, [&](bool on) { automatic = on; }, [&] { ++checks; }, true});
         view.show();
         GeneralSettingsView *general = view.general();
@@ -143,7 +144,8 @@ private Q_SLOTS:
     {
         StoreFixture fixture;
         FakeLoginItem login;
-        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, true});
+        SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
+                          {[] { return true; }, [](bool) {}, [] {}, true});
         GeneralSettingsView *general = view.general();
         general->setKinds(&fixture.environment.kinds);
         view.show();
@@ -186,7 +188,7 @@ private Q_SLOTS:
         StoreFixture fixture;
         FakeLoginItem login;
         fixture.settings.setSourcesText(SourceRegistry::defaultText());
-        SettingsView view(fixture.settings, login,
+        SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
                           {[] { return true; }, [](bool) {}, [] {}, false});
         auto *scroll = view.findChild<QScrollArea *>();
         for (const auto &[height, scrolls] : {std::pair{460, false}, std::pair{300, true}}) {
@@ -198,12 +200,35 @@ private Q_SLOTS:
         }
     }
 
+    // Quiet hours: off until switched on, stored as they change, and the times follow.
+    void quietHoursPage()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        NotificationRules &rules = fixture.environment.notificationRules;
+        SettingsView view(fixture.settings, rules, login,
+                          {[] { return true; }, [](bool) {}, [] {}, false});
+        auto *page = view.notifications();
+        auto *quiet = page->findChild<QCheckBox *>();
+        const auto edits = page->findChildren<QTimeEdit *>();
+        QVERIFY(!quiet->isChecked() && !edits[0]->isEnabled());
+        quiet->click();
+        edits[1]->setTime(QTime(6, 30));
+        QCOMPARE(rules.quietHours(), (QuietHours{true, QTime(22, 0), QTime(6, 30)}));
+        QVERIFY(edits[0]->isEnabled());
+        QCOMPARE(NotificationRules(fixture.defaults).quietHours(), rules.quietHours());
+        rules.setQuietHours({});
+        QVERIFY(!quiet->isChecked() && !edits[1]->isEnabled());
+        QCOMPARE(edits[1]->time(), QTime(7, 0));
+    }
+
     void loginItem()
     {
         StoreFixture fixture;
         FakeLoginItem login;
         login.enabled = true;
-        SettingsView view(fixture.settings, login, {[] { return true; }, [](bool) {}, [] {}, true});
+        SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
+                          {[] { return true; }, [](bool) {}, [] {}, true});
         view.show();
         QCheckBox *toggle = view.general()->findChildren<QCheckBox *>().at(2);
         // It starts from the service, and a failure is shown until the next change works.
