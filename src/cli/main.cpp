@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QJsonDocument>
+#include <QLocale>
 #include <cstdio>
 
 using namespace lanternic;
@@ -34,6 +35,8 @@ int report(const SourceResult &result, bool pretty)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
+    // Scripts read what it writes: English and C formats, whatever the desktop's language.
+    QLocale::setDefault(QLocale::c());
     const auto parsed = cli::parseArguments(QCoreApplication::arguments());
     if (auto *error = std::get_if<cli::UsageError>(&parsed))
         return usageError(error->message);

@@ -4,6 +4,7 @@
 #include "model/urls.h"
 #include "sources/incidentiosource.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 namespace lanternic {
@@ -11,6 +12,10 @@ namespace lanternic {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(SourceRegistry)
+};
 
 struct KnownService {
     QString key;
@@ -363,30 +368,30 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
             equals < 0 ? QString() : trimmedOfBlanks(line.sliced(equals + 1)).toString();
         reading.label = label;
         if (equals < 0)
-            reading.reason = u"no \u201c=\u201d"_s;
+            reading.reason = Text::tr("no \u201c=\u201d");
         else if (label.isEmpty())
-            reading.reason = u"no label"_s;
+            reading.reason = Text::tr("no label");
         else if (value.isEmpty())
-            reading.reason = u"no address"_s;
+            reading.reason = Text::tr("no address");
         else if (const auto target = Target::classify(value); !target)
-            reading.reason = u"no host"_s;
+            reading.reason = Text::tr("no host");
         else if (auto source = buildSource({label, value}, kinds, ids)) {
             if (std::holds_alternative<Target::Endpoint>(target->value))
-                reading.kind = u"feed"_s;
+                reading.kind = Text::tr("feed");
             else if (std::holds_alternative<Target::Updog>(target->value))
                 reading.kind = u"Updog"_s;
             else if (auto kind = kinds.constFind(source->baseHost.toLower());
                      kind != kinds.constEnd())
                 reading.kind = kindNames.value(*kind);
             else
-                reading.kind = u"to be probed"_s;
+                reading.kind = Text::tr("to be probed");
             const QString url = source->url.toString();
             reading.sameAs = firstByUrl.value(url);
             if (reading.sameAs == 0)
                 firstByUrl.insert(url, number);
             reading.source = std::move(*source);
         } else {
-            reading.reason = u"no host"_s;
+            reading.reason = Text::tr("no host");
         }
         readings.append(std::move(reading));
     }

@@ -1,5 +1,6 @@
 #include "model/sourceresult.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 namespace lanternic {
@@ -56,8 +57,10 @@ std::pair<Health, QString> SourceResult::summarize(const QList<ComponentStatus> 
 QString SourceResult::affectedDetail(const ComponentStatus &first, qsizetype count, Health health)
 {
     if (count == 1)
-        return first.name + QStringLiteral(" \u2014 ") + label(health).toLower();
-    return QString::number(count) + QStringLiteral(" components affected");
+        return QCoreApplication::translate("SourceResult", "%1 \u2014 %2")
+            .arg(first.name, stateWord(health));
+    return QCoreApplication::translate("SourceResult", "%n components affected", nullptr,
+                                       int(count));
 }
 
 } // namespace lanternic

@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QLocale>
 #include <QSettings>
 #include <QSocketNotifier>
 #include <csignal>
@@ -57,6 +58,8 @@ int main(int argc, char **argv)
 {
     preferLeanEventDispatcher();
     QCoreApplication app(argc, argv);
+    // Scripts read what it writes: English and C formats, whatever the desktop's language.
+    QLocale::setDefault(QLocale::c());
     QCoreApplication::setApplicationName(u"lanternic-serve"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(LANTERNIC_VERSION));
 

@@ -5,6 +5,7 @@
 #include "sources/jsonsource.h"
 #include "sources/newsreader.h"
 
+#include <QCoreApplication>
 #include <QHash>
 
 namespace lanternic::IncidentIOSource {
@@ -234,15 +235,16 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     const QUrl page = result.url.value_or(source.homeURL);
     result.incidents = NewsReader::incidentioIncidents(summaryObject, page);
     result.maintenances = NewsReader::incidentioMaintenances(summaryObject, page);
-    std::tie(result.health, result.detail) =
-        SourceResult::summarize(result.components, u"All Systems Operational"_s);
+    std::tie(result.health, result.detail) = SourceResult::summarize(
+        result.components, QCoreApplication::translate("Sources", "All Systems Operational"));
 
     for (const Incident &incident : incidents) {
         if (!incident.affectedComponents.value_or(QList<AffectedRef>()).isEmpty())
             continue;
         if (result.health == Health::operational || result.health == Health::unknown) {
             result.health = Health::degraded;
-            result.detail = incident.name.value_or(u"Active incident"_s);
+            result.detail =
+                incident.name.value_or(QCoreApplication::translate("Sources", "Active incident"));
         }
         break;
     }

@@ -9,6 +9,7 @@
 #include "sources/statuspagesource.h"
 #include "sources/updogsource.h"
 
+#include <QCoreApplication>
 #include <array>
 
 namespace lanternic {
@@ -17,8 +18,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString unrecognizedFormat = u"Unrecognized status format"_s;
-const QString notFound = u"Bad server response (HTTP 404)"_s;
+// Made when asked, so that they are in the language of the translator installed then.
+QString unrecognizedFormat()
+{
+    return QCoreApplication::translate("Sources", "Unrecognized status format");
+}
+
+QString badResponse(int status)
+{
+    return QCoreApplication::translate("Sources", "Bad server response (HTTP %1)").arg(status);
+}
+
+QString unreachable()
+{
+    return QCoreApplication::translate("Sources", "Could not reach status page");
+}
 
 // Every reader has this shape: nothing when the document is not in its format.
 using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
@@ -38,11 +52,10 @@ void JSONSource::check(network::Session &session, QObject *context, CheckComplet
         [source = *this, done = std::move(done),
          clock = std::move(clock)](network::Response response) {
             if (response.transferFailure) {
-                done(source.failure(u"Could not reach status page"_s, *response.transferFailure));
+                done(source.failure(unreachable(), *response.transferFailure));
             } else if (response.httpStatus &&
                        (*response.httpStatus < 200 || *response.httpStatus > 299)) {
-                done(source.failure(u"Could not reach status page"_s,
-                                    u"Bad server response (HTTP %1)"_s.arg(*response.httpStatus)));
+                done(source.failure(unreachable(), badResponse(*response.httpStatus)));
             } else {
                 done(source.read(response.body, clock ? clock() : QDateTime::currentDateTimeUtc()));
             }
@@ -70,13 +83,16 @@ SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) cons
             return std::move(*result);
     }
     return failure(
-        unrecognizedFormat,
-        u"Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"_s);
+        unrecognizedFormat(),
+        QCoreApplication::translate(
+            "Sources",
+            "Response was not lanternic.v1, incident.io, Updog, nor a Statuspage summary"));
 }
 
 bool JSONSource::pageMoved(const SourceResult &result)
 {
-    return result.error && (result.detail == unrecognizedFormat || *result.error == notFound);
+    return result.error &&
+           (result.detail == unrecognizedFormat() || *result.error == badResponse(404));
 }
 
 SourceResult JSONSource::failure(const QString &detail, const QString &error) const

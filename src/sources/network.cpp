@@ -1,5 +1,6 @@
 #include "sources/network.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
@@ -185,10 +186,11 @@ AddressScope scopeOf(const QHostAddress &address)
 std::optional<QString> connectionRefusal(AddressScope to, std::optional<AddressScope> from)
 {
     if (to == AddressScope::linkLocal)
-        return u"Link-local address refused"_s;
+        return QCoreApplication::translate("Network", "Link-local address refused");
     if (from == AddressScope::publicUse &&
         (to == AddressScope::loopback || to == AddressScope::privateUse))
-        return u"Redirect from a public to a private address refused"_s;
+        return QCoreApplication::translate("Network",
+                                           "Redirect from a public to a private address refused");
     return std::nullopt;
 }
 
@@ -401,11 +403,13 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
         const QUrl next = transfer->url.resolved(QUrl::fromEncoded(location->value));
         const QString scheme = next.scheme();
         if (scheme != "http"_L1 && scheme != "https"_L1) {
-            response.transferFailure = u"Redirect to another kind of address refused"_s;
+            response.transferFailure = QCoreApplication::translate(
+                "Network", "Redirect to another kind of address refused");
         } else if (transfer->url.scheme() == "https"_L1 && scheme == "http"_L1) {
-            response.transferFailure = u"Redirect from https to http refused"_s;
+            response.transferFailure =
+                QCoreApplication::translate("Network", "Redirect from https to http refused");
         } else if (timing.redirects == maximumRedirects) {
-            response.transferFailure = u"Too many redirects"_s;
+            response.transferFailure = QCoreApplication::translate("Network", "Too many redirects");
         } else {
             ++timing.redirects;
             char *ip = nullptr;
@@ -421,16 +425,18 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
     } else if (transfer->refusal) {
         response.transferFailure = *transfer->refusal;
     } else if (transfer->tooLarge || code == CURLE_FILESIZE_EXCEEDED) {
-        response.transferFailure = u"The response is larger than 16 MiB"_s;
-    } else if (transfer->unanswered) {
         response.transferFailure =
-            u"No answer within %1 s"_s.arg(seconds(options.firstByteTimeout));
+            QCoreApplication::translate("Network", "The response is larger than 16 MiB");
+    } else if (transfer->unanswered) {
+        response.transferFailure = QCoreApplication::translate("Network", "No answer within %1 s")
+                                       .arg(seconds(options.firstByteTimeout));
     } else if (code == CURLE_OPERATION_TIMEDOUT && timing.connect.count() == 0 &&
                transfer->started.elapsed() < transfer->limit.count()) {
         response.transferFailure =
-            u"No connection within %1 s"_s.arg(seconds(options.connectTimeout));
+            QCoreApplication::translate("Network", "No connection within %1 s")
+                .arg(seconds(options.connectTimeout));
     } else if (code == CURLE_OPERATION_TIMEDOUT) {
-        response.transferFailure = u"The request timed out"_s;
+        response.transferFailure = QCoreApplication::translate("Network", "The request timed out");
     } else if (code != CURLE_OK) {
         response.transferFailure = QString::fromUtf8(
             transfer->error[0] != '\0' ? transfer->error : curl_easy_strerror(code));

@@ -4,6 +4,7 @@
 #include "sources/jsonsource.h"
 #include "sources/newsreader.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -31,8 +32,8 @@ SourceResult settle(SourceResult result, Health pageHealth)
     result.incidents = result.incidents.mid(0, NewsReader::maximumEntries);
     result.maintenances = result.maintenances.mid(0, NewsReader::maximumEntries);
     if (!result.components.isEmpty()) {
-        std::tie(result.health, result.detail) =
-            SourceResult::summarize(result.components, u"All Systems Operational"_s);
+        std::tie(result.health, result.detail) = SourceResult::summarize(
+            result.components, QCoreApplication::translate("Sources", "All Systems Operational"));
     } else {
         result.health = pageHealth;
         result.detail =

@@ -65,7 +65,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
         result.detail = feed->detail.value_or(label(result.health));
     } else {
         std::tie(result.health, result.detail) =
-            SourceResult::summarize(result.components, u"Operational"_s);
+            SourceResult::summarize(result.components, label(Health::operational));
         if (feed->detail)
             result.detail = *feed->detail;
     }

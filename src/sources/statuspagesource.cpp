@@ -5,6 +5,7 @@
 #include "sources/jsonsource.h"
 #include "sources/newsreader.h"
 
+#include <QCoreApplication>
 #include <QHash>
 
 namespace lanternic::StatuspageSource {
@@ -99,8 +100,8 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
         result.health = indicatorHealth(summary.status.indicator);
         result.detail = summary.status.description.value_or(summary.status.indicator);
     } else {
-        std::tie(result.health, result.detail) =
-            SourceResult::summarize(result.components, u"All Systems Operational"_s);
+        std::tie(result.health, result.detail) = SourceResult::summarize(
+            result.components, QCoreApplication::translate("Sources", "All Systems Operational"));
     }
     result.checkedAt = QDateTime::currentDateTimeUtc();
     return result;

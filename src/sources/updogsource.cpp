@@ -3,13 +3,18 @@
 #include "sources/jsondecoder.h"
 #include "sources/jsonsource.h"
 
+#include <QCoreApplication>
+
 namespace lanternic::UpdogSource {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString noOutages = u"No outages detected"_s;
+QString noOutages()
+{
+    return QCoreApplication::translate("Sources", "No outages detected");
+}
 
 std::optional<QList<Provider>> decodeProviders(const QJsonDocument &document)
 {
@@ -127,19 +132,22 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
             result.components.append(componentOf(id, entry));
         SourceResult::keepFirstOfEachId(result.components);
         std::tie(result.health, result.detail) =
-            SourceResult::summarize(result.components, noOutages);
+            SourceResult::summarize(result.components, noOutages());
     } else if (matches.isEmpty()) {
         result.health = Health::unknown;
-        result.detail = u"Not monitored by Updog"_s;
+        result.detail = QCoreApplication::translate("Sources", "Not monitored by Updog");
         result.error =
             "Updog does not monitor "_L1 + *provider + (service ? u'/' + *service : QString());
     } else if (matches.first().hasOngoingOutage()) {
         const auto region = matches.first().ongoingRegion();
         result.health = Health::degraded;
-        result.detail = u"Outage detected"_s + (region ? u" \u2014 "_s + *region : QString());
+        result.detail =
+            (region
+                 ? QCoreApplication::translate("Sources", "Outage detected \u2014 %1").arg(*region)
+                 : QCoreApplication::translate("Sources", "Outage detected"));
     } else {
         result.health = Health::operational;
-        result.detail = noOutages;
+        result.detail = noOutages();
     }
     return result;
 }

@@ -1,6 +1,7 @@
 #include "store/displaysummary.h"
 
 #include <QCollator>
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace lanternic::DisplaySummary {
@@ -8,6 +9,10 @@ namespace lanternic::DisplaySummary {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(DisplaySummary)
+};
 
 QList<ComponentStatus> unsilencedAffected(const SourceResult &result, const SilenceStore &silence,
                                           const QDateTime &now)
@@ -67,7 +72,7 @@ QList<DisplayProvider> providers(const QList<SourceResult> &results, const Silen
         else if (!unsilenced.isEmpty())
             detail = SourceResult::affectedDetail(unsilenced.first(), unsilenced.size(), health);
         else
-            detail = health == Health::operational ? u"Operational"_s : result.detail;
+            detail = health == Health::operational ? label(Health::operational) : result.detail;
         rows.append({result, health, detail});
     }
     sortByLocalizedName(rows, [](const DisplayProvider &row) { return row.result.name; });
@@ -87,15 +92,18 @@ Health overallHealth(const QList<SourceResult> &results, const QList<DisplayProv
 QString summaryText(const QList<SourceResult> &results, const QList<DisplayProvider> &rows)
 {
     if (results.isEmpty())
-        return u"No sources configured"_s;
+        return Text::tr("No sources configured");
     QStringList parts;
-    for (Health health : {Health::down, Health::degraded, Health::unknown}) {
+    for (const auto &[health, text] :
+         {std::pair{Health::down, QT_TRANSLATE_NOOP("DisplaySummary", "%n down")},
+          std::pair{Health::degraded, QT_TRANSLATE_NOOP("DisplaySummary", "%n degraded")},
+          std::pair{Health::unknown, QT_TRANSLATE_NOOP("DisplaySummary", "%n unknown")}}) {
         const auto count = std::count_if(rows.begin(), rows.end(),
                                          [&](const auto &row) { return row.health == health; });
         if (count > 0)
-            parts.append(QString::number(count) + u' ' + rawValue(health));
+            parts.append(Text::tr(text, nullptr, int(count)));
     }
-    return parts.isEmpty() ? u"All systems operational"_s : parts.join(u", "_s);
+    return parts.isEmpty() ? Text::tr("All systems operational") : parts.join(Text::tr(", "));
 }
 
 int issueCount(const QList<DisplayProvider> &rows, Health health, const SilenceStore &silence,
@@ -124,7 +132,8 @@ QList<SilencedItem> silencedItems(const QList<SourceResult> &results, const Sile
         }
         for (const ComponentStatus &component : result.components) {
             if (silence.isSilenced(component.id, now)) {
-                items.append({component.id, result.name + u" \u00b7 "_s + component.name,
+                items.append({component.id,
+                              Text::tr("%1 \u00b7 %2").arg(result.name, component.name),
                               silence.entries().value(component.id)});
             }
         }

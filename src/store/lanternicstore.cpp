@@ -7,6 +7,7 @@
 #include "sources/sourcekindstore.h"
 #include "store/silencestore.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
@@ -205,7 +206,7 @@ SourceResult LanternicStore::placeholder(const JSONSource &source, const QDateTi
     result.id = source.id;
     result.name = source.name;
     result.health = Health::unknown;
-    result.detail = u"Checking\u2026"_s;
+    result.detail = tr("Checking\u2026");
     result.url = source.homeURL;
     result.checkedAt = now;
     return result;

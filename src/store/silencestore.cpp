@@ -3,6 +3,7 @@
 #include "model/settingskeys.h"
 #include "store/storedjson.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
@@ -12,23 +13,31 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(SilenceStore)
+};
+
+} // namespace
+
 QString label(SilenceDuration duration)
 {
     switch (duration) {
     case SilenceDuration::twoHours:
-        return u"For 2 hours"_s;
+        return Text::tr("For 2 hours");
     case SilenceDuration::oneDay:
-        return u"For 1 day"_s;
+        return Text::tr("For 1 day");
     case SilenceDuration::twoDays:
-        return u"For 2 days"_s;
+        return Text::tr("For 2 days");
     case SilenceDuration::oneWeek:
-        return u"For 1 week"_s;
+        return Text::tr("For 1 week");
     case SilenceDuration::untilResolved:
-        return u"Until resolved"_s;
+        return Text::tr("Until resolved");
     case SilenceDuration::forever:
         break;
     }
-    return u"Forever"_s;
+    return Text::tr("Forever");
 }
 
 SilenceUntil expiry(SilenceDuration duration, const QDateTime &now)

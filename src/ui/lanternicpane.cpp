@@ -5,6 +5,7 @@
 #include "store/appenvironment.h"
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
+#include "ui/accessibility.h"
 #include "ui/panecontrols.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
@@ -108,6 +109,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
       m_silence(environment.silence), m_rules(environment.notificationRules),
       m_actions(std::move(actions)), m_updateTimer(new QTimer(this)), m_ticker(new QTimer(this))
 {
+    installAccessibility();
     setAccessibleName(u"Lanternic"_s);
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
@@ -126,7 +128,8 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_column->setSpacing(0);
     m_column->addWidget(buildHeader());
     m_column->addWidget(divider());
-    m_rows = new QWidget(m_content);
+    m_rows = new RowListView(m_content);
+    m_rows->setAccessibleName(tr("Sources"));
     m_rowsLayout = new QVBoxLayout(m_rows);
     m_rowsLayout->setContentsMargins(0, 0, 0, 0);
     m_rowsLayout->setSpacing(0);

@@ -97,7 +97,7 @@ private:
     QStackedWidget *m_refreshControl = nullptr;
     RefreshButton *m_refreshButton = nullptr;
     QShortcut *m_refreshShortcut = nullptr;
-    QWidget *m_rows = nullptr;
+    RowListView *m_rows = nullptr;
     QVBoxLayout *m_rowsLayout = nullptr;
     QLabel *m_nothing = nullptr;
     QHash<QString, StatusRowView *> m_rowViews;

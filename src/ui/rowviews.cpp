@@ -658,17 +658,14 @@ void StatusRowView::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_provider.result.url)
-            m_actions.openUrl(*m_provider.result.url);
+        openPage();
         return;
     case Qt::Key_Menu:
-        m_menuButton->setVisible(true);
-        m_menuButton->showMenu();
+        openMenu();
         return;
     case Qt::Key_F10:
         if (shift) {
-            m_menuButton->setVisible(true);
-            m_menuButton->showMenu();
+            openMenu();
             return;
         }
         break;
@@ -714,9 +711,20 @@ void StatusRowView::leaveEvent(QEvent *)
 
 void StatusRowView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()) &&
-        m_provider.result.url)
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        openPage();
+}
+
+void StatusRowView::openPage()
+{
+    if (m_provider.result.url)
         m_actions.openUrl(*m_provider.result.url);
+}
+
+void StatusRowView::openMenu()
+{
+    m_menuButton->setVisible(true);
+    m_menuButton->showMenu();
 }
 
 void StatusRowView::paintEvent(QPaintEvent *)

@@ -106,6 +106,14 @@ private:
     qsizetype m_focused = -1;
 };
 
+// The rows' container: assistive technology sees it as the list of rows.
+class RowListView : public QWidget {
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+};
+
 // One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to
 // silence the source or one of its components and to say what to be notified of. A click opens its
 // status page. A source with open incidents or maintenance has a marker that expands the row to
@@ -138,6 +146,9 @@ public:
     QToolButton *newsButton() const { return m_newsButton; }
     bool isExpanded() const;
     void setExpanded(bool expanded);
+    // What Enter and the Menu key do.
+    void openPage();
+    void openMenu();
 
 protected:
     void enterEvent(QEnterEvent *event) override;

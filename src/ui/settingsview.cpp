@@ -5,6 +5,7 @@
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "store/notificationrules.h"
+#include "ui/accessibility.h"
 #include "ui/catalogpicker.h"
 #include "ui/theme.h"
 
@@ -178,21 +179,29 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     options->addLayout(updateRow);
 
     auto *intervalRow = new QHBoxLayout;
-    intervalRow->addWidget(new QLabel(u"Refresh interval"_s, optionsGroup));
+    auto *intervalLabel = new QLabel(tr("Refresh interval"), optionsGroup);
+    intervalRow->addWidget(intervalLabel);
     intervalRow->addStretch(1);
     m_interval = new QButtonGroup(this);
     // Not exclusive: a stored interval other than 1, 2 or 5 selects no segment.
     m_interval->setExclusive(false);
-    auto *segments = new QHBoxLayout;
+    // A group of radio buttons to assistive technology, named by its label.
+    auto *segmentGroup = new QGroupBox(optionsGroup);
+    segmentGroup->setFlat(true);
+    segmentGroup->setStyleSheet(u"QGroupBox { border: none; margin: 0; padding: 0; }"_s);
+    segmentGroup->setAccessibleName(intervalLabel->text());
+    auto *segments = new QHBoxLayout(segmentGroup);
+    segments->setContentsMargins(0, 0, 0, 0);
     segments->setSpacing(0);
     for (int minutes : {1, 2, 5}) {
-        auto *segment = new QPushButton(u"%1m"_s.arg(minutes), optionsGroup);
+        auto *segment = new SegmentButton(tr("%1m").arg(minutes), segmentGroup);
+        segment->setAccessibleName(tr("%n minute(s)", nullptr, minutes));
         segment->setCheckable(true);
         segment->setMinimumWidth(48);
         m_interval->addButton(segment, minutes);
         segments->addWidget(segment);
     }
-    intervalRow->addLayout(segments);
+    intervalRow->addWidget(segmentGroup);
     options->addLayout(intervalRow);
     form->addWidget(optionsGroup);
     form->addStretch(1);
@@ -403,6 +412,7 @@ SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
                            QWidget *parent)
     : QWidget(parent)
 {
+    installAccessibility();
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     auto *tabs = new QTabWidget(this);

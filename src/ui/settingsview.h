@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPushButton>
 #include <QWidget>
 #include <functional>
 #include <optional>
@@ -16,6 +17,14 @@ class AppSettings;
 class LoginItemService;
 class NotificationRules;
 class SourceKindStore;
+
+// One segment of the interval's segmented control; a radio button to assistive technology.
+class SegmentButton : public QPushButton {
+    Q_OBJECT
+
+public:
+    using QPushButton::QPushButton;
+};
 
 // The settings form: the sources, whether operational systems are listed, launch at login,
 // automatic update checks and the refresh interval. Every change takes effect at once.

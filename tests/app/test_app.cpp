@@ -10,6 +10,7 @@
 #include "ui/catalogpicker.h"
 #include "ui/settingsview.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -118,6 +119,13 @@ private Q_SLOTS:
         group->button(5)->click();
         QCOMPARE(fixture.settings.refreshIntervalMinutes(), 5);
         QVERIFY(!group->button(2)->isChecked());
+        // To assistive technology, radio buttons in a group named like its label.
+        QAccessibleInterface *five = QAccessible::queryAccessibleInterface(group->button(5));
+        QCOMPARE(five->role(), QAccessible::RadioButton);
+        QVERIFY(five->state().checked);
+        QCOMPARE(five->text(QAccessible::Name), u"5 minutes"_s);
+        QCOMPARE(five->parent()->role(), QAccessible::Grouping);
+        QCOMPARE(five->parent()->text(QAccessible::Name), u"Refresh interval"_s);
 
         // Show operational, notifications, (launch at login,) automatic updates.
         const auto boxes = general->findChildren<QCheckBox *>();

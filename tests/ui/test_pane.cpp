@@ -7,6 +7,7 @@
 #include "ui/theme.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
@@ -440,6 +441,28 @@ private Q_SLOTS:
             QCOMPARE(row->findChild<HistorySparkline *>()->accessibleName(),
                      u"History: 1 "_s + label(row->provider().health).toLower());
         }
+
+        // A list of the rows shown, each an item whose default action opens its page.
+        QAccessibleInterface *list =
+            QAccessible::queryAccessibleInterface(view.pane.findChild<RowListView *>());
+        QCOMPARE(list->role(), QAccessible::List);
+        QCOMPARE(list->childCount(), rows.size());
+        QAccessibleInterface *third = list->child(2);
+        QCOMPARE(third->role(), QAccessible::ListItem);
+        QCOMPARE(third->text(QAccessible::Name), rows.at(2)->accessibleName());
+        QCOMPARE(list->indexOfChild(third), 2);
+        QCOMPARE(third->parent()->object(), list->object());
+        QVERIFY(third->state().focusable);
+        QAccessibleActionInterface *actions = third->actionInterface();
+        QCOMPARE(actions->actionNames().first(), QAccessibleActionInterface::pressAction());
+        QCOMPARE(actions->localizedActionDescription(QAccessibleActionInterface::pressAction()),
+                 u"Open status page"_s);
+        actions->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(view.opened.last(), *rows.at(2)->provider().result.url);
+        const auto frames = view.pane.findChildren<QFrame *>();
+        QVERIFY(std::any_of(frames.begin(), frames.end(), [](QFrame *frame) {
+            return QAccessible::queryAccessibleInterface(frame)->role() == QAccessible::Separator;
+        }));
     }
 
     void rowsOpenOnlyTheirPage()
