@@ -9,14 +9,16 @@ set -euo pipefail
 # Wayland and GTK plugins run the end-to-end desktop tests and screenshots; lintian,
 # desktop-file-utils, appstream, man-db and bash-completion check the package; Prometheus (and
 # python3 to serve it feeds) scrapes lanternic-serve, ab loads it in the watcher's benchmark, and
-# the shell scripts are checked with shellcheck.
+# the shell scripts are checked with shellcheck; Qt's Linguist tools compile and check the
+# translations (and Qt's own translations come with them); AT-SPI and its Python bindings read
+# the app's accessible tree in the screen-reader test.
 packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev
     zlib1g-dev iproute2 libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
     scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl
     xvfb trayer xcompmgr xdotool x11-utils dbus python3-xlib python3-dbus python3-gi
     weston qt6-wayland qt6-gtk-platformtheme
     lintian desktop-file-utils appstream man-db bash-completion prometheus python3 apache2-utils
-    shellcheck)
+    shellcheck qt6-tools-dev qt6-l10n-tools qt6-translations-l10n at-spi2-core python3-pyatspi)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -51,7 +51,7 @@ AppDelegate::AppDelegate(AppEnvironment &environment, UpdateChecker &updates,
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->setTextFormat(Qt::PlainText);
         if (outcome.release && !outcome.release->link.isEmpty()) {
-            QPushButton *download = box->addButton(u"Download"_s, QMessageBox::AcceptRole);
+            QPushButton *download = box->addButton(tr("Download"), QMessageBox::AcceptRole);
             connect(download, &QPushButton::clicked, box,
                     [link = outcome.release->link] { openWebUrl(link); });
         }
@@ -214,7 +214,7 @@ void AppDelegate::openSettings()
     closePanel();
     if (!m_settingsWindow) {
         m_settingsWindow = new EscapeClosingWindow;
-        m_settingsWindow->setWindowTitle(u"Lanternic Settings"_s);
+        m_settingsWindow->setWindowTitle(tr("Lanternic Settings"));
         auto *layout = new QVBoxLayout(m_settingsWindow);
         layout->setContentsMargins(0, 0, 0, 0);
         auto *view = new SettingsView(

@@ -3,8 +3,10 @@
 #include "app/updatechecker.h"
 #include "platform/loginitem.h"
 #include "store/appenvironment.h"
+#include "ui/translations.h"
 
 #include <QApplication>
+#include <QLocale>
 #include <QSettings>
 #include <cstdio>
 #include <string_view>
@@ -54,11 +56,17 @@ int main(int argc, char **argv)
         return noSession("no graphical session (neither DISPLAY nor WAYLAND_DISPLAY is set)");
 
     QApplication app(argc, argv);
+    // Also the display name hosts and screen readers read; set apart, Qt would append it to
+    // every window title ("Lanternic Settings — Lanternic").
     QApplication::setApplicationName(QStringLiteral("Lanternic"));
     QApplication::setOrganizationName(QStringLiteral("Lanternic"));
     QApplication::setApplicationVersion(QStringLiteral(LANTERNIC_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("lanternic"));
+    installTranslations(QLocale::system(),
+                        {QApplication::applicationDirPath() + QStringLiteral("/translations"),
+                         QStringLiteral(LANTERNIC_TRANSLATIONS_DIR)},
+                        &app);
 
     SingleInstance instance(SingleInstance::defaultName());
     if (instance.askRunningInstanceToShow())

@@ -3,6 +3,7 @@
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
+#include <QCoreApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
@@ -170,7 +171,7 @@ QIcon icon(Health overall, int badgeCount, const QPalette &palette)
 
 QString toolTip(const QString &summaryText)
 {
-    return u"Lanternic \u2014 "_s + summaryText;
+    return QCoreApplication::translate("TrayIcon", "Lanternic \u2014 %1").arg(summaryText);
 }
 
 } // namespace lanternic::TrayIcon

@@ -22,15 +22,15 @@ QString UpdateChecker::Outcome::message() const
 {
     switch (kind) {
     case Kind::newerVersion:
-        return u"Lanternic %1 is available."_s.arg(release->version);
+        return UpdateChecker::tr("Lanternic %1 is available.").arg(release->version);
     case Kind::upToDate:
-        return u"You have the newest version of Lanternic."_s;
+        return UpdateChecker::tr("You have the newest version of Lanternic.");
     case Kind::failed:
-        return u"Could not check for updates: %1"_s.arg(error);
+        return UpdateChecker::tr("Could not check for updates: %1").arg(error);
     case Kind::noFeed:
         break;
     }
-    return u"This build of Lanternic gets its updates from your package manager."_s;
+    return UpdateChecker::tr("This build of Lanternic gets its updates from your package manager.");
 }
 
 UpdateChecker::UpdateChecker(QSettings &defaults, network::Session &session, QUrl feed,
@@ -94,12 +94,12 @@ void UpdateChecker::check(bool requested)
         }
         if (response.httpStatus && (*response.httpStatus < 200 || *response.httpStatus > 299)) {
             report(Outcome::Kind::failed, std::nullopt,
-                   u"the update feed answered with HTTP status %1"_s.arg(*response.httpStatus));
+                   tr("the update feed answered with HTTP status %1").arg(*response.httpStatus));
             return;
         }
         const auto newest = Appcast::newestRelease(response.body);
         if (!newest)
-            report(Outcome::Kind::failed, std::nullopt, u"the update feed lists no release"_s);
+            report(Outcome::Kind::failed, std::nullopt, tr("the update feed lists no release"));
         else if (Appcast::compareVersions(newest->version, m_currentVersion) > 0)
             report(Outcome::Kind::newerVersion, newest);
         else

@@ -1,5 +1,7 @@
 #include "platform/loginitem.h"
 
+#include <QCoreApplication>
+
 namespace lanternic {
 
 namespace {
@@ -10,7 +12,8 @@ public:
     Status status() const override { return Status::notFound; }
     std::optional<QString> registerItem() override
     {
-        return QStringLiteral("Launch at login is not supported on this system yet.");
+        return QCoreApplication::translate("LoginItem",
+                                           "Launch at login is not supported on this system yet.");
     }
     std::optional<QString> unregisterItem() override { return std::nullopt; }
 };

@@ -157,8 +157,8 @@ private:
     {
         QStringList actions{QStringLiteral("default"), QStringLiteral("Open panel")};
         if (message.offerActions && m_capabilities->contains(QStringLiteral("actions")))
-            actions += {openPageKey, QStringLiteral("Open status page"), silenceKey,
-                        QStringLiteral("Silence for 1 hour")};
+            actions += {openPageKey, Notifier::tr("Open status page"), silenceKey,
+                        Notifier::tr("Silence for 1 hour")};
         QVariantMap hints{{QStringLiteral("urgency"), QVariant::fromValue(uchar(message.urgency))},
                           {QStringLiteral("desktop-entry"), QStringLiteral("lanternic")}};
         if (const auto icon = iconHint())

@@ -1,5 +1,6 @@
 #include "platform/xdgautostart.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -40,11 +41,13 @@ std::optional<QString> XdgAutostart::registerItem()
 {
     const QString folder = QFileInfo(m_entryPath).absolutePath();
     if (!QDir().mkpath(folder))
-        return u"Could not create the folder %1."_s.arg(folder);
+        return QCoreApplication::translate("LoginItem", "Could not create the folder %1.")
+            .arg(folder);
     // Written whole or not at all, so a half-written entry never starts anything.
     QSaveFile entry(m_entryPath);
     if (!entry.open(QIODevice::WriteOnly))
-        return u"Could not write %1: %2"_s.arg(m_entryPath, entry.errorString());
+        return QCoreApplication::translate("LoginItem", "Could not write %1: %2")
+            .arg(m_entryPath, entry.errorString());
     QString executable = m_executable;
     executable.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
     entry.write(u"[Desktop Entry]\n"
@@ -57,7 +60,8 @@ std::optional<QString> XdgAutostart::registerItem()
                 "X-GNOME-Autostart-enabled=true\n"_s.arg(executable)
                     .toUtf8());
     if (!entry.commit())
-        return u"Could not write %1: %2"_s.arg(m_entryPath, entry.errorString());
+        return QCoreApplication::translate("LoginItem", "Could not write %1: %2")
+            .arg(m_entryPath, entry.errorString());
     return std::nullopt;
 }
 
@@ -65,7 +69,8 @@ std::optional<QString> XdgAutostart::unregisterItem()
 {
     QFile entry(m_entryPath);
     if (entry.exists() && !entry.remove())
-        return u"Could not remove %1: %2"_s.arg(m_entryPath, entry.errorString());
+        return QCoreApplication::translate("LoginItem", "Could not remove %1: %2")
+            .arg(m_entryPath, entry.errorString());
     return std::nullopt;
 }
 

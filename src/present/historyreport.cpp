@@ -3,6 +3,7 @@
 #include "model/feedtext.h"
 #include "present/resultjson.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,6 +13,14 @@
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(HistoryReport)
+};
+
+} // namespace
 
 QString uptimeText(const std::optional<double> &share)
 {
@@ -26,27 +35,27 @@ QString durationText(qint64 seconds)
 {
     const qint64 minutes = seconds / 60;
     if (minutes < 60)
-        return u"%1 min"_s.arg(minutes);
+        return Text::tr("%1 min").arg(minutes);
     if (minutes < 24 * 60)
-        return minutes % 60 == 0 ? u"%1 h"_s.arg(minutes / 60)
-                                 : u"%1 h %2 min"_s.arg(minutes / 60).arg(minutes % 60);
-    return u"%1 d %2 h"_s.arg(minutes / (24 * 60)).arg(minutes % (24 * 60) / 60);
+        return minutes % 60 == 0 ? Text::tr("%1 h").arg(minutes / 60)
+                                 : Text::tr("%1 h %2 min").arg(minutes / 60).arg(minutes % 60);
+    return Text::tr("%1 d %2 h").arg(minutes / (24 * 60)).arg(minutes % (24 * 60) / 60);
 }
 
 QString troubleWindowText(const Trouble &trouble, const QDateTime &now)
 {
     const auto day = [&now](const QDateTime &time) {
         const qint64 days = now.toLocalTime().date().daysTo(time.toLocalTime().date());
-        return days == 0    ? u"Today"_s
-               : days == -1 ? u"Yesterday"_s
-                            : QLocale::c().toString(time.toLocalTime().date(), u"ddd"_s);
+        return days == 0    ? Text::tr("Today")
+               : days == -1 ? Text::tr("Yesterday")
+                            : QLocale().toString(time.toLocalTime().date(), u"ddd"_s);
     };
     const auto clock = [](const QDateTime &time) {
         return time.toLocalTime().time().toString(u"HH:mm"_s);
     };
     QString text = day(trouble.start) + u' ' + clock(trouble.start);
     if (!trouble.end)
-        return text + u" \u2013 ongoing"_s;
+        return Text::tr("%1 \u2013 ongoing").arg(text);
     if (trouble.start.toLocalTime().date() == trouble.end->toLocalTime().date())
         return text + u'\u2013' + clock(*trouble.end);
     return text + u" \u2013 "_s + day(*trouble.end) + u' ' + clock(*trouble.end);

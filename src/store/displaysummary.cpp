@@ -95,9 +95,9 @@ QString summaryText(const QList<SourceResult> &results, const QList<DisplayProvi
         return Text::tr("No sources configured");
     QStringList parts;
     for (const auto &[health, text] :
-         {std::pair{Health::down, QT_TRANSLATE_NOOP("DisplaySummary", "%n down")},
-          std::pair{Health::degraded, QT_TRANSLATE_NOOP("DisplaySummary", "%n degraded")},
-          std::pair{Health::unknown, QT_TRANSLATE_NOOP("DisplaySummary", "%n unknown")}}) {
+         {std::pair{Health::down, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n down")},
+          std::pair{Health::degraded, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n degraded")},
+          std::pair{Health::unknown, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n unknown")}}) {
         const auto count = std::count_if(rows.begin(), rows.end(),
                                          [&](const auto &row) { return row.health == health; });
         if (count > 0)

@@ -19,18 +19,18 @@ CatalogPicker::CatalogPicker(const Catalog &catalog, QSet<QString> hostsInUse,
     : QDialog(parent), m_catalog(catalog), m_inUse(std::move(hostsInUse)),
       m_onChoose(std::move(onChoose))
 {
-    setWindowTitle(u"Add Service"_s);
+    setWindowTitle(tr("Add Service"));
     auto *layout = new QVBoxLayout(this);
     m_search = new QLineEdit(this);
-    m_search->setPlaceholderText(u"Search %1 public status pages"_s.arg(catalog.entries().size()));
-    m_search->setAccessibleName(u"Search services"_s);
+    m_search->setPlaceholderText(tr("Search %1 public status pages").arg(catalog.entries().size()));
+    m_search->setAccessibleName(tr("Search services"));
     m_search->setClearButtonEnabled(true);
     layout->addWidget(m_search);
     m_list = new QListWidget(this);
-    m_list->setAccessibleName(u"Services"_s);
+    m_list->setAccessibleName(tr("Services"));
     m_list->setUniformItemSizes(true);
     layout->addWidget(m_list, 1);
-    auto *hint = new QLabel(u"\u2191 \u2193 to choose, Enter to add, Esc to close"_s, this);
+    auto *hint = new QLabel(tr("\u2191 \u2193 to choose, Enter to add, Esc to close"), this);
     hint->setTextFormat(Qt::PlainText);
     hint->setFont(Theme::font(11));
     layout->addWidget(hint);
@@ -66,10 +66,10 @@ void CatalogPicker::refresh()
         const QString host = QUrl(entry.url).host();
         const bool added = m_inUse.contains(host.toLower());
         auto *item = new QListWidgetItem(entry.name + u"  \u2014  "_s + host +
-                                             (added ? u"  \u2713 added"_s : QString()),
+                                             (added ? tr("  \u2713 added") : QString()),
                                          m_list);
         item->setData(Qt::AccessibleTextRole,
-                      added ? entry.name + u", already among your sources"_s : entry.name);
+                      added ? tr("%1, already among your sources").arg(entry.name) : entry.name);
     }
     m_list->setCurrentRow(m_shown.isEmpty() ? -1 : 0);
 }

@@ -54,7 +54,7 @@ public:
     SilencedHeader(int count, bool expanded, QWidget *parent)
         : QAbstractButton(parent), m_count(count), m_expanded(expanded)
     {
-        setAccessibleName(u"SILENCED %1"_s.arg(count));
+        setAccessibleName(LanternicPane::tr("SILENCED %1").arg(count));
         setContentsMargins(12, 8, 12, expanded ? 2 : 8);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     }
@@ -83,7 +83,7 @@ protected:
         caption.setLetterSpacing(QFont::AbsoluteSpacing, 0.5);
         painter.setFont(caption);
         painter.setPen(tertiary);
-        const QString title = u"SILENCED"_s;
+        const QString title = LanternicPane::tr("SILENCED");
         painter.drawText(QRectF(x, area.top(), area.width(), area.height()),
                          Qt::AlignLeft | Qt::AlignVCenter, title);
         x += QFontMetricsF(caption).horizontalAdvance(title) + 6;
@@ -134,7 +134,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_rowsLayout->setContentsMargins(0, 0, 0, 0);
     m_rowsLayout->setSpacing(0);
     m_nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), m_rows);
-    m_nothing->setText(u"Nothing to report \u2014 all operational"_s);
+    m_nothing->setText(tr("Nothing to report \u2014 all operational"));
     m_nothing->setContentsMargins(12, 10, 12, 10);
     m_rowsLayout->addWidget(m_nothing);
     m_column->addWidget(m_rows);
@@ -213,7 +213,7 @@ void LanternicPane::buildScrollBar()
     // while the pointer is over the pane.
     QScrollBar *area = m_scroll->verticalScrollBar();
     m_scrollBar = new QScrollBar(Qt::Vertical, this);
-    m_scrollBar->setAccessibleName(u"Scroll"_s);
+    m_scrollBar->setAccessibleName(tr("Scroll"));
     m_scrollBar->hide();
     connect(area, &QScrollBar::rangeChanged, m_scrollBar, [this, area](int min, int max) {
         m_scrollBar->setRange(min, max);
@@ -405,7 +405,7 @@ void LanternicPane::updateHeader()
     m_overallSymbol->setAccessibleName(label(overall));
     m_summary->setText(m_store.summaryText());
     const QString lastCheck = DisplayText::lastCheckText(m_store.lastChecked(), m_store.now());
-    m_lastCheck->setText(m_store.isOffline() ? u"Offline \u00b7 "_s + lastCheck : lastCheck);
+    m_lastCheck->setText(m_store.isOffline() ? tr("Offline \u00b7 %1").arg(lastCheck) : lastCheck);
     m_refreshControl->setCurrentIndex(m_store.isRefreshing() ? 1 : 0);
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }

@@ -45,8 +45,8 @@ RefreshButton::RefreshButton(QWidget *parent) : QAbstractButton(parent)
 {
     setFixedSize(22, 22);
     setAttribute(Qt::WA_Hover);
-    setAccessibleName(u"Refresh"_s);
-    setToolTip(u"Refresh"_s);
+    setAccessibleName(tr("Refresh"));
+    setToolTip(tr("Refresh"));
     setCursor(Qt::PointingHandCursor);
 }
 
@@ -74,7 +74,7 @@ bool RefreshButton::hitButton(const QPoint &pos) const
 Spinner::Spinner(QWidget *parent) : QWidget(parent), m_timer(new QTimer(this))
 {
     setFixedSize(22, 22);
-    setAccessibleName(u"Refreshing"_s);
+    setAccessibleName(tr("Refreshing"));
     m_timer->setInterval(80);
     connect(m_timer, &QTimer::timeout, this, [this] {
         m_step = (m_step + 1) % 12;

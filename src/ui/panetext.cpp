@@ -3,17 +3,26 @@
 #include "model/feedtext.h"
 
 #include <QCollator>
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace lanternic::PaneText {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(PaneText)
+};
+
+} // namespace
+
 QString SilenceMenu::othersText() const
 {
     if (othersCount == 0)
         return QString();
-    return u"\u2026 (and %1 others)"_s.arg(othersCount);
+    return Text::tr("\u2026 (and %n other(s))", nullptr, int(othersCount));
 }
 
 SilenceMenu silenceMenu(const DisplayProvider &row,
@@ -25,14 +34,14 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
     auto target = [&](const ComponentStatus &component) {
         QString status = FeedText::clean(component.status);
         status.replace(u'_', u' ');
-        return SilenceTarget{component.id,
-                             u"Silence "_s + name + u" - "_s + FeedText::clean(component.name) +
-                                 u" ["_s + status + u']',
-                             component.health, FeedText::clean(component.name)};
+        return SilenceTarget{
+            component.id,
+            Text::tr("Silence %1 - %2 [%3]").arg(name, FeedText::clean(component.name), status),
+            component.health, FeedText::clean(component.name)};
     };
 
     SilenceMenu menu;
-    menu.whole = {result.id, u"Silence "_s + name + u" (ALL)"_s, row.health, name};
+    menu.whole = {result.id, Text::tr("Silence %1 (ALL)").arg(name), row.health, name};
     QList<const ComponentStatus *> operational;
     qsizetype unsilenced = 0;
     for (const ComponentStatus &component : result.components) {

@@ -147,7 +147,7 @@ HistorySparkline::HistorySparkline(const QList<HealthTick> &ticks, QWidget *pare
     : QWidget(parent)
 {
     setFixedSize(72, 16);
-    setAccessibleName(u"No history yet"_s);
+    setAccessibleName(tr("No history yet"));
     setTicks(ticks);
 }
 
@@ -162,10 +162,10 @@ void HistorySparkline::setTicks(const QList<HealthTick> &ticks)
     for (Health health : {Health::operational, Health::degraded, Health::down, Health::unknown}) {
         const qsizetype count = bars().count(health);
         if (count > 0)
-            counts.append(u"%1 %2"_s.arg(count).arg(label(health).toLower()));
+            counts.append(tr("%1 %2").arg(count).arg(stateWord(health)));
     }
-    setAccessibleName(counts.isEmpty() ? u"No history yet"_s
-                                       : u"History: "_s + counts.join(u", "_s));
+    setAccessibleName(counts.isEmpty() ? tr("No history yet")
+                                       : tr("History: %1").arg(counts.join(tr(", "))));
     update();
 }
 
@@ -230,16 +230,17 @@ void TimelineBar::setHistory(const QList<HealthChange> &changes, const QDateTime
     for (const Stretch &stretch : std::as_const(m_stretches))
         troubles += stretch.health && *stretch.health != Health::operational &&
                     *stretch.health != Health::unknown;
-    setAccessibleName(u"Last 7 days: %1 operational, %2 stretches of trouble"_s.arg(
-        uptimeText(week), QString::number(troubles)));
+    setAccessibleName(
+        tr("Last 7 days: %1 operational, %n stretch(es) of trouble", nullptr, int(troubles))
+            .arg(uptimeText(week)));
     update();
 }
 
 QString TimelineBar::describe(const Stretch &stretch, const QDateTime &now)
 {
     const Trouble window{stretch.from, stretch.to, Health::unknown, {}};
-    return troubleWindowText(window, now) + u", "_s +
-           (stretch.health ? label(*stretch.health).toLower() : u"not watched"_s);
+    return tr("%1, %2").arg(troubleWindowText(window, now),
+                            stretch.health ? stateWord(*stretch.health) : tr("not watched"));
 }
 
 qreal TimelineBar::xOf(const QDateTime &time) const
@@ -375,8 +376,8 @@ StatusRowView::StatusRowView(Actions actions, QWidget *parent)
         if (m_provider.result.incidents.isEmpty() && m_provider.result.maintenances.isEmpty())
             m_newsButton->setIcon(Symbols::icon(expanded ? u"chevron.down"_s : u"chevron.right"_s,
                                                 Theme::secondaryText(palette())));
-        m_newsButton->setAccessibleName(expanded ? u"Hide what is happening"_s
-                                                 : u"Show what is happening"_s);
+        m_newsButton->setAccessibleName(expanded ? tr("Hide what is happening")
+                                                 : tr("Show what is happening"));
     });
     row->addWidget(m_newsButton);
     m_sparkline = new HistorySparkline({}, this);
@@ -447,17 +448,22 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
     m_name->setText(result.name);
     m_detail->setText(m_provider.detail);
     m_sparkline->setTicks(ticks);
-    m_menuButton->setToolTip(Theme::plainToolTip({u"Silence "_s + result.name}));
-    m_menuButton->setAccessibleName(u"Silence "_s + result.name);
+    m_menuButton->setToolTip(Theme::plainToolTip({tr("Silence %1").arg(result.name)}));
+    m_menuButton->setAccessibleName(tr("Silence %1").arg(FeedText::clean(result.name)));
     // The full name (the row may elide it), then the page or what went wrong.
     setToolTip(Theme::plainToolTip(
         {result.name,
          result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)}));
-    setAccessibleName(result.name + u", "_s + label(m_provider.health) + u", "_s +
-                      m_provider.detail);
-    // Plain text for screen readers, never the tooltip's markup.
-    setAccessibleDescription(FeedText::clean(
-        result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)));
+    setAccessibleName(tr("%1, %2, %3")
+                          .arg(FeedText::clean(result.name), label(m_provider.health),
+                               FeedText::clean(m_provider.detail)));
+    // Plain text for screen readers, never the tooltip's markup: the page, and the last check.
+    const QString where = FeedText::clean(
+        result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded));
+    setAccessibleDescription(
+        result.checkedAt.isValid()
+            ? tr("%1, checked %2").arg(where, DisplayText::agoText(result.checkedAt, now))
+            : where);
     if (first || newsChanged)
         buildNews(now);
     else
@@ -469,13 +475,14 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
 void StatusRowView::buildHistory(const QDateTime &now)
 {
     m_timeline->setHistory(m_past.changes, now, m_past.week);
-    m_uptime->setText(u"Uptime 24 h %1 \u00b7 7 d %2 \u00b7 30 d %3"_s.arg(
-        uptimeText(m_past.day), uptimeText(m_past.week), uptimeText(m_past.month)));
+    m_uptime->setText(
+        tr("Uptime 24 h %1 \u00b7 7 d %2 \u00b7 30 d %3")
+            .arg(uptimeText(m_past.day), uptimeText(m_past.week), uptimeText(m_past.month)));
     QStringList troubles;
     for (const Trouble &trouble : std::as_const(m_past.troubles)) {
-        troubles.append(label(trouble.worst) + u" \u00b7 "_s + troubleWindowText(trouble, now) +
-                        u" ("_s + durationText(trouble.start.secsTo(trouble.end.value_or(now))) +
-                        u')');
+        troubles.append(tr("%1 \u00b7 %2 (%3)")
+                            .arg(label(trouble.worst), troubleWindowText(trouble, now),
+                                 durationText(trouble.start.secsTo(trouble.end.value_or(now)))));
     }
     m_troubles->setText(troubles.join(u'\n'));
     m_troubles->setVisible(!troubles.isEmpty());
@@ -500,14 +507,13 @@ void StatusRowView::buildNews(const QDateTime &now)
     m_newsButton->setIcon(
         Symbols::icon(marker, incidents ? Theme::healthColor(Health::degraded, palette())
                                         : Theme::secondaryText(palette())));
-    const QString what = !hasNews     ? u"History"_s
-                         : !incidents ? u"Maintenance"_s
-                         : result.incidents.size() == 1
-                             ? u"1 open incident"_s
-                             : u"%1 open incidents"_s.arg(result.incidents.size());
+    const QString what = !hasNews ? tr("History")
+                         : !incidents
+                             ? tr("Maintenance")
+                             : tr("%n open incident(s)", nullptr, int(result.incidents.size()));
     m_newsButton->setToolTip(Theme::plainToolTip({what}));
-    m_newsButton->setAccessibleName(m_newsButton->isChecked() ? u"Hide what is happening"_s
-                                                              : u"Show what is happening"_s);
+    m_newsButton->setAccessibleName(m_newsButton->isChecked() ? tr("Hide what is happening")
+                                                              : tr("Show what is happening"));
 
     QLayout *layout = m_news->layout();
     while (QLayoutItem *item = layout->takeAt(0)) {
@@ -554,7 +560,7 @@ void StatusRowView::buildNews(const QDateTime &now)
                           font, palette().color(QPalette::WindowText)));
         }
         if (incident.url)
-            layout->addWidget(link(u"Open incident"_s, *incident.url));
+            layout->addWidget(link(tr("Open incident"), *incident.url));
     }
     for (const Maintenance &window : result.maintenances) {
         auto *line = new QWidget(m_news);
@@ -568,11 +574,11 @@ void StatusRowView::buildNews(const QDateTime &now)
         row->addWidget(name, 1);
         layout->addWidget(line);
         const QString when = DisplayText::windowText(window, now);
-        layout->addWidget(textLabel(window.isInProgress(now) ? u"In progress \u00b7 "_s + when
-                                                             : u"Scheduled \u00b7 "_s + when,
+        layout->addWidget(textLabel(window.isInProgress(now) ? tr("In progress \u00b7 %1").arg(when)
+                                                             : tr("Scheduled \u00b7 %1").arg(when),
                                     Theme::font(11), secondary));
         if (window.url)
-            layout->addWidget(link(u"Open maintenance"_s, *window.url));
+            layout->addWidget(link(tr("Open maintenance"), *window.url));
     }
     refreshTimes(now);
 }
@@ -581,9 +587,10 @@ void StatusRowView::refreshTimes(const QDateTime &now)
 {
     for (const auto &[label, updated] : std::as_const(m_updated)) {
         const QString stage = label->property("stage").toString();
-        label->setText(updated.isValid()
-                           ? stage + u" \u00b7 updated "_s + DisplayText::agoText(updated, now)
-                           : stage);
+        label->setText(
+            updated.isValid()
+                ? tr("%1 \u00b7 updated %2").arg(stage, DisplayText::agoText(updated, now))
+                : stage);
     }
 }
 
@@ -767,7 +774,7 @@ SilencedRowView::SilencedRowView(const QString &title, const SilenceUntil &until
     m_timeLeft->setPalette(tertiary);
     row->addWidget(m_timeLeft);
 
-    auto *unmute = new QPushButton(u"Unmute"_s, this);
+    auto *unmute = new QPushButton(tr("Unmute"), this);
     unmute->setFlat(true);
     unmute->setCursor(Qt::PointingHandCursor);
     unmute->setFont(Theme::font(12));

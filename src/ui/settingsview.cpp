@@ -106,8 +106,8 @@ private:
 
 QString GeneralSettingsView::helpText()
 {
-    return u"One per line, in \"Label=host\" form, e.g.\nGitHub=www.githubstatus.com\n"
-           u"Leave blank for the defaults (GitHub, Cloudflare, Datadog, OpenAI, Claude)."_s;
+    return tr("One per line, in \"Label=host\" form, e.g.\nGitHub=www.githubstatus.com\n"
+              "Leave blank for the defaults (GitHub, Cloudflare, Datadog, OpenAI, Claude).");
 }
 
 GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService &loginItem,
@@ -118,11 +118,11 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     form->setContentsMargins(20, 12, 20, 12);
     form->setSpacing(10);
 
-    auto *sourcesGroup = new QGroupBox(u"Status sources"_s, this);
+    auto *sourcesGroup = new QGroupBox(tr("Status sources"), this);
     auto *sources = new QVBoxLayout(sourcesGroup);
     sources->setSpacing(6);
     m_sources = new SourceLinesEdit(sourcesGroup);
-    m_sources->setAccessibleName(u"Status sources"_s);
+    m_sources->setAccessibleName(tr("Status sources"));
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPixelSize(13);
     m_sources->setFont(mono);
@@ -135,8 +135,8 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     sources->addWidget(m_sources);
     auto *helpRow = new QHBoxLayout;
     helpRow->addWidget(caption(helpText(), Theme::secondaryText(palette()), sourcesGroup), 1);
-    auto *add = new QPushButton(u"Add service\u2026"_s, sourcesGroup);
-    add->setAccessibleName(u"Add service"_s);
+    auto *add = new QPushButton(tr("Add service\u2026"), sourcesGroup);
+    add->setAccessibleName(tr("Add service"));
     connect(add, &QPushButton::clicked, this, &GeneralSettingsView::addService);
     helpRow->addWidget(add, 0, Qt::AlignTop);
     sources->addLayout(helpRow);
@@ -145,11 +145,11 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     auto *optionsGroup = new QGroupBox(this);
     auto *options = new QVBoxLayout(optionsGroup);
     options->setSpacing(8);
-    m_showOperational = new QCheckBox(u"Show operational systems"_s, optionsGroup);
+    m_showOperational = new QCheckBox(tr("Show operational systems"), optionsGroup);
     options->addWidget(m_showOperational);
-    m_notifications = new QCheckBox(u"Notify me when a service changes"_s, optionsGroup);
+    m_notifications = new QCheckBox(tr("Notify me when a service changes"), optionsGroup);
     options->addWidget(m_notifications);
-    m_launchAtLogin = new QCheckBox(u"Launch at login"_s, optionsGroup);
+    m_launchAtLogin = new QCheckBox(tr("Launch at login"), optionsGroup);
     options->addWidget(m_launchAtLogin);
     m_loginError = caption(QString(), Theme::healthColor(Health::down, palette()), optionsGroup);
     m_loginError->hide();
@@ -157,8 +157,8 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
 
     auto *updateRow = new QHBoxLayout;
     updateRow->setSpacing(8);
-    updateRow->addWidget(new QLabel(u"Check for updates automatically"_s, optionsGroup));
-    auto *checkNow = new QPushButton(u"Check now"_s, optionsGroup);
+    updateRow->addWidget(new QLabel(tr("Check for updates automatically"), optionsGroup));
+    auto *checkNow = new QPushButton(tr("Check now"), optionsGroup);
     checkNow->setFlat(true);
     checkNow->setCursor(Qt::PointingHandCursor);
     checkNow->setFont(Theme::font(12));
@@ -166,9 +166,9 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     updateRow->addWidget(checkNow);
     updateRow->addStretch(1);
     m_automaticUpdates = new QCheckBox(optionsGroup);
-    m_automaticUpdates->setAccessibleName(u"Check for updates automatically"_s);
+    m_automaticUpdates->setAccessibleName(tr("Check for updates automatically"));
     if (!m_updates.feedAvailable) {
-        auto *why = caption(u"Updates come from your package manager"_s,
+        auto *why = caption(tr("Updates come from your package manager"),
                             Theme::secondaryText(palette()), optionsGroup);
         why->setWordWrap(false);
         updateRow->addWidget(why);
@@ -270,9 +270,9 @@ void GeneralSettingsView::showUnderstanding()
     QHash<int, SourceLinesEdit::Note> notes;
     QStringList told;
     for (const LineReading &reading : readings) {
-        QString note = reading.source ? reading.kind : u"ignored \u2014 "_s + reading.reason;
+        QString note = reading.source ? reading.kind : tr("ignored \u2014 %1").arg(reading.reason);
         if (reading.sameAs > 0)
-            note += u", as line %1"_s.arg(reading.sameAs);
+            note = tr("%1, as line %2").arg(note).arg(reading.sameAs);
         notes.insert(reading.line - 1, {note, !reading.source});
         told.append(SourceRegistry::describe(reading));
     }
@@ -326,13 +326,13 @@ AdvancedSettingsView::AdvancedSettingsView(AppSettings &settings, QWidget *paren
     auto *form = new QVBoxLayout(this);
     form->setContentsMargins(20, 16, 20, 16);
     form->setSpacing(14);
-    auto *group = new QGroupBox(u"Maintenance"_s, this);
+    auto *group = new QGroupBox(tr("Maintenance"), this);
     auto *options = new QVBoxLayout(group);
     options->setSpacing(6);
-    m_maintenance = new QCheckBox(u"Treat maintenance as operational"_s, group);
+    m_maintenance = new QCheckBox(tr("Treat maintenance as operational"), group);
     options->addWidget(m_maintenance);
-    const QString explanation = u"Components a status page lists as under maintenance count as "
-                                u"operational: planned work turns nothing orange."_s;
+    const QString explanation = tr("Components a status page lists as under maintenance count as "
+                                   "operational: planned work turns nothing orange.");
     options->addWidget(caption(explanation, Theme::secondaryText(palette()), group));
     m_maintenance->setAccessibleDescription(explanation);
     form->addWidget(group);
@@ -422,19 +422,20 @@ SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
     scroll->setWidgetResizable(true);
     m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), scroll);
     scroll->setWidget(m_general);
-    tabs->addTab(scroll, u"General"_s);
+    tabs->addTab(scroll, tr("General"));
     m_notifications = new NotificationSettingsView(rules, tabs);
     tabs->addTab(m_notifications, tr("Notifications"));
     m_advanced = new AdvancedSettingsView(settings, tabs);
-    tabs->addTab(m_advanced, u"Advanced"_s);
+    tabs->addTab(m_advanced, tr("Advanced"));
     // The version, and the notices the catalogue's lists ask to travel with it.
     auto *about = new QPlainTextEdit(tabs);
     about->setReadOnly(true);
-    about->setAccessibleName(u"About Lanternic"_s);
-    about->setPlainText(u"Lanternic %1\n\nWatches the public status pages of the services you "
-                        u"depend on.\n\n"_s.arg(QStringLiteral(LANTERNIC_VERSION)) +
+    about->setAccessibleName(tr("About Lanternic"));
+    about->setPlainText(tr("Lanternic %1\n\nWatches the public status pages of the services you "
+                           "depend on.\n\n")
+                            .arg(QStringLiteral(LANTERNIC_VERSION)) +
                         Catalog::notices());
-    tabs->addTab(about, u"About"_s);
+    tabs->addTab(about, tr("About"));
     layout->addWidget(tabs);
 }
 

@@ -4,11 +4,13 @@
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "platform/xdgautostart.h"
+#include "present/displaytext.h"
 #include "sources/network.h"
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
 #include "ui/catalogpicker.h"
 #include "ui/settingsview.h"
+#include "ui/translations.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -17,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -72,6 +75,54 @@ class TestApp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // As the app runs in English: its plural forms installed.
+    void initTestCase()
+    {
+        QCOMPARE(installTranslations(QLocale(QLocale::English),
+                                     {u"/nowhere"_s, QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)},
+                                     this),
+                 QString());
+    }
+
+    // Each shipped language, plural forms included; English again once they go.
+    void translations_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("German") << u"de_DE"_s
+                                << QStringList{u"Ausgefallen"_s, u"1 Minute"_s, u"5 Minuten"_s,
+                                               u"vor 3 Tagen"_s, u"Allgemein"_s};
+        QTest::newRow("French") << u"fr_FR"_s
+                                << QStringList{u"En panne"_s, u"1 minute"_s, u"5 minutes"_s,
+                                               u"il y a 3 jours"_s, u"Général"_s};
+        QTest::newRow("Spanish") << u"es_ES"_s
+                                 << QStringList{u"Caído"_s, u"1 minuto"_s, u"5 minutos"_s,
+                                                u"hace 3 días"_s, u"General"_s};
+        QTest::newRow("Italian, not shipped")
+            << u"it_IT"_s
+            << QStringList{u"Down"_s, u"1 minute"_s, u"5 minutes"_s, u"3 d ago"_s, u"General"_s};
+    }
+
+    void translations()
+    {
+        QFETCH(QString, locale);
+        QFETCH(QStringList, expected);
+        const auto texts = [] {
+            const QDateTime now = QDateTime::currentDateTimeUtc();
+            return QStringList{
+                label(Health::down), GeneralSettingsView::tr("%n minute(s)", nullptr, 1),
+                GeneralSettingsView::tr("%n minute(s)", nullptr, 5),
+                DisplayText::agoText(now.addDays(-3), now), SettingsView::tr("General")};
+        };
+        {
+            QObject owner;
+            installTranslations(QLocale(locale), {QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)},
+                                &owner);
+            QCOMPARE(texts(), expected);
+        }
+        QCOMPARE(texts().first(), u"Down"_s);
+    }
+
     void windowsKeepToTheirScreen()
     {
         const QSize panel(320, 400);

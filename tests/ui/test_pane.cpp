@@ -5,12 +5,14 @@
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"
+#include "ui/translations.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
+#include <QLocale>
 #include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
@@ -129,6 +131,13 @@ class TestPane : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // As the app runs in English: its plural forms installed.
+    void initTestCase()
+    {
+        installTranslations(QLocale(QLocale::English),
+                            {QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)}, this);
+    }
+
     void visibleRowsFollowShowOperational()
     {
         StoreFixture fixture;
@@ -400,8 +409,7 @@ private Q_SLOTS:
         QVERIFY(troubles.first().endsWith(u"(1 h 30 min)"_s));
 
         auto *bar = github->findChild<TimelineBar *>();
-        QCOMPARE(bar->accessibleName(),
-                 u"Last 7 days: 62.5 % operational, 1 stretches of trouble"_s);
+        QCOMPARE(bar->accessibleName(), u"Last 7 days: 62.5 % operational, 1 stretch of trouble"_s);
         QCOMPARE(bar->stretches().size(), 4); // not yet watched, then three readings
         QVERIFY(!bar->stretches().first().health);
         // Focus starts on the newest stretch; the one before it was the trouble.
