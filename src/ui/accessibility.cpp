@@ -12,6 +12,44 @@ namespace lanternic {
 
 namespace {
 
+constexpr const char *decorative = "lanternicDecorative";
+
+bool isDecorative(QObject *object)
+{
+    return object->isWidgetType() && object->property(decorative).toBool();
+}
+
+// A widget holding decoration: its children less the decorative ones.
+class UndecoratedAccessible : public QAccessibleWidget {
+public:
+    explicit UndecoratedAccessible(QWidget *widget) : QAccessibleWidget(widget) {}
+
+    int childCount() const override { return int(children().size()); }
+    QAccessibleInterface *child(int index) const override
+    {
+        const QList<QWidget *> kept = children();
+        return index >= 0 && index < kept.size()
+                   ? QAccessible::queryAccessibleInterface(kept[index])
+                   : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return int(children().indexOf(child ? qobject_cast<QWidget *>(child->object()) : nullptr));
+    }
+
+private:
+    QList<QWidget *> children() const
+    {
+        QList<QWidget *> kept;
+        for (QObject *object : widget()->children()) {
+            auto *child = qobject_cast<QWidget *>(object);
+            if (child && !child->isWindow() && !isDecorative(child))
+                kept.append(child);
+        }
+        return kept;
+    }
+};
+
 // Only the rows shown count, in the order shown, so that "3 of 12" is true.
 class RowListAccessible : public QAccessibleWidget {
 public:
@@ -127,10 +165,19 @@ QAccessibleInterface *lanternicAccessible(const QString &className, QObject *obj
     if (className == QLatin1StringView("QFrame") &&
         static_cast<QFrame *>(widget)->frameShape() == QFrame::HLine)
         return new QAccessibleWidget(widget, QAccessible::Separator);
+    const QObjectList &children = widget->children();
+    if (className == QLatin1StringView("QWidget") &&
+        std::any_of(children.begin(), children.end(), isDecorative))
+        return new UndecoratedAccessible(widget);
     return nullptr;
 }
 
 } // namespace
+
+void markDecorative(QWidget *widget)
+{
+    widget->setProperty(decorative, true);
+}
 
 void installAccessibility()
 {

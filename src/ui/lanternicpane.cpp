@@ -361,6 +361,7 @@ QWidget *LanternicPane::buildHeader()
     auto *lastCheckLine = new QHBoxLayout;
     lastCheckLine->setSpacing(3);
     m_clock = new QLabel(header);
+    markDecorative(m_clock);
     lastCheckLine->addWidget(m_clock);
     lastCheckLine->addWidget(m_lastCheck, 1);
     text->addWidget(m_summary);

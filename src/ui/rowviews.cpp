@@ -448,12 +448,12 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
     m_name->setText(result.name);
     m_detail->setText(m_provider.detail);
     m_sparkline->setTicks(ticks);
-    m_menuButton->setToolTip(Theme::plainToolTip({tr("Silence %1").arg(result.name)}));
+    Theme::setPlainToolTip(m_menuButton, {tr("Silence %1").arg(result.name)});
     m_menuButton->setAccessibleName(tr("Silence %1").arg(FeedText::clean(result.name)));
     // The full name (the row may elide it), then the page or what went wrong.
-    setToolTip(Theme::plainToolTip(
-        {result.name,
-         result.error ? *result.error : result.url.value_or(QUrl()).toString(QUrl::FullyEncoded)}));
+    Theme::setPlainToolTip(this, {result.name, result.error ? *result.error
+                                                            : result.url.value_or(QUrl()).toString(
+                                                                  QUrl::FullyEncoded)});
     setAccessibleName(tr("%1, %2, %3")
                           .arg(FeedText::clean(result.name), label(m_provider.health),
                                FeedText::clean(m_provider.detail)));
@@ -511,7 +511,7 @@ void StatusRowView::buildNews(const QDateTime &now)
                          : !incidents
                              ? tr("Maintenance")
                              : tr("%n open incident(s)", nullptr, int(result.incidents.size()));
-    m_newsButton->setToolTip(Theme::plainToolTip({what}));
+    Theme::setPlainToolTip(m_newsButton, {what});
     m_newsButton->setAccessibleName(m_newsButton->isChecked() ? tr("Hide what is happening")
                                                               : tr("Show what is happening"));
 

@@ -279,7 +279,7 @@ void GeneralSettingsView::showUnderstanding()
     m_sources->setNotes(std::move(notes));
     // The same, whole, for screen readers and the tooltip.
     m_sources->setAccessibleDescription(told.join(u'\n'));
-    m_sources->setToolTip(Theme::plainToolTip(told));
+    Theme::setPlainToolTip(m_sources, told);
 }
 
 QString GeneralSettingsView::annotation(int line) const

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QWidget>
 
 namespace lanternic::Theme {
 
@@ -84,6 +85,17 @@ QString plainToolTip(const QStringList &lines)
     // Escaped, so that the tooltip shows the text exactly, tags and all; one line per piece,
     // never broken inside (an address stays whole).
     return u"<p style='white-space:pre'>"_s + escaped.join(u"<br>"_s) + u"</p>"_s;
+}
+
+void setPlainToolTip(QWidget *widget, const QStringList &lines)
+{
+    widget->setToolTip(plainToolTip(lines));
+    QStringList plain;
+    for (const QString &line : lines) {
+        if (!line.isEmpty())
+            plain.append(FeedText::clean(line));
+    }
+    widget->setAccessibleDescription(plain.join(u", "_s));
 }
 
 QString menuText(const QString &text)

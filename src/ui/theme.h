@@ -26,6 +26,9 @@ QFont font(qreal size, QFont::Weight weight = QFont::Normal);
 
 // Feed text as a tooltip that is never read as markup.
 QString plainToolTip(const QStringList &lines);
+// Sets it as widget's tooltip, and the same lines, in plain text, as its accessible
+// description: screen readers would otherwise read the tooltip's markup aloud.
+void setPlainToolTip(QWidget *widget, const QStringList &lines);
 // Feed text as a menu or action title in which "&" is never a mnemonic.
 QString menuText(const QString &text);
 
