@@ -369,6 +369,18 @@
         <source>to be probed</source>
         <translation>wird erkundet</translation>
     </message>
+    <message>
+        <source>line %1: ignored — %2</source>
+        <translation>Zeile %1: ignoriert — %2</translation>
+    </message>
+    <message>
+        <source>line %1: %2 → %3 (%4)</source>
+        <translation>Zeile %1: %2 → %3 (%4)</translation>
+    </message>
+    <message>
+        <source>%1, the same feed as line %2</source>
+        <translation>%1, derselbe Feed wie Zeile %2</translation>
+    </message>
 </context>
 <context>
     <name>SourceResult</name>

@@ -400,14 +400,14 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
 
 QString describe(const LineReading &reading)
 {
-    QString text = u"line %1: "_s.arg(reading.line);
     if (!reading.source)
-        return text + u"ignored \u2014 "_s + reading.reason;
-    text += reading.label + u" \u2192 "_s + reading.source->url.toString() + u" ("_s +
-            reading.kind + u')';
-    if (reading.sameAs > 0)
-        text += u", the same feed as line %1"_s.arg(reading.sameAs);
-    return text;
+        return Text::tr("line %1: ignored \u2014 %2").arg(reading.line).arg(reading.reason);
+    const QString text = Text::tr("line %1: %2 \u2192 %3 (%4)")
+                             .arg(reading.line)
+                             .arg(reading.label, reading.source->url.toString(), reading.kind);
+    return reading.sameAs > 0
+               ? Text::tr("%1, the same feed as line %2").arg(text).arg(reading.sameAs)
+               : text;
 }
 
 } // namespace SourceRegistry

@@ -278,8 +278,8 @@ void GeneralSettingsView::showUnderstanding()
     }
     m_sources->setNotes(std::move(notes));
     // The same, whole, for screen readers and the tooltip.
-    m_sources->setAccessibleDescription(told.join(u'\n'));
     Theme::setPlainToolTip(m_sources, told);
+    m_sources->setAccessibleDescription(told.join(u'\n'));
 }
 
 QString GeneralSettingsView::annotation(int line) const
