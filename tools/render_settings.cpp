@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTest>
 #include <cstdio>
 
@@ -59,5 +60,10 @@ int main(int argc, char **argv)
     QTest::keyClicks(picker->searchField(), u"git"_s);
     QTest::keyClick(picker->searchField(), Qt::Key_Down);
     save(*picker, out + u"/settings-add-service.png"_s);
+    picker->close();
+
+    fixture.environment.notificationRules.setQuietHours({true, QTime(22, 30), QTime(7, 0)});
+    view.findChild<QTabWidget *>()->setCurrentWidget(view.notifications());
+    save(view, out + u"/settings-notifications.png"_s);
     return 0;
 }

@@ -130,7 +130,10 @@ void AppDelegate::showTrayIcon()
     m_trayIcon = new QSystemTrayIcon(this);
     connect(m_trayIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+                // StatusNotifierItem hosts send Activate (Trigger) and SecondaryActivate
+                // (MiddleClick); XEmbed trays a click of either button.
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context ||
+                    reason == QSystemTrayIcon::MiddleClick)
                     togglePanel();
             });
     connect(m_trayIcon, &QSystemTrayIcon::messageClicked, this, &AppDelegate::openPanel);

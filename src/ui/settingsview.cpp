@@ -366,8 +366,11 @@ NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWi
     untilLabel->setBuddy(m_until);
     m_from->setAccessibleName(tr("Quiet hours start"));
     m_until->setAccessibleName(tr("Quiet hours end"));
+    // Hours and minutes, on the clock the locale reads (some locales' short form has seconds).
+    const bool twelveHours =
+        QLocale().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive);
     for (QTimeEdit *edit : {m_from, m_until})
-        edit->setDisplayFormat(QLocale().timeFormat(QLocale::ShortFormat));
+        edit->setDisplayFormat(twelveHours ? u"h:mm AP"_s : u"HH:mm"_s);
     span->addWidget(fromLabel);
     span->addWidget(m_from);
     span->addWidget(untilLabel);

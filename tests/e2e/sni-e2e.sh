@@ -3,8 +3,8 @@
 # extension and waybar speak it: our own minimal watcher and host (sni-host.py) on a private
 # session bus, Lanternic on Xvfb. The item registers; its title, tooltip, status and icon are
 # right after an operational and after a degraded pass; Activate(x, y), sent as a host does
-# when the icon is clicked at (x, y), opens the panel at that point. Exits 77 (skipped) when
-# the tools are not installed.
+# when the icon is clicked at (x, y), opens the panel at that point, and SecondaryActivate
+# toggles it as well. Exits 77 (skipped) when the tools are not installed.
 set -euo pipefail
 app=${1:?usage: sni-e2e.sh PATH-TO-LANTERNIC}
 here=$(cd "$(dirname "$0")" && pwd)
@@ -81,4 +81,13 @@ read -r _ panel_x panel_y < <(lanternic_window 322)
 echo "Activate(600, 30) opened the panel at $panel_x,$panel_y"
 [ "$panel_x" -eq $((600 - 161)) ] && [ "$panel_y" -eq 34 ] ||
     fail "the panel is not centred under the point"
+# SecondaryActivate (a middle click on most hosts) toggles it too: closed, then open again.
+host_says secondary 600 30
+[ "$(field "$(event)" event)" = activated ] || fail "SecondaryActivate failed"
+await no_lanternic_window 322 || fail "SecondaryActivate did not close the panel"
+sleep 0.3
+host_says secondary 600 30
+[ "$(field "$(event)" event)" = activated ] || fail "SecondaryActivate failed"
+await lanternic_window 322 || fail "SecondaryActivate did not open the panel"
+echo "SecondaryActivate closed and opened the panel"
 echo "StatusNotifierItem e2e: passed"

@@ -111,9 +111,10 @@ def main():
                      status=str(props.get("Status", "")),
                      tooltip=[str(tip[2]), str(tip[3])] if tip else None,
                      icon=pixmaps(props.get("IconPixmap")))
-            elif words[0] == "activate":
-                item().Activate(dbus.Int32(int(words[1])), dbus.Int32(int(words[2])),
-                                dbus_interface=ITEM)
+            elif words[0] in ("activate", "secondary"):
+                method = "Activate" if words[0] == "activate" else "SecondaryActivate"
+                item().get_dbus_method(method, dbus_interface=ITEM)(
+                    dbus.Int32(int(words[1])), dbus.Int32(int(words[2])))
                 emit(event="activated")
         except dbus.DBusException as error:
             emit(event="error", message=str(error))
