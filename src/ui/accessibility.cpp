@@ -19,26 +19,35 @@ bool isDecorative(QObject *object)
     return object->isWidgetType() && object->property(decorative).toBool();
 }
 
-// A widget holding decoration: its children less the decorative ones.
-class UndecoratedAccessible : public QAccessibleWidget {
+// A widget whose accessible children are some of its child widgets, in an order of its own.
+class ChosenChildrenAccessible : public QAccessibleWidget {
 public:
-    explicit UndecoratedAccessible(QWidget *widget) : QAccessibleWidget(widget) {}
+    using QAccessibleWidget::QAccessibleWidget;
 
-    int childCount() const override { return int(children().size()); }
+    int childCount() const override { return int(chosen().size()); }
     QAccessibleInterface *child(int index) const override
     {
-        const QList<QWidget *> kept = children();
-        return index >= 0 && index < kept.size()
-                   ? QAccessible::queryAccessibleInterface(kept[index])
+        const QList<QWidget *> children = chosen();
+        return index >= 0 && index < children.size()
+                   ? QAccessible::queryAccessibleInterface(children[index])
                    : nullptr;
     }
     int indexOfChild(const QAccessibleInterface *child) const override
     {
-        return int(children().indexOf(child ? qobject_cast<QWidget *>(child->object()) : nullptr));
+        return int(chosen().indexOf(child ? qobject_cast<QWidget *>(child->object()) : nullptr));
     }
 
-private:
-    QList<QWidget *> children() const
+protected:
+    virtual QList<QWidget *> chosen() const = 0;
+};
+
+// A widget holding decoration: its children less the decorative ones.
+class UndecoratedAccessible : public ChosenChildrenAccessible {
+public:
+    explicit UndecoratedAccessible(QWidget *widget) : ChosenChildrenAccessible(widget) {}
+
+protected:
+    QList<QWidget *> chosen() const override
     {
         QList<QWidget *> kept;
         for (QObject *object : widget()->children()) {
@@ -51,25 +60,12 @@ private:
 };
 
 // Only the rows shown count, in the order shown, so that "3 of 12" is true.
-class RowListAccessible : public QAccessibleWidget {
+class RowListAccessible : public ChosenChildrenAccessible {
 public:
-    explicit RowListAccessible(QWidget *list) : QAccessibleWidget(list, QAccessible::List) {}
+    explicit RowListAccessible(QWidget *list) : ChosenChildrenAccessible(list, QAccessible::List) {}
 
-    int childCount() const override { return int(rows().size()); }
-    QAccessibleInterface *child(int index) const override
-    {
-        const QList<QWidget *> shown = rows();
-        return index >= 0 && index < shown.size()
-                   ? QAccessible::queryAccessibleInterface(shown[index])
-                   : nullptr;
-    }
-    int indexOfChild(const QAccessibleInterface *child) const override
-    {
-        return int(rows().indexOf(child ? qobject_cast<QWidget *>(child->object()) : nullptr));
-    }
-
-private:
-    QList<QWidget *> rows() const
+protected:
+    QList<QWidget *> chosen() const override
     {
         QList<QWidget *> shown;
         for (QObject *object : widget()->children()) {
