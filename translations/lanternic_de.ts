@@ -677,6 +677,10 @@ Leer lassen für die Vorgaben (GitHub, Cloudflare, Datadog, OpenAI, Claude).</tr
         <source>Silence for 1 hour</source>
         <translation>1 Stunde stummschalten</translation>
     </message>
+    <message>
+        <source>Open panel</source>
+        <translation>Panel öffnen</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::RefreshButton</name>

@@ -677,6 +677,10 @@ Déjalo en blanco para las predeterminadas (GitHub, Cloudflare, Datadog, OpenAI,
         <source>Silence for 1 hour</source>
         <translation>Silenciar durante 1 hora</translation>
     </message>
+    <message>
+        <source>Open panel</source>
+        <translation>Abrir el panel</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::RefreshButton</name>

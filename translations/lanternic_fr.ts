@@ -677,6 +677,10 @@ Laisser vide pour les sources par défaut (GitHub, Cloudflare, Datadog, OpenAI, 
         <source>Silence for 1 hour</source>
         <translation>Mettre en sourdine pendant 1 heure</translation>
     </message>
+    <message>
+        <source>Open panel</source>
+        <translation>Ouvrir le panneau</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::RefreshButton</name>

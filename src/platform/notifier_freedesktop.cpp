@@ -155,7 +155,7 @@ private:
     // inert. The body is escaped where the server reads markup in it.
     void send(const Message &message)
     {
-        QStringList actions{QStringLiteral("default"), QStringLiteral("Open panel")};
+        QStringList actions{QStringLiteral("default"), Notifier::tr("Open panel")};
         if (message.offerActions && m_capabilities->contains(QStringLiteral("actions")))
             actions += {openPageKey, Notifier::tr("Open status page"), silenceKey,
                         Notifier::tr("Silence for 1 hour")};

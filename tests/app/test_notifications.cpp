@@ -164,11 +164,26 @@ private Q_SLOTS:
         QTRY_COMPARE(server->calls.size(), 1);
         QCOMPARE(server->calls.first().summary, u"GitHub is down"_s);
 
+        // Paused: nothing, then one summary of the spell at the first pass after it.
+        NotificationRules &rules = fixture->environment.notificationRules;
+        rules.pauseUntil(fixture->store.now().addSecs(3600));
+        serve(u"operational"_s);
+        fixture->runPass();
+        serve(u"operational"_s, u"degraded"_s);
+        fixture->runPass();
+        QTest::qWait(100);
+        QCOMPARE(server->calls.size(), 1);
+        rules.pauseUntil({});
+        fixture->runPass();
+        QTRY_COMPARE(server->calls.size(), 2);
+        QCOMPARE(server->calls.last().summary, u"While quiet"_s);
+        QCOMPARE(server->calls.last().body, u"GitHub is degraded"_s);
+
         fixture->settings.setNotifications(false);
         serve(u"operational"_s);
         fixture->runPass();
         QTest::qWait(100);
-        QCOMPARE(server->calls.size(), 1);
+        QCOMPARE(server->calls.size(), 2);
     }
 
     void actions()
