@@ -93,13 +93,15 @@ QString summaryText(const QList<SourceResult> &results, const QList<DisplayProvi
 {
     if (results.isEmpty())
         return Text::tr("No sources configured");
+    QList<Health> healths;
+    for (const DisplayProvider &row : rows)
+        healths.append(row.health);
     QStringList parts;
     for (const auto &[health, text] :
          {std::pair{Health::down, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n down")},
           std::pair{Health::degraded, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n degraded")},
           std::pair{Health::unknown, QT_TRANSLATE_N_NOOP("DisplaySummary", "%n unknown")}}) {
-        const auto count = std::count_if(rows.begin(), rows.end(),
-                                         [&](const auto &row) { return row.health == health; });
+        const auto count = std::count(healths.begin(), healths.end(), health);
         if (count > 0)
             parts.append(Text::tr(text, nullptr, int(count)));
     }

@@ -64,7 +64,7 @@ void addRules(QMenu *menu, const QString &id, const StatusRowView::Actions &acti
           std::pair{NotifyRule::outagesOnly, StatusRowView::tr("Outages only")},
           std::pair{NotifyRule::never, StatusRowView::tr("Never")}}) {
         QAction *action = menu->addAction(
-            text, menu, [setRule = actions.setRule, id, rule] { setRule(id, rule); });
+            text, menu, [setRule = actions.setRule, id, chosen = rule] { setRule(id, chosen); });
         action->setCheckable(true);
         action->setChecked(rule == current);
         group->addAction(action);
