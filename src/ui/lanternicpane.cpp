@@ -114,6 +114,8 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     m_scroll = new QScrollArea(this);
+    // Not a Tab stop of its own: the focused row is scrolled into view.
+    m_scroll->setFocusPolicy(Qt::NoFocus);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -150,6 +152,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_content);
     auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_content);
     auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_content);
+    m_footer = {m_pauseRow, settingsRow, quitRow};
     connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
         const QDateTime now = m_store.now();
         const bool paused = m_rules.pausedUntil().isValid() && now < m_rules.pausedUntil();
@@ -473,6 +476,22 @@ void LanternicPane::updateRows()
     m_rows->updateGeometry();
 }
 
+void LanternicPane::orderTabs()
+{
+    // Rows and the silenced section come and go after the footer is made: without this, Tab
+    // would take them in the order they were made, not the order shown.
+    QList<QWidget *> chain{m_refreshButton};
+    for (int i = 0; i < m_rowsLayout->count(); ++i) {
+        if (auto *row = qobject_cast<StatusRowView *>(m_rowsLayout->itemAt(i)->widget()))
+            chain.append(row);
+    }
+    for (auto *button : m_silencedSection->findChildren<QAbstractButton *>())
+        chain.append(button);
+    chain += m_footer;
+    for (qsizetype i = 0; i + 1 < chain.size(); ++i)
+        QWidget::setTabOrder(chain[i], chain[i + 1]);
+}
+
 void LanternicPane::rebuildSilenced()
 {
     const QList<SilencedItem> items = m_store.silencedItems();
@@ -509,6 +528,7 @@ void LanternicPane::rebuild()
     updateHeader();
     updateRows();
     rebuildSilenced();
+    orderTabs();
     m_column->activate();
     updateContentHeight();
 }

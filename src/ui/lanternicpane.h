@@ -72,6 +72,7 @@ private:
     RowHistory pastOf(const QString &id, const QDateTime &now) const;
     void tick();
     void rebuildSilenced();
+    void orderTabs();
     QWidget *divider();
     void applyColours();
     void buildScrollBar();
@@ -94,6 +95,7 @@ private:
     QLabel *m_clock = nullptr;
     QList<QWidget *> m_dividers;
     MenuActionRow *m_pauseRow = nullptr;
+    QList<QWidget *> m_footer;
     QStackedWidget *m_refreshControl = nullptr;
     RefreshButton *m_refreshButton = nullptr;
     QShortcut *m_refreshShortcut = nullptr;

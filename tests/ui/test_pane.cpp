@@ -473,6 +473,31 @@ private Q_SLOTS:
         }));
     }
 
+    // Tab: the header's refresh, each row, the silenced section, the footer, in that order.
+    void tabOrder()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        view.pane.activateWindow();
+        QTRY_VERIFY(QApplication::focusWidget());
+        QStringList stops;
+        QWidget *first = nullptr;
+        for (int i = 0; i < 20; ++i) {
+            QWidget *focused = QApplication::focusWidget();
+            if (focused == first)
+                break;
+            if (!first)
+                first = focused;
+            stops.append(focused->accessibleName().section(u',', 0, 0));
+            QTest::keyClick(focused, Qt::Key_Tab);
+        }
+        QCOMPARE(stops, (QStringList{u"Cloudflare & Co"_s, u"Datadog EU"_s, u"GitHub"_s,
+                                     u"Internal status"_s, u"Linear"_s, u"OpenAI"_s,
+                                     u"SILENCED 2"_s, u"Pause notifications for 1 hour"_s,
+                                     u"Settings\u2026"_s, u"Quit Lanternic"_s, u"Refresh"_s}));
+    }
+
     void rowsOpenOnlyTheirPage()
     {
         StoreFixture fixture;
