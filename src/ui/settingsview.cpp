@@ -14,6 +14,7 @@
 #include <QFontDatabase>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QPainter>
@@ -346,6 +347,22 @@ AdvancedSettingsView::AdvancedSettingsView(AppSettings &settings, QWidget *paren
     });
 }
 
+void SegmentButton::keyPressEvent(QKeyEvent *event)
+{
+    const int step = event->key() == Qt::Key_Right || event->key() == Qt::Key_Down ? 1
+                     : event->key() == Qt::Key_Left || event->key() == Qt::Key_Up  ? -1
+                                                                                   : 0;
+    const QList<SegmentButton *> segments =
+        parentWidget()->findChildren<SegmentButton *>(Qt::FindDirectChildrenOnly);
+    const qsizetype next = segments.indexOf(this) + step;
+    if (step == 0 || next < 0 || next >= segments.size()) {
+        QPushButton::keyPressEvent(event);
+        return;
+    }
+    segments[next]->setFocus(Qt::TabFocusReason);
+    segments[next]->click();
+}
+
 NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWidget *parent)
     : QWidget(parent), m_rules(rules)
 {
@@ -421,6 +438,7 @@ SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
     auto *tabs = new QTabWidget(this);
     tabs->setDocumentMode(true);
     auto *scroll = new QScrollArea(tabs);
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     m_general = new GeneralSettingsView(settings, loginItem, std::move(updates), scroll);

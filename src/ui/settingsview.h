@@ -18,12 +18,16 @@ class LoginItemService;
 class NotificationRules;
 class SourceKindStore;
 
-// One segment of the interval's segmented control; a radio button to assistive technology.
+// One segment of the interval's segmented control; a radio button to assistive technology
+// and to the keyboard: the group is one Tab stop, and the arrows choose the segment beside.
 class SegmentButton : public QPushButton {
     Q_OBJECT
 
 public:
     using QPushButton::QPushButton;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 };
 
 // The settings form: the sources, whether operational systems are listed, launch at login,

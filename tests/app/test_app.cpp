@@ -259,6 +259,45 @@ private Q_SLOTS:
         }
     }
 
+    // Tab through the form in reading order; the interval's segments are one stop, as a group
+    // of radio buttons is (the arrows move within it).
+    void settingsTabOrder()
+    {
+        StoreFixture fixture;
+        FakeLoginItem login;
+        SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
+                          {[] { return true; }, [](bool) {}, [] {}, true});
+        view.show();
+        view.activateWindow();
+        QTRY_VERIFY(QApplication::focusWidget());
+        QStringList stops;
+        QWidget *first = nullptr;
+        for (int i = 0; i < 30; ++i) {
+            QWidget *focused = QApplication::focusWidget();
+            if (focused == first)
+                break;
+            if (!first)
+                first = focused;
+            auto *button = qobject_cast<QAbstractButton *>(focused);
+            stops.append(!focused->accessibleName().isEmpty() ? focused->accessibleName()
+                         : button                             ? button->text()
+                                  : QString::fromLatin1(focused->metaObject()->className()));
+            QTest::keyClick(focused, Qt::Key_Tab);
+        }
+        QCOMPARE(stops,
+                 (QStringList{u"Status sources"_s, u"Add service"_s, u"Show operational systems"_s,
+                              u"Notify me when a service changes"_s, u"Launch at login"_s,
+                              u"Check now"_s, u"Check for updates automatically"_s, u"1 minute"_s,
+                              u"QTabBar"_s}));
+        QAbstractButton *oneMinute = view.general()->findChild<QButtonGroup *>()->button(1);
+        oneMinute->setFocus();
+        QTest::keyClick(oneMinute, Qt::Key_Right);
+        QCOMPARE(QApplication::focusWidget()->accessibleName(), u"2 minutes"_s);
+        QCOMPARE(fixture.settings.refreshIntervalMinutes(), 2);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QCOMPARE(fixture.settings.refreshIntervalMinutes(), 5);
+    }
+
     // Quiet hours: off until switched on, stored as they change, and the times follow.
     void quietHoursPage()
     {
