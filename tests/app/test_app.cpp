@@ -10,6 +10,7 @@
 #include "support/storefixture.h"
 #include "ui/catalogpicker.h"
 #include "ui/settingsview.h"
+#include "ui/tabstops.h"
 #include "ui/translations.h"
 
 #include <QAccessible>
@@ -270,20 +271,7 @@ private Q_SLOTS:
         view.show();
         view.activateWindow();
         QTRY_VERIFY(QApplication::focusWidget());
-        QStringList stops;
-        QWidget *first = nullptr;
-        for (int i = 0; i < 30; ++i) {
-            QWidget *focused = QApplication::focusWidget();
-            if (focused == first)
-                break;
-            if (!first)
-                first = focused;
-            auto *button = qobject_cast<QAbstractButton *>(focused);
-            stops.append(!focused->accessibleName().isEmpty() ? focused->accessibleName()
-                         : button                             ? button->text()
-                                  : QString::fromLatin1(focused->metaObject()->className()));
-            QTest::keyClick(focused, Qt::Key_Tab);
-        }
+        const QStringList stops = tabStops();
         QCOMPARE(stops,
                  (QStringList{u"Status sources"_s, u"Add service"_s, u"Show operational systems"_s,
                               u"Notify me when a service changes"_s, u"Launch at login"_s,
