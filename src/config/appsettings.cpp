@@ -35,10 +35,7 @@ QString AppSettings::migratedSourcesText(const QString &stored)
     return lines.join(u'\n');
 }
 
-namespace {
-
-// File-backed settings keep booleans as the words "true" and "false".
-bool storedBool(QSettings &defaults, const QString &key, bool fallback)
+bool storedBool(const QSettings &defaults, const QString &key, bool fallback)
 {
     const QVariant value = defaults.value(key);
     if (value.typeId() == QMetaType::Bool)
@@ -48,8 +45,6 @@ bool storedBool(QSettings &defaults, const QString &key, bool fallback)
         return value.toString() == "true"_L1;
     return fallback;
 }
-
-} // namespace
 
 AppSettings::AppSettings(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)

@@ -1,5 +1,6 @@
 #include "store/notificationrules.h"
 
+#include "config/appsettings.h"
 #include "model/settingskeys.h"
 #include "store/silencestore.h"
 #include "store/storedjson.h"
@@ -41,9 +42,7 @@ NotificationRules::NotificationRules(QSettings &defaults, QObject *parent)
     if (stored.typeId() == QMetaType::QByteArray)
         m_entries = decode(stored.toByteArray()).value_or(Entries());
     const QuietHours fallback;
-    const QVariant enabled = defaults.value(SettingsKeys::quietHours);
-    m_quietHours.enabled =
-        enabled.typeId() == QMetaType::Bool ? enabled.toBool() : enabled.toString() == "true"_L1;
+    m_quietHours.enabled = storedBool(defaults, SettingsKeys::quietHours, fallback.enabled);
     m_quietHours.start = storedTime(defaults, SettingsKeys::quietHoursStart, fallback.start);
     m_quietHours.end = storedTime(defaults, SettingsKeys::quietHoursEnd, fallback.end);
     m_pausedUntil = QDateTime::fromString(
@@ -109,13 +108,8 @@ void NotificationRules::setRule(const QString &id, NotifyRule rule)
 
 void NotificationRules::rekey(const QList<std::pair<QString, QString>> &sources)
 {
-    const QHash<QString, QString> moved = movedIds(m_entries.keys(), sources);
-    if (moved.isEmpty())
-        return;
-    Entries rekeyed;
-    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it)
-        rekeyed.insert(moved.value(it.key(), it.key()), it.value());
-    replaceEntries(std::move(rekeyed));
+    if (auto entries = rekeyed(m_entries, sources))
+        replaceEntries(std::move(*entries));
 }
 
 void NotificationRules::setQuietHours(const QuietHours &hours)
@@ -142,8 +136,7 @@ void NotificationRules::pauseUntil(const QDateTime &until)
 
 bool NotificationRules::isMuted(const QDateTime &now) const
 {
-    return (m_pausedUntil.isValid() && now < m_pausedUntil) ||
-           m_quietHours.contains(now.toLocalTime().time());
+    return isPaused(now) || m_quietHours.contains(now.toLocalTime().time());
 }
 
 } // namespace lanternic

@@ -44,6 +44,10 @@ public:
     void setQuietHours(const QuietHours &hours);
     QDateTime pausedUntil() const { return m_pausedUntil; }
     void pauseUntil(const QDateTime &until);
+    bool isPaused(const QDateTime &now) const
+    {
+        return m_pausedUntil.isValid() && now < m_pausedUntil;
+    }
 
     // Whether notifications are held back at now: quiet hours or a pause.
     bool isMuted(const QDateTime &now) const;

@@ -224,13 +224,8 @@ QHash<QString, QString> movedIds(const QList<QString> &keys,
 
 void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)
 {
-    const QHash<QString, QString> moved = movedIds(m_entries.keys(), sources);
-    if (moved.isEmpty())
-        return;
-    Entries rekeyed;
-    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it)
-        rekeyed.insert(moved.value(it.key(), it.key()), it.value());
-    replaceEntries(std::move(rekeyed));
+    if (auto entries = rekeyed(m_entries, sources))
+        replaceEntries(std::move(*entries));
 }
 
 } // namespace lanternic

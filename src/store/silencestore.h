@@ -45,6 +45,20 @@ SilenceUntil expiry(SilenceDuration duration, const QDateTime &now);
 QHash<QString, QString> movedIds(const QList<QString> &keys,
                                  const QList<std::pair<QString, QString>> &sources);
 
+// Entries by id with the moved ones under their current ids; nothing when none moved.
+template<typename Value>
+std::optional<QHash<QString, Value>> rekeyed(const QHash<QString, Value> &entries,
+                                             const QList<std::pair<QString, QString>> &sources)
+{
+    const QHash<QString, QString> moved = movedIds(entries.keys(), sources);
+    if (moved.isEmpty())
+        return std::nullopt;
+    QHash<QString, Value> result;
+    for (auto it = entries.constBegin(); it != entries.constEnd(); ++it)
+        result.insert(moved.value(it.key(), it.key()), it.value());
+    return result;
+}
+
 // One line of the list of silenced things.
 struct SilencedItem {
     QString id;

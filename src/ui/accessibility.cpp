@@ -62,20 +62,16 @@ protected:
 // Only the rows shown count, in the order shown, so that "3 of 12" is true.
 class RowListAccessible : public ChosenChildrenAccessible {
 public:
-    explicit RowListAccessible(QWidget *list) : ChosenChildrenAccessible(list, QAccessible::List) {}
+    explicit RowListAccessible(RowListView *list)
+        : ChosenChildrenAccessible(list, QAccessible::List)
+    {
+    }
 
 protected:
     QList<QWidget *> chosen() const override
     {
-        QList<QWidget *> shown;
-        for (QObject *object : widget()->children()) {
-            auto *row = qobject_cast<StatusRowView *>(object);
-            if (row && row->isVisibleTo(widget()))
-                shown.append(row);
-        }
-        std::sort(shown.begin(), shown.end(),
-                  [](QWidget *a, QWidget *b) { return a->y() < b->y(); });
-        return shown;
+        const QList<StatusRowView *> rows = static_cast<RowListView *>(widget())->rows();
+        return {rows.begin(), rows.end()};
     }
 };
 
@@ -155,7 +151,7 @@ QAccessibleInterface *lanternicAccessible(const QString &className, QObject *obj
     if (auto *row = qobject_cast<StatusRowView *>(object))
         return new RowAccessible(row);
     if (qobject_cast<RowListView *>(object))
-        return new RowListAccessible(widget);
+        return new RowListAccessible(static_cast<RowListView *>(widget));
     if (auto *segment = qobject_cast<SegmentButton *>(object))
         return new SegmentAccessible(segment);
     if (className == QLatin1StringView("QFrame") &&

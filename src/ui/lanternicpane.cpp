@@ -155,8 +155,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_footer = {m_pauseRow, settingsRow, quitRow};
     connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
         const QDateTime now = m_store.now();
-        const bool paused = m_rules.pausedUntil().isValid() && now < m_rules.pausedUntil();
-        m_rules.pauseUntil(paused ? QDateTime() : now.addSecs(3600));
+        m_rules.pauseUntil(m_rules.isPaused(now) ? QDateTime() : now.addSecs(3600));
     });
     connect(settingsRow, &QAbstractButton::clicked, this, [this] { m_actions.openSettings(); });
     connect(quitRow, &QAbstractButton::clicked, this, [this] { m_actions.quit(); });
@@ -257,13 +256,8 @@ void LanternicPane::showEvent(QShowEvent *)
     // refresh button where there is none) so that the keys work at once.
     m_scroll->verticalScrollBar()->setValue(0);
     m_ticker->start();
-    QWidget *first = m_refreshButton;
-    for (int i = 0; i < m_rowsLayout->count(); ++i) {
-        if (auto *row = qobject_cast<StatusRowView *>(m_rowsLayout->itemAt(i)->widget())) {
-            first = row;
-            break;
-        }
-    }
+    const QList<StatusRowView *> rows = m_rows->rows();
+    QWidget *first = rows.isEmpty() ? static_cast<QWidget *>(m_refreshButton) : rows.first();
     QTimer::singleShot(0, first, [first] { first->setFocus(Qt::ActiveWindowFocusReason); });
 }
 
@@ -391,11 +385,11 @@ QWidget *LanternicPane::buildHeader()
 void LanternicPane::updatePauseRow()
 {
     const QDateTime until = m_rules.pausedUntil();
-    const bool paused = until.isValid() && m_store.now() < until;
     m_pauseRow->setText(
-        paused ? tr("Resume notifications (paused until %1)")
-                     .arg(QLocale().toString(until.toLocalTime().time(), QLocale::ShortFormat))
-               : tr("Pause notifications for 1 hour"));
+        m_rules.isPaused(m_store.now())
+            ? tr("Resume notifications (paused until %1)")
+                  .arg(QLocale().toString(until.toLocalTime().time(), QLocale::ShortFormat))
+            : tr("Pause notifications for 1 hour"));
     m_pauseRow->setAccessibleName(m_pauseRow->text());
     m_pauseRow->setVisible(m_settings.notifications());
 }
@@ -481,10 +475,8 @@ void LanternicPane::orderTabs()
     // Rows and the silenced section come and go after the footer is made: without this, Tab
     // would take them in the order they were made, not the order shown.
     QList<QWidget *> chain{m_refreshButton};
-    for (int i = 0; i < m_rowsLayout->count(); ++i) {
-        if (auto *row = qobject_cast<StatusRowView *>(m_rowsLayout->itemAt(i)->widget()))
-            chain.append(row);
-    }
+    for (StatusRowView *row : m_rows->rows())
+        chain.append(row);
     for (auto *button : m_silencedSection->findChildren<QAbstractButton *>())
         chain.append(button);
     chain += m_footer;

@@ -685,17 +685,14 @@ void StatusRowView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Up:
     case Qt::Key_Down:
         // To the row above or below, in the order the panel lists them.
-        if (QLayout *list = parentWidget() ? parentWidget()->layout() : nullptr) {
-            const int step = event->key() == Qt::Key_Down ? 1 : -1;
-            for (int i = list->indexOf(this) + step; i >= 0 && i < list->count(); i += step) {
-                auto *row = qobject_cast<StatusRowView *>(list->itemAt(i)->widget());
-                if (row && row->isVisible()) {
-                    row->setFocus(Qt::OtherFocusReason);
-                    for (QWidget *up = parentWidget(); up; up = up->parentWidget()) {
-                        if (auto *scroll = qobject_cast<QScrollArea *>(up))
-                            scroll->ensureWidgetVisible(row);
-                    }
-                    return;
+        if (auto *list = qobject_cast<RowListView *>(parentWidget())) {
+            const QList<StatusRowView *> rows = list->rows();
+            const qsizetype next = rows.indexOf(this) + (event->key() == Qt::Key_Down ? 1 : -1);
+            if (next >= 0 && next < rows.size()) {
+                rows[next]->setFocus(Qt::OtherFocusReason);
+                for (QWidget *up = list; up; up = up->parentWidget()) {
+                    if (auto *scroll = qobject_cast<QScrollArea *>(up))
+                        scroll->ensureWidgetVisible(rows[next]);
                 }
             }
         }
@@ -704,6 +701,17 @@ void StatusRowView::keyPressEvent(QKeyEvent *event)
         break;
     }
     QWidget::keyPressEvent(event);
+}
+
+QList<StatusRowView *> RowListView::rows() const
+{
+    QList<StatusRowView *> shown;
+    for (int i = 0; layout() && i < layout()->count(); ++i) {
+        auto *row = qobject_cast<StatusRowView *>(layout()->itemAt(i)->widget());
+        if (row && row->isVisibleTo(this))
+            shown.append(row);
+    }
+    return shown;
 }
 
 void StatusRowView::enterEvent(QEnterEvent *)

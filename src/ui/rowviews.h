@@ -106,12 +106,17 @@ private:
     qsizetype m_focused = -1;
 };
 
+class StatusRowView;
+
 // The rows' container: assistive technology sees it as the list of rows.
 class RowListView : public QWidget {
     Q_OBJECT
 
 public:
     using QWidget::QWidget;
+
+    // The rows shown, in the order shown.
+    QList<StatusRowView *> rows() const;
 };
 
 // One monitored source: health symbol, name, detail, sparkline and, on hover, the menu to

@@ -422,9 +422,8 @@ void NotificationSettingsView::syncFromRules()
 
 void NotificationSettingsView::store()
 {
+    // The rules tell back what changed, and the form follows (syncFromRules).
     m_rules.setQuietHours({m_quiet->isChecked(), m_from->time(), m_until->time()});
-    m_from->setEnabled(m_quiet->isChecked());
-    m_until->setEnabled(m_quiet->isChecked());
 }
 
 SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,

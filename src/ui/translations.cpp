@@ -31,6 +31,8 @@ QString installTranslations(const QLocale &locale, const QStringList &folders, Q
     if (folder.isEmpty())
         return QString();
     install(QLocale(QLocale::English), u"lanternic"_s, folder);
+    if (locale.language() == QLocale::English)
+        return QString();
     QTranslator *own = install(locale, u"lanternic"_s, folder);
     if (!own || own->language().startsWith(u"en"_s))
         return QString();
