@@ -76,12 +76,13 @@ focused_is() { [[ $(field "$(ask focused)" 'r["name"]') == "$1" ]]; }
 await focused_is "Alpha, Down, CI runners — down" || fail "the first row does not have the focus: $(ask focused)"
 xdotool key Down
 await focused_is "Bravo, Degraded, CI runners — degraded" || fail "↓ did not move the focus: $(ask focused)"
-# The menu opens; ↓ puts its first item in focus, as a screen reader then tells.
+# The menu opens, told as a popup menu shown; once it is open, ↓ puts its first item in focus.
 xdotool key Menu
-sleep 0.5
-xdotool key Down
 menu_open() { [[ $(field "$(ask menu)" 'r["items"] is not None and "Notify me" in r["items"]') == True ]]; }
 await menu_open || fail "the Menu key did not open the row's menu: $(ask menu)"
+xdotool key Down
+item_focused() { [[ $(field "$(ask menu)" 'r["focused"]') == "Silence Bravo (ALL)" ]]; }
+await item_focused || fail "↓ did not put the menu's first item in focus: $(ask menu)"
 echo "menu: $(ask menu)"
 xdotool key Escape
 echo "the focus starts on the first row, ↓ moves it, the Menu key opens the row's menu"

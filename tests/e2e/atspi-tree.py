@@ -5,7 +5,7 @@ Commands, one a line on stdin, each answered with one line of JSON on stdout:
   tree            the panel's tree, as text lines ("role 'name' [description] {states}")
   rows            the list and its items: name, description, index, states, actions
   focused         the name and role of the object that has the focus
-  menu            the items of the menu whose item last took the focus, if any
+  menu            the items of the popup menu last shown, and the menu item last focused
 """
 import json
 import sys
@@ -15,15 +15,25 @@ import pyatspi
 from gi.repository import GLib
 
 # Popup menus are not children of the application: a screen reader learns of them from the
-# focus events of their items, and so does this.
+# events of their showing and of their items taking the focus, and so does this.
+menus = []
 focused_items = []
+
+
+def on_showing(event):
+    try:
+        if event.detail1 and event.source.getRole() == pyatspi.ROLE_POPUP_MENU:
+            menus.append(event.source)
+    except GLib.Error:  # from an application that has gone
+        pass
 
 
 def on_focus(event):
     try:
         if event.detail1 and event.source.getRole() in (pyatspi.ROLE_MENU_ITEM, pyatspi.ROLE_MENU):
             focused_items.append(event.source)
-    except GLib.Error:  # from an application that has gone
+            menus.append(event.source.parent)
+    except GLib.Error:
         pass
 
 
@@ -36,6 +46,7 @@ def pump(seconds):
         time.sleep(0.02)
 
 
+pyatspi.Registry.registerEventListener(on_showing, "object:state-changed:showing")
 pyatspi.Registry.registerEventListener(on_focus, "object:state-changed:focused")
 
 
@@ -106,11 +117,12 @@ def answer(command):
                 return {"role": node.getRoleName(), "name": node.name}
         return {"role": None, "name": None}
     if command == "menu":
-        pump(0.5)
-        if not focused_items:
+        pump(0.1)
+        if not menus:
             return {"items": None}
-        menu = focused_items[-1].parent
-        return {"role": menu.getRoleName(), "focused": focused_items[-1].name,
+        menu = menus[-1]
+        return {"role": menu.getRoleName(),
+                "focused": focused_items[-1].name if focused_items else None,
                 "items": [menu.getChildAtIndex(i).name for i in range(menu.childCount)]}
     return {"error": f"unknown command {command}"}
 
