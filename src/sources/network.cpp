@@ -131,6 +131,18 @@ public:
         return ::socket(address->family, address->socktype, address->protocol);
     }
 
+    // Checked again once the connection is there, new or kept from an earlier transfer (which
+    // opened no socket for this hop), and before the request goes out on it.
+    static int onConnected(void *self, char *address, char *, int, int)
+    {
+        auto *transfer = static_cast<Transfer *>(self);
+        const QHostAddress peer(QString::fromLatin1(address));
+        if (transfer->viaProxy || peer.isNull())
+            return CURL_PREREQFUNC_OK;
+        transfer->refusal = connectionRefusal(scopeOf(peer), transfer->previousScope);
+        return transfer->refusal ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+    }
+
     Session::Private *owner;
     CURL *easy;
     std::function<void(Response)> done;
@@ -499,6 +511,8 @@ void Session::get(const QUrl &url, QObject *context, std::function<void(Response
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, transfer);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::onOpenSocket);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, transfer);
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, transfer);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
     // Redirects are followed here, so that each hop is checked against our rules.
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);

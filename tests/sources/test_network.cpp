@@ -257,6 +257,30 @@ private Q_SLOTS:
         }
     }
 
+    // A page on a public address that redirects to a name on loopback is refused even when a
+    // connection to that name is already open for reuse, and no byte of its answer is used.
+    void reusedConnectionsAreCheckedToo()
+    {
+        if (!qEnvironmentVariableIsSet("LANTERNIC_ISOLATED_NETWORK"))
+            QSKIP("needs a network namespace of its own");
+        LoopbackServer::Response kept{200, "ok", {}};
+        kept.keepAlive = true;
+        server->route("/ok.json", kept);
+        kept.body = "secret";
+        server->route("/secret.json", kept);
+        LoopbackServer publicServer(QHostAddress(u"203.0.113.7"_s));
+        const QByteArray loop = "http://loop.example:" + QByteArray::number(server->port());
+        publicServer.route("/redir", {302, {}, {{"Location", loop + "/secret.json"}}});
+        const QUrl redirecting(u"http://public.example:%1/redir"_s.arg(publicServer.port()));
+
+        QCOMPARE(get(QUrl::fromEncoded(loop + "/ok.json")).body, "ok");
+        const Response got = get(redirecting);
+        QCOMPARE(got.transferFailure, u"Redirect from a public to a private address refused"_s);
+        QVERIFY(got.body.isEmpty());
+        QCOMPARE(server->requests(), QList<QByteArray>{"/ok.json"});
+        QCOMPARE(get(QUrl::fromEncoded(loop + "/ok.json")).body, "ok");
+    }
+
     void transfersEndWithTheirContext()
     {
         server->route("/feed", {200, "ok", {}, false, 100});

@@ -42,20 +42,26 @@ private:
 LoopbackServer::LoopbackServer(QObject *parent)
     : QObject(parent), m_server(std::make_unique<QTcpServer>())
 {
-    listen();
+    listen(QHostAddress::LocalHost);
+}
+
+LoopbackServer::LoopbackServer(const QHostAddress &address, QObject *parent)
+    : QObject(parent), m_server(std::make_unique<QTcpServer>()), m_host(address.toString())
+{
+    listen(address);
 }
 
 LoopbackServer::LoopbackServer(const QString &certificateFile, const QString &keyFile,
                                QObject *parent)
     : QObject(parent), m_server(std::make_unique<TlsServer>(certificateFile, keyFile)), m_tls(true)
 {
-    listen();
+    listen(QHostAddress::LocalHost);
 }
 
-void LoopbackServer::listen()
+void LoopbackServer::listen(const QHostAddress &address)
 {
     m_server->setListenBacklogSize(1024);
-    m_server->listen(QHostAddress::LocalHost);
+    m_server->listen(address);
     connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(socket); });
@@ -78,8 +84,8 @@ void LoopbackServer::route(const QByteArray &path, Response response)
 
 QUrl LoopbackServer::url(const QByteArray &path) const
 {
-    return QUrl(QStringLiteral("%1://127.0.0.1:%2%3")
-                    .arg(m_tls ? QStringLiteral("https") : QStringLiteral("http"))
+    return QUrl(QStringLiteral("%1://%2:%3%4")
+                    .arg(m_tls ? QStringLiteral("https") : QStringLiteral("http"), m_host)
                     .arg(port())
                     .arg(QString::fromUtf8(path)));
 }
@@ -124,7 +130,7 @@ void LoopbackServer::send(QTcpSocket *socket, const Response &response)
         head += name + ": " + value + "\r\n";
     if (response.contentLength)
         head += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
-    head += "Connection: close\r\n\r\n";
+    head += response.keepAlive ? "\r\n" : "Connection: close\r\n\r\n";
     socket->write(head);
     if (response.stall)
         return;
@@ -149,5 +155,6 @@ void LoopbackServer::send(QTcpSocket *socket, const Response &response)
         return;
     }
     socket->write(response.body);
-    socket->disconnectFromHost();
+    if (!response.keepAlive)
+        socket->disconnectFromHost();
 }

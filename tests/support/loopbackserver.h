@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QHostAddress>
 #include <QList>
 #include <QObject>
 #include <QUrl>
@@ -25,9 +26,13 @@ public:
         bool stall = false;        // send the headers and nothing more
         bool reset = false;        // send half the body, then drop the connection
         bool contentLength = true; // without it the body ends when the connection closes
+        bool keepAlive = false;    // leave the connection open for the next request
     };
 
     explicit LoopbackServer(QObject *parent = nullptr);
+    // On another address of this machine, such as one added to loopback in a test's own
+    // network namespace.
+    explicit LoopbackServer(const QHostAddress &address, QObject *parent = nullptr);
     LoopbackServer(const QString &certificateFile, const QString &keyFile,
                    QObject *parent = nullptr);
     ~LoopbackServer() override;
@@ -41,11 +46,12 @@ public:
     const QList<QByteArray> &hosts() const { return m_hosts; }
 
 private:
-    void listen();
+    void listen(const QHostAddress &address);
     void serve(QTcpSocket *socket);
     void send(QTcpSocket *socket, const Response &response);
 
     std::unique_ptr<QTcpServer> m_server;
+    QString m_host = QStringLiteral("127.0.0.1");
     bool m_tls = false;
     QHash<QByteArray, Response> m_routes;
     QList<QByteArray> m_requests;
