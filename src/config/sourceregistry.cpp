@@ -1,6 +1,7 @@
 #include "config/sourceregistry.h"
 
 #include "config/appsettings.h"
+#include "model/feedtext.h"
 #include "model/urls.h"
 #include "sources/incidentiosource.h"
 
@@ -400,13 +401,16 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
 
 QString describe(const LineReading &reading)
 {
+    // The label and the address are the user's own text, shown in a terminal or a tooltip:
+    // cleaned like feed text, and given to one arg() call so that a "%1" in them stays as typed.
     if (!reading.source)
-        return Text::tr("line %1: ignored \u2014 %2").arg(reading.line).arg(reading.reason);
+        return Text::tr("line %1: ignored \u2014 %2")
+            .arg(QString::number(reading.line), reading.reason);
     const QString text = Text::tr("line %1: %2 \u2192 %3 (%4)")
-                             .arg(reading.line)
-                             .arg(reading.label, reading.source->url.toString(), reading.kind);
+                             .arg(QString::number(reading.line), FeedText::clean(reading.label),
+                                  FeedText::clean(reading.source->url.toString()), reading.kind);
     return reading.sameAs > 0
-               ? Text::tr("%1, the same feed as line %2").arg(text).arg(reading.sameAs)
+               ? Text::tr("%1, the same feed as line %2").arg(text, QString::number(reading.sameAs))
                : text;
 }
 

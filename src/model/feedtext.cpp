@@ -34,6 +34,27 @@ qsizetype cutPosition(const QString &text, qsizetype maximum)
 
 } // namespace
 
+void makeWellFormed(QString &text)
+{
+    const auto lone = [&text](qsizetype i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate())
+            return i + 1 >= text.size() || !text[i + 1].isLowSurrogate();
+        return c.isLowSurrogate() && (i == 0 || !text[i - 1].isHighSurrogate());
+    };
+    // Nearly every text has none: it is only read.
+    const QChar *chars = text.constData();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (chars[i].isSurrogate() && lone(i)) {
+            for (qsizetype j = i; j < text.size(); ++j) {
+                if (text[j].isSurrogate() && lone(j))
+                    text[j] = QChar(QChar::ReplacementCharacter);
+            }
+            return;
+        }
+    }
+}
+
 QString clean(QStringView text, qsizetype maximum)
 {
     // Only as much as can be shown is kept: the rest is cut anyway. Dropped characters do not
@@ -46,6 +67,18 @@ QString clean(QStringView text, qsizetype maximum)
         const char16_t c = text[read].unicode();
         if (isBidiControl(c))
             continue;
+        if (QChar::isSurrogate(c)) {
+            // A pair is kept whole; a lone half has no UTF-8 form, and strict JSON readers
+            // refuse what it would be written as.
+            if (QChar::isHighSurrogate(c) && read + 1 < text.size() &&
+                text[read + 1].isLowSurrogate()) {
+                cleaned.append(text[read]);
+                cleaned.append(text[++read]);
+            } else {
+                cleaned.append(QChar(QChar::ReplacementCharacter));
+            }
+            continue;
+        }
         cleaned.append(isControl(c) ? QChar(u' ') : QChar(c));
     }
     if (cleaned.size() <= maximum && read == text.size())

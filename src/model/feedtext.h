@@ -16,6 +16,10 @@ inline constexpr qsizetype maximumLength = 300;
 // displays reversed, and text longer than maximum is cut at a grapheme boundary with "…".
 QString clean(QStringView text, qsizetype maximum = maximumLength);
 
+// Replaces each lone surrogate (which has no UTF-8 form, so that strict JSON readers refuse
+// the text written out) with U+FFFD, leaving everything else as it is.
+void makeWellFormed(QString &text);
+
 } // namespace FeedText
 
 } // namespace lanternic

@@ -21,6 +21,8 @@ inline const QString quietHoursStart = QStringLiteral("Lanternic.quietHoursStart
 inline const QString quietHoursEnd = QStringLiteral("Lanternic.quietHoursEnd");
 inline const QString notificationsPausedUntil =
     QStringLiteral("Lanternic.notificationsPausedUntil");
+// The watcher's own id, made at its first start, which its relay feed carries.
+inline const QString watcherId = QStringLiteral("Lanternic.watcherId");
 inline const QString treatMaintenanceAsOperational =
     QStringLiteral("Lanternic.treatMaintenanceAsOperational");
 

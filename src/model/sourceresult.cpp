@@ -1,9 +1,35 @@
 #include "model/sourceresult.h"
 
+#include "model/feedtext.h"
+
 #include <QCoreApplication>
 #include <QSet>
 
 namespace lanternic {
+
+void SourceResult::makeWellFormed()
+{
+    using FeedText::makeWellFormed;
+    for (QString *text : {&id, &name, &detail})
+        makeWellFormed(*text);
+    if (error)
+        makeWellFormed(*error);
+    for (ComponentStatus &component : components) {
+        for (QString *text : {&component.id, &component.name, &component.status})
+            makeWellFormed(*text);
+    }
+    for (Incident &incident : incidents) {
+        for (QString *text :
+             {&incident.id, &incident.name, &incident.stage, &incident.impact, &incident.update})
+            makeWellFormed(*text);
+    }
+    for (Maintenance &window : maintenances) {
+        for (QString *text : {&window.id, &window.name, &window.status})
+            makeWellFormed(*text);
+    }
+    for (QString &watcher : relayedVia)
+        makeWellFormed(watcher);
+}
 
 QList<ComponentStatus> SourceResult::affectedComponents() const
 {

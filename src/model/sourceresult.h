@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <optional>
 #include <utility>
@@ -62,8 +63,13 @@ struct SourceResult {
     // News beside the health, never deciding it.
     QList<Incident> incidents;
     QList<Maintenance> maintenances;
+    // The watchers a relay feed passed through on its way here, its maker first.
+    QStringList relayedVia;
 
     bool operator==(const SourceResult &) const = default;
+
+    // Lone surrogates in any text become U+FFFD, so that every output can write it.
+    void makeWellFormed();
 
     QList<ComponentStatus> affectedComponents() const;
 

@@ -96,10 +96,13 @@ std::optional<Summary> decodeSummary(const QJsonDocument &document)
 {
     WidgetDecoder decoder;
     const QJsonObject root = decoder.d.root(document);
+    // A summary that is there but does not decode is not read around: its components may be
+    // down, and the top level would read as an empty, operational page.
     if (auto summaryObject = decoder.d.optionalObject(root, "summary"_L1)) {
         Summary summary = decoder.summary(*summaryObject);
-        if (decoder.ok())
-            return summary;
+        if (!decoder.ok())
+            return std::nullopt;
+        return summary;
     }
     // The document may also be the summary itself, without the wrapper.
     WidgetDecoder topLevel;

@@ -69,6 +69,7 @@ SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) cons
     const auto accepted = [&](Reader reader) -> std::optional<SourceResult> {
         auto result = reader(*this, document);
         if (result) {
+            result->makeWellFormed();
             result->checkedAt = now;
             result->maintenances = NewsReader::current(result->maintenances, now);
         }

@@ -235,6 +235,14 @@ private Q_SLOTS:
             << 0
             << u"line 1: Team \u2192 http://t.example/l.json (feed)\nline 2: ignored \u2014 no "
                u"\u201c=\u201d\n"_s;
+        // The user's own text reaches the terminal cleaned, and a "%1" in it as typed.
+        QTest::newRow("sources, label cleaned and kept")
+            << QStringList{u"sources"_s, u"--source"_s,
+                           u"\u001b[2J%1\u202e=http://t.example/a.json"_s, u"--source"_s,
+                           u"%2=http://t.example/a.json"_s}
+            << 0
+            << u"line 1:  [2J%1 \u2192 http://t.example/a.json (feed)\nline 2: %2 \u2192 "
+               u"http://t.example/a.json (feed), the same feed as line 1\n"_s;
         QTest::newRow("sources, none usable")
             << QStringList{u"sources"_s, u"--source"_s, u"X=https://"_s} << 3
             << u"line 1: ignored \u2014 no host\nno line makes a source: the default sources are "

@@ -24,6 +24,15 @@ private Q_SLOTS:
         QTest::newRow("only bidi controls, then text")
             << QString(5000, QChar(0x202e)) + u"tail"_s << u"tail"_s;
         QTest::newRow("only bidi controls") << QString(5000, QChar(0x2066)) << QString();
+        QTest::newRow("lone surrogates, a pair kept") << QString::fromUtf16(u"\xd800"
+                                                                            u"a"
+                                                                            u"\xdc00\xd83d\xde00",
+                                                                            5)
+                                                      << QString::fromUtf16(u"\xfffd"
+                                                                            u"a"
+                                                                            u"\xfffd\xd83d\xde00",
+                                                                            5);
+        QTest::newRow("high surrogate last") << u"x"_s + QChar(0xdbff) << u"x\ufffd"_s;
         QTest::newRow("cut with an ellipsis")
             << QString(400, u'a') << QString(299, u'a') + u"\u2026"_s;
         // A flag is two code points and four code units: never split.

@@ -130,6 +130,16 @@ private Q_SLOTS:
         QTest::newRow("widget, inner object decides the shape")
             << source() << QByteArray(R"({"summary":{"foo":1},"ongoing_incidents":[]})")
             << unrecognized;
+        // A summary that does not decode is not read around as an empty page.
+        const QByteArray badSummary = R"({"summary":{"structure":{"items":[
+            {"component":{"id":"c1","name":"One","hidden":%1}},{"component":{"id":"c2","name":%2}}]},
+            "affected_components":[{"id":"c1","status":"full_outage"},{"id":"c2","status":"full_outage"}]}})";
+        QTest::newRow("widget, hidden as a string")
+            << source() << QString::fromUtf8(badSummary).arg(u"\"false\""_s, u"\"Two\""_s).toUtf8()
+            << unrecognized;
+        QTest::newRow("widget, a number as a name")
+            << source() << QString::fromUtf8(badSummary).arg(u"false"_s, u"2"_s).toUtf8()
+            << unrecognized;
         QTest::newRow("widget, subpages only") << source() << QByteArray(R"({"subpages":[]})")
                                                << u"operational | All Systems Operational | "_s;
         QTest::newRow("widget, incident without components")
@@ -205,6 +215,12 @@ private Q_SLOTS:
         // The relay feed.
         QTest::newRow("relay, schema only")
             << source() << QByteArray(R"({"schema":"lanternic.v1"})") << u"unknown | Unknown | "_s;
+        // Lone surrogates have no UTF-8 form: every output would be invalid JSON.
+        QTest::newRow("relay, lone surrogates replaced")
+            << source()
+            << QByteArray(
+                   R"({"schema":"lanternic.v1","detail":"a\ud800b","components":[{"id":"\udc00","name":"N","status":"down"}]})")
+            << u"down | a\ufffdb | \ufffd=down(down)"_s;
         QTest::newRow("relay, components override health")
             << source()
             << QByteArray(
