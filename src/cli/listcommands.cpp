@@ -53,7 +53,7 @@ std::unique_ptr<QSettings> settingsOf(const Invocation &invocation)
 int runHistory(const Invocation &invocation)
 {
     const std::unique_ptr<QSettings> settings = settingsOf(invocation);
-    const HealthLog log = HealthLog::load(*settings);
+    const HealthLog log = HealthLog::load(*settings).value_or(HealthLog());
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const QDateTime from = now.addDays(-invocation.days);
     QList<HistoryRow> rows;

@@ -22,23 +22,56 @@ constexpr qint64 gapSeconds = 2 * 3600;
 
 const QString stoppedWord = u"stopped"_s;
 
+// Roughly what a change takes stored: its time and word, and its incidents' names.
+qsizetype storedBytes(const HealthChange &change)
+{
+    qsizetype bytes = 32;
+    for (const QString &name : change.incidents)
+        bytes += name.size() + 4;
+    return bytes;
+}
+
+// Drops the oldest changes of a source past its byte budget.
+void keepWithinBudget(QList<HealthChange> &changes)
+{
+    qsizetype bytes = 0;
+    qsizetype first = changes.size();
+    while (first > 0 && bytes + storedBytes(changes[first - 1]) <= HealthLog::bytesPerSource)
+        bytes += storedBytes(changes[--first]);
+    changes.remove(0, first);
+}
+
 } // namespace
 
 bool HealthLog::record(const QString &id, Health health, const QStringList &incidents,
                        const QDateTime &now, const std::optional<QDateTime> &lastSeen)
 {
     QList<HealthChange> &changes = byId[id];
+    // A clock stepped back must not put the log out of order.
+    const QDateTime at = changes.isEmpty() ? now : std::max(now, changes.last().at);
     bool changed = false;
     if (!changes.isEmpty() && changes.last().health && lastSeen &&
-        lastSeen->secsTo(now) > gapSeconds) {
+        lastSeen->secsTo(at) > gapSeconds) {
         changes.append({*lastSeen, std::nullopt, {}});
         changed = true;
     }
-    if (changes.isEmpty() || changes.last().health != health ||
-        changes.last().incidents != incidents) {
-        changes.append({now, health, incidents});
+    if (changes.isEmpty() || changes.last().health != health) {
+        changes.append({at, health, incidents});
         changed = true;
+    } else if (changes.last().incidents != incidents) {
+        // Only the names changed: a page renaming its incident every pass is told a few times.
+        qsizetype stretch = 0;
+        for (qsizetype i = changes.size() - 1;
+             i >= 0 && changes[i].health == health && stretch < namedChangesPerStretch; --i)
+            ++stretch;
+        if (stretch < namedChangesPerStretch) {
+            changes.append({at, health, incidents});
+            changed = true;
+        }
     }
+    // Only a log longer than most ever grow can be over budget: the others are not measured.
+    if (changed && changes.size() > bytesPerSource / 1024)
+        keepWithinBudget(changes);
     return changed;
 }
 
@@ -103,12 +136,14 @@ Uptime HealthLog::uptime(const QString &id, const QDateTime &from, const QDateTi
     Uptime result;
     qint64 operational = 0;
     std::optional<Trouble> trouble;
+    QSet<QString> named; // the current trouble's incidents, for a look-up in constant time
     const QList<HealthChange> changes = byId.value(id);
     const auto endTrouble = [&](const QDateTime &at) {
         if (trouble) {
             trouble->end = at;
             result.troubles.append(*trouble);
             trouble.reset();
+            named.clear();
         }
     };
     for (qsizetype i = 0; i < changes.size(); ++i) {
@@ -133,8 +168,10 @@ Uptime HealthLog::uptime(const QString &id, const QDateTime &from, const QDateTi
                 if (severity(*change.health) > severity(trouble->worst))
                     trouble->worst = *change.health;
                 for (const QString &name : change.incidents) {
-                    if (!trouble->incidents.contains(name))
+                    if (trouble->incidents.size() < incidentsPerTrouble && !named.contains(name)) {
+                        named.insert(name);
                         trouble->incidents.append(name);
+                    }
                 }
             }
         }
@@ -146,12 +183,14 @@ Uptime HealthLog::uptime(const QString &id, const QDateTime &from, const QDateTi
     return result;
 }
 
-HealthLog HealthLog::load(QSettings &defaults)
+std::optional<HealthLog> HealthLog::load(QSettings &defaults)
 {
     const QVariant stored = defaults.value(SettingsKeys::healthLog);
+    if (!stored.isValid())
+        return HealthLog();
     if (stored.typeId() != QMetaType::QByteArray)
-        return {};
-    return decode(stored.toByteArray()).value_or(HealthLog());
+        return std::nullopt;
+    return decode(stored.toByteArray());
 }
 
 void HealthLog::save(QSettings &defaults) const
@@ -203,26 +242,32 @@ std::optional<HealthLog> HealthLog::decode(const QByteArray &data)
     HealthLog log;
     const QJsonObject sources = byIdValue.toObject();
     for (auto it = sources.begin(); it != sources.end(); ++it) {
-        if (!it.value().isArray())
-            return std::nullopt;
         QList<HealthChange> changes;
+        // What cannot be read (a word of a newer version, a broken entry) is skipped alone.
         for (const QJsonValue &value : it.value().toArray()) {
             const QJsonArray entry = value.toArray();
             if (entry.size() < 2 || !entry[0].isDouble() || !entry[1].isString())
-                return std::nullopt;
+                continue;
             HealthChange change{fromReferenceSeconds(entry[0].toDouble()), std::nullopt, {}};
+            if (!change.at.isValid())
+                continue;
             if (entry[1].toString() != stoppedWord) {
                 change.health = healthFromRawValue(entry[1].toString());
                 if (!change.health)
-                    return std::nullopt;
+                    continue;
             }
-            for (const QJsonValue &name : entry.at(2).toArray())
-                change.incidents.append(name.toString());
-            if (!changes.isEmpty() && change.at < changes.last().at)
-                return std::nullopt;
+            for (const QJsonValue &name : entry.at(2).toArray()) {
+                if (change.incidents.size() < incidentsPerChange && name.isString())
+                    change.incidents.append(name.toString().left(incidentNameLength));
+            }
             changes.append(std::move(change));
         }
-        log.byId.insert(it.key(), std::move(changes));
+        // Written by a clock that stepped back, or by two writers: put in order.
+        std::stable_sort(changes.begin(), changes.end(),
+                         [](const HealthChange &a, const HealthChange &b) { return a.at < b.at; });
+        keepWithinBudget(changes);
+        if (!changes.isEmpty())
+            log.byId.insert(it.key(), std::move(changes));
     }
     return log;
 }

@@ -44,6 +44,14 @@ struct Uptime {
 class HealthLog {
 public:
     static constexpr int keptDays = 90;
+    // Bounds that hold whatever a page does: a feed that renames its incident every pass
+    // adds a few named changes to a stretch of one health, not one a pass; a source's
+    // changes past its byte budget go oldest first; a trouble names a few incidents.
+    static constexpr int namedChangesPerStretch = 8;
+    static constexpr qsizetype bytesPerSource = 64 * 1024;
+    static constexpr int incidentsPerTrouble = 20;
+    static constexpr int incidentsPerChange = 5;
+    static constexpr qsizetype incidentNameLength = 200;
 
     QHash<QString, QList<HealthChange>> byId;
 
@@ -64,8 +72,9 @@ public:
 
     Uptime uptime(const QString &id, const QDateTime &from, const QDateTime &to) const;
 
-    // Anything unreadable gives an empty log.
-    static HealthLog load(QSettings &defaults);
+    // Nothing stored gives an empty log; nothing when what is stored cannot be read at all,
+    // so that it is not saved over. Entries that cannot be read are skipped one by one.
+    static std::optional<HealthLog> load(QSettings &defaults);
     void save(QSettings &defaults) const;
     QByteArray encode() const;
     static std::optional<HealthLog> decode(const QByteArray &data);

@@ -183,7 +183,8 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
-      m_history(CheckHistory::load(defaults)), m_healthLog(HealthLog::load(defaults)),
+      m_history(CheckHistory::load(defaults)),
+      m_healthLog(HealthLog::load(defaults).value_or(HealthLog())),
       m_queue(new TransferQueue(this)), m_pollTimer(new SleepTimer(this)),
       m_sourcesSettled(new QTimer(this))
 {
@@ -257,8 +258,12 @@ void LanternicStore::check(const JSONSource &source, std::function<void(const So
     m_queue->enqueue([this, source, key] {
         source.check(
             m_session, this,
-            [this, key](SourceResult result) {
+            [this, key, source](SourceResult result) {
                 m_queue->finished();
+                if (!m_relayIdentity.isEmpty() && result.relayedVia.contains(m_relayIdentity))
+                    result =
+                        source.failure(tr("Relay loop"),
+                                       tr("This relay feed already passed through this watcher"));
                 for (const auto &done : m_checks.take(key))
                     done(result);
             },
@@ -359,8 +364,11 @@ void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds durati
     SettingsFile::update(m_defaults, [this, logChanged, &now] {
         m_history.mergeAndSave(m_defaults);
         // Written only when something changed, which most passes do not.
-        if (logChanged) {
-            m_healthLog.merge(HealthLog::load(m_defaults));
+        // What is stored but cannot be read is not saved over.
+        const std::optional<HealthLog> stored =
+            logChanged ? HealthLog::load(m_defaults) : std::nullopt;
+        if (stored) {
+            m_healthLog.merge(*stored);
             m_healthLog.trim(now);
             m_healthLog.save(m_defaults);
         }

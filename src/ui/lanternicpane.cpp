@@ -178,8 +178,11 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     // Relative times ("Updated 3 min ago") move on while the panel is open.
     m_ticker->setInterval(std::chrono::seconds(5));
     connect(m_ticker, &QTimer::timeout, this, &LanternicPane::tick);
-    for (auto signal : {&LanternicStore::resultsChanged, &LanternicStore::historyChanged})
-        connect(&m_store, signal, this, &LanternicPane::scheduleUpdate);
+    connect(&m_store, &LanternicStore::resultsChanged, this, &LanternicPane::scheduleUpdate);
+    connect(&m_store, &LanternicStore::historyChanged, this, [this] {
+        m_past.clear();
+        scheduleUpdate();
+    });
     // These change the header alone.
     for (auto signal : {&LanternicStore::lastCheckedChanged, &LanternicStore::isRefreshingChanged,
                         &LanternicStore::offlineChanged}) {
@@ -408,10 +411,12 @@ void LanternicPane::updateHeader()
     m_refreshShortcut->setEnabled(!m_store.isRefreshing());
 }
 
-RowHistory LanternicPane::pastOf(const QString &id, const QDateTime &now) const
+RowHistory LanternicPane::pastOf(const QString &id, const QDateTime &now)
 {
+    if (auto kept = m_past.constFind(id); kept != m_past.constEnd())
+        return *kept;
     const HealthLog &log = m_store.healthLog();
-    RowHistory past;
+    RowHistory &past = m_past[id];
     past.changes = log.byId.value(id);
     past.day = log.uptime(id, now.addDays(-1), now).share;
     past.week = log.uptime(id, now.addDays(-7), now).share;

@@ -69,7 +69,7 @@ private:
     void updateHeader();
     void updatePauseRow();
     void updateRows();
-    RowHistory pastOf(const QString &id, const QDateTime &now) const;
+    RowHistory pastOf(const QString &id, const QDateTime &now);
     void tick();
     void rebuildSilenced();
     void orderTabs();
@@ -103,6 +103,8 @@ private:
     QVBoxLayout *m_rowsLayout = nullptr;
     QLabel *m_nothing = nullptr;
     QHash<QString, StatusRowView *> m_rowViews;
+    // Each row's uptime and troubles, worked out once per pass rather than on every update.
+    QHash<QString, RowHistory> m_past;
     QWidget *m_silencedDivider = nullptr;
     QWidget *m_silencedSection = nullptr;
     QTimer *m_updateTimer;

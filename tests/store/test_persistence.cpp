@@ -119,16 +119,80 @@ private Q_SLOTS:
         QCOMPARE(log.byId[u"s"_s].size(), 2);
         QVERIFY(!log.trim(later));
 
-        // Stored and read back; anything unreadable is an empty log.
+        // Stored and read back.
         log.save(*defaults);
-        QCOMPARE(HealthLog::load(*defaults), log);
-        for (const QByteArray &bad :
-             {QByteArray("{\"byId\":{\"s\":[[1,\"sideways\"]]}}"),
-              QByteArray("{\"byId\":{\"s\":[[2,\"down\"],[1,\"operational\"]]}}"),
-              QByteArray("{\"byId\":[]}"), QByteArray("not json")}) {
-            defaults->setValue(u"Lanternic.healthLog"_s, bad);
-            QCOMPARE(HealthLog::load(*defaults), HealthLog());
+        QCOMPARE(HealthLog::load(*defaults), std::optional(log));
+        defaults->remove(u"Lanternic.healthLog"_s);
+        QCOMPARE(HealthLog::load(*defaults), std::optional(HealthLog()));
+
+        // A clock stepped back keeps the log in order; the reading counts from the last change.
+        QVERIFY(log.record(u"s"_s, Health::down, {}, hours(35), hours(34.9)));
+        QCOMPARE(log.byId[u"s"_s].last().at, hours(40));
+    }
+
+    // What cannot be read is skipped entry by entry; only a document that is no log at all is
+    // nothing, which its writers then leave alone.
+    void healthLogDecoding_data()
+    {
+        QTest::addColumn<QByteArray>("stored");
+        QTest::addColumn<QString>("read"); // per source: seconds and word, or "none"
+        QTest::newRow("a word of a newer version")
+            << QByteArray(R"({"byId":{"s":[[1,"down"],[2,"sideways"],[3,"operational"]]}})")
+            << u"s: 1 down, 3 operational"_s;
+        QTest::newRow("a clock stepped back")
+            << QByteArray(R"({"byId":{"s":[[5,"down"],[2,"operational"],[9,"stopped"]]}})")
+            << u"s: 2 operational, 5 down, 9 stopped"_s;
+        QTest::newRow("broken entries and sources")
+            << QByteArray(R"({"byId":{"s":[[1],"x",[null,"down"],[4,"down",["A",7]]],"t":5}})")
+            << u"s: 4 down A"_s;
+        QTest::newRow("not a log") << QByteArray(R"({"byId":[]})") << u"none"_s;
+        QTest::newRow("not JSON") << QByteArray("not json") << u"none"_s;
+    }
+
+    void healthLogDecoding()
+    {
+        QFETCH(QByteArray, stored);
+        defaults->setValue(u"Lanternic.healthLog"_s, stored);
+        const std::optional<HealthLog> log = HealthLog::load(*defaults);
+        QStringList read;
+        for (auto it = log ? log->byId.constBegin()
+                           : QHash<QString, QList<HealthChange>>::const_iterator();
+             log && it != log->byId.constEnd(); ++it) {
+            QStringList changes;
+            for (const HealthChange &change : it.value()) {
+                changes.append((QString::number(referenceSeconds(change.at)) + u' ' +
+                                (change.health ? rawValue(*change.health) : u"stopped"_s) + u' ' +
+                                change.incidents.join(u','))
+                                   .trimmed());
+            }
+            read.append(it.key() + u": "_s + changes.join(u", "_s));
         }
+        QTEST(log ? read.join(u"; "_s) : u"none"_s, "read");
+    }
+
+    // However a page behaves, the log of one source stays small: renaming the incident every
+    // pass is told a few times a stretch, and flapping for months is cut to the byte budget.
+    void healthLogBounds()
+    {
+        const QDateTime t0 = at("2026-11-01T00:00:00Z");
+        HealthLog log;
+        for (int pass = 0; pass < 20000; ++pass) {
+            const QDateTime now = t0.addSecs(60 * pass);
+            log.record(u"renamed"_s, Health::down, {u"Incident %1"_s.arg(pass)}, now,
+                       now.addSecs(-60));
+            log.record(u"flapping"_s, pass % 2 ? Health::down : Health::degraded,
+                       {QString(200, QChar(u'a' + pass % 26))}, now, now.addSecs(-60));
+        }
+        QCOMPARE(log.byId[u"renamed"_s].size(), HealthLog::namedChangesPerStretch);
+        log.save(*defaults);
+        QVERIFY(defaults->value(u"Lanternic.healthLog"_s).toByteArray().size() <
+                HealthLog::bytesPerSource * 2 + 4096);
+        QVERIFY(log.byId[u"flapping"_s].size() < 400);
+        // The last changes are the ones kept.
+        QCOMPARE(log.byId[u"flapping"_s].last().at, t0.addSecs(60 * 19999));
+        const Uptime uptime = log.uptime(u"renamed"_s, t0, t0.addDays(30));
+        QCOMPARE(uptime.troubles.size(), 1);
+        QCOMPARE(uptime.troubles.first().incidents.size(), HealthLog::namedChangesPerStretch);
     }
 
     void silencesDecoding_data()

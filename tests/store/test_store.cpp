@@ -333,7 +333,7 @@ private Q_SLOTS:
         clock = clock.addSecs(120);
         pass();
         QVERIFY(!store->healthLog().byId.value(id).last().health);
-        QCOMPARE(HealthLog::load(*defaults).byId.value(id).size(), 4);
+        QCOMPARE(HealthLog::load(*defaults)->byId.value(id).size(), 4);
     }
 
     // Overlapping passes: the one that started later wins, even when it finishes first, and a
