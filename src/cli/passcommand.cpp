@@ -5,6 +5,7 @@
 #include "model/settingskeys.h"
 #include "present/passreports.h"
 #include "store/appenvironment.h"
+#include "store/silencestore.h"
 
 #include <QCoreApplication>
 #include <QSettings>
@@ -17,12 +18,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void copyLanternicKeys(QSettings &from, QSettings &to, const QStringList &except = {})
+QVariantHash lanternicKeys(QSettings &settings)
 {
-    for (const QString &key : from.allKeys()) {
-        if (key.startsWith("Lanternic."_L1) && !except.contains(key))
-            to.setValue(key, from.value(key));
+    QVariantHash values;
+    for (const QString &key : settings.allKeys()) {
+        if (key.startsWith("Lanternic."_L1))
+            values.insert(key, settings.value(key));
     }
+    return values;
+}
+
+SilenceStore::Entries silencesIn(const QVariant &stored)
+{
+    return SilenceStore::decode(stored.toByteArray()).value_or(SilenceStore::Entries());
 }
 
 } // namespace
@@ -45,7 +53,9 @@ int runPass(const Invocation &invocation)
             ? std::make_unique<QSettings>(*invocation.settingsFile, QSettings::IniFormat)
             : std::make_unique<QSettings>(u"Lanternic"_s, u"Lanternic"_s);
     QSettings work(workDir.filePath(u"settings.ini"_s), QSettings::IniFormat);
-    copyLanternicKeys(*origin, work);
+    const QVariantHash read = lanternicKeys(*origin);
+    for (auto it = read.constBegin(); it != read.constEnd(); ++it)
+        work.setValue(it.key(), it.value());
     if (!workDir.isValid() || origin->status() != QSettings::NoError) {
         std::fprintf(stderr, "lanternic-check: cannot read the settings %s\n",
                      qUtf8Printable(origin->fileName()));
@@ -70,19 +80,24 @@ int runPass(const Invocation &invocation)
     }
 
     if (invocation.settingsFile) {
-        // The history and the kind cache are merged with what another program may have
-        // stored meanwhile.
+        // Only what the pass changed goes back, merged with what another program may have
+        // stored meanwhile: the history, the log and the kind cache entry by entry, the
+        // silences by id, any other key whole.
+        const QStringList merged{SettingsKeys::checkHistory, SettingsKeys::sourceKinds,
+                                 SettingsKeys::healthLog, SettingsKeys::silences,
+                                 SettingsKeys::sources};
+        const QVariantHash written = lanternicKeys(work);
         SettingsFile::update(*origin, [&] {
-            QStringList except{SettingsKeys::checkHistory, SettingsKeys::sourceKinds,
-                               SettingsKeys::healthLog};
-            if (invocation.sourcesText)
-                except.append(SettingsKeys::sources);
-            copyLanternicKeys(work, *origin, except);
+            for (auto it = written.constBegin(); it != written.constEnd(); ++it) {
+                if (!merged.contains(it.key()) && read.value(it.key()) != it.value())
+                    origin->setValue(it.key(), it.value());
+            }
             CheckHistory history = CheckHistory::load(work);
             history.mergeAndSave(*origin);
-            if (work.contains(SettingsKeys::healthLog)) {
-                HealthLog log = HealthLog::load(work);
-                log.merge(HealthLog::load(*origin));
+            const std::optional<HealthLog> stored = HealthLog::load(*origin);
+            if (work.contains(SettingsKeys::healthLog) && stored) {
+                HealthLog log = HealthLog::load(work).value_or(HealthLog());
+                log.merge(*stored);
                 log.save(*origin);
             }
             SourceKindStore kinds(*origin);
@@ -93,6 +108,10 @@ int runPass(const Invocation &invocation)
                     kinds.record(it.key(), it.value());
             }
         });
+        const SilenceStore::Entries before = silencesIn(read.value(SettingsKeys::silences));
+        const SilenceStore::Entries after = silencesIn(written.value(SettingsKeys::silences));
+        if (before != after)
+            SilenceStore(*origin).apply(before, after);
         if (origin->status() != QSettings::NoError) {
             std::fprintf(stderr, "lanternic-check: cannot write the settings %s\n",
                          qUtf8Printable(origin->fileName()));

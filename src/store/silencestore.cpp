@@ -1,5 +1,6 @@
 #include "store/silencestore.h"
 
+#include "config/settingsfile.h"
 #include "model/settingskeys.h"
 #include "store/storedjson.h"
 
@@ -62,12 +63,19 @@ SilenceUntil expiry(SilenceDuration duration, const QDateTime &now)
 SilenceStore::SilenceStore(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)
 {
-    const QVariant stored = defaults.value(SettingsKeys::silences);
-    std::optional<Entries> decoded;
-    if (stored.typeId() == QMetaType::QByteArray)
-        decoded = decode(stored.toByteArray());
+    const std::optional<Entries> decoded = stored();
     m_entries = decoded.value_or(Entries());
-    m_storedUnreadable = stored.isValid() && !decoded;
+    m_storedUnreadable = !decoded;
+}
+
+std::optional<SilenceStore::Entries> SilenceStore::stored() const
+{
+    const QVariant value = m_defaults.value(SettingsKeys::silences);
+    if (!value.isValid())
+        return Entries();
+    if (value.typeId() != QMetaType::QByteArray)
+        return std::nullopt;
+    return decode(value.toByteArray());
 }
 
 QByteArray SilenceStore::encode(const Entries &entries)
@@ -129,39 +137,60 @@ std::optional<SilenceStore::Entries> SilenceStore::decode(const QByteArray &data
     return entries;
 }
 
-void SilenceStore::save()
+void SilenceStore::change(const std::function<bool(Entries &)> &edit)
 {
-    m_defaults.setValue(SettingsKeys::silences, encode(m_entries));
-}
-
-void SilenceStore::replaceEntries(Entries entries)
-{
+    Entries entries;
+    SettingsFile::update(m_defaults, [&] {
+        // What cannot be read is replaced by what this store holds, as at the first save.
+        const std::optional<Entries> current = stored();
+        entries = current.value_or(m_entries);
+        if (edit(entries) || m_storedUnreadable)
+            m_defaults.setValue(SettingsKeys::silences, encode(entries));
+        m_storedUnreadable = false;
+    });
     const bool changed = entries != m_entries;
     m_entries = std::move(entries);
-    save();
     if (changed)
         Q_EMIT entriesChanged();
 }
 
 void SilenceStore::silence(const QString &id, SilenceDuration duration, const QDateTime &now)
 {
-    Entries entries = m_entries;
-    entries.insert(id, expiry(duration, now));
-    replaceEntries(std::move(entries));
+    change([&](Entries &entries) {
+        entries.insert(id, expiry(duration, now));
+        return true;
+    });
 }
 
 void SilenceStore::silenceUntil(const QString &id, const QDateTime &until)
 {
-    Entries entries = m_entries;
-    entries.insert(id, SilenceUntil::until(until));
-    replaceEntries(std::move(entries));
+    change([&](Entries &entries) {
+        entries.insert(id, SilenceUntil::until(until));
+        return true;
+    });
 }
 
 void SilenceStore::unsilence(const QString &id)
 {
-    Entries entries = m_entries;
-    entries.remove(id);
-    replaceEntries(std::move(entries));
+    change([&](Entries &entries) { return entries.remove(id) > 0; });
+}
+
+void SilenceStore::apply(const Entries &before, const Entries &after)
+{
+    change([&](Entries &entries) {
+        bool changed = false;
+        for (auto it = before.constBegin(); it != before.constEnd(); ++it) {
+            if (!after.contains(it.key()))
+                changed = entries.remove(it.key()) > 0 || changed;
+        }
+        for (auto it = after.constBegin(); it != after.constEnd(); ++it) {
+            if (before.value(it.key()) != it.value() || !before.contains(it.key())) {
+                entries.insert(it.key(), it.value());
+                changed = true;
+            }
+        }
+        return changed;
+    });
 }
 
 bool SilenceStore::isSilenced(const QString &id, const QDateTime &now) const
@@ -175,24 +204,17 @@ bool SilenceStore::isSilenced(const QString &id, const QDateTime &now) const
 void SilenceStore::prune(const QSet<QString> &troubleIds, const QSet<QString> &unreadSources,
                          const QDateTime &now)
 {
-    Entries kept;
-    for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
-        const SilenceUntil &until = it.value();
-        const qsizetype separator = it.key().indexOf("::"_L1);
-        const bool unread = separator > 0 && unreadSources.contains(it.key().first(separator));
-        const bool over = (until.kind == SilenceUntil::Kind::date && until.date <= now) ||
-                          (until.kind == SilenceUntil::Kind::resolved && !unread &&
-                           !troubleIds.contains(it.key()));
-        if (!over)
-            kept.insert(it.key(), until);
-    }
-    if (kept.size() != m_entries.size()) {
-        replaceEntries(std::move(kept));
-    } else if (m_storedUnreadable) {
-        // Garbage found at start is replaced once, as the history is on every pass.
-        m_defaults.setValue(SettingsKeys::silences, encode(m_entries));
-    }
-    m_storedUnreadable = false;
+    change([&](Entries &entries) {
+        return entries.removeIf([&](Entries::iterator entry) {
+            const SilenceUntil &until = entry.value();
+            const qsizetype separator = entry.key().indexOf("::"_L1);
+            const bool unread =
+                separator > 0 && unreadSources.contains(entry.key().first(separator));
+            return (until.kind == SilenceUntil::Kind::date && until.date <= now) ||
+                   (until.kind == SilenceUntil::Kind::resolved && !unread &&
+                    !troubleIds.contains(entry.key()));
+        }) > 0;
+    });
 }
 
 QHash<QString, QString> movedIds(const QList<QString> &keys,
@@ -224,8 +246,14 @@ QHash<QString, QString> movedIds(const QList<QString> &keys,
 
 void SilenceStore::rekey(const QList<std::pair<QString, QString>> &sources)
 {
-    if (auto entries = rekeyed(m_entries, sources))
-        replaceEntries(std::move(*entries));
+    if (!rekeyed(m_entries, sources))
+        return;
+    change([&](Entries &entries) {
+        auto moved = rekeyed(entries, sources);
+        if (moved)
+            entries = std::move(*moved);
+        return moved.has_value();
+    });
 }
 
 } // namespace lanternic

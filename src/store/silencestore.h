@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <array>
+#include <functional>
 #include <optional>
 
 class QSettings;
@@ -94,7 +95,9 @@ public:
     // Moves entries kept under older forms of source ids to the current ids.
     void rekey(const QList<std::pair<QString, QString>> &sources);
 
-    void save();
+    // Makes the entries that differ between before and after so in the stored ones too: how
+    // a run on a copy of the settings hands back what it changed.
+    void apply(const Entries &before, const Entries &after);
 
     // The stored document, and back; nothing for a document that does not decode.
     static QByteArray encode(const Entries &entries);
@@ -104,7 +107,11 @@ Q_SIGNALS:
     void entriesChanged();
 
 private:
-    void replaceEntries(Entries entries);
+    // Edits the stored entries as they are now, re-read under the settings file's lock, so
+    // that what another program on the same file silenced meanwhile stays; edit says whether
+    // it changed anything, and only then is the result written.
+    void change(const std::function<bool(Entries &)> &edit);
+    std::optional<Entries> stored() const;
 
     QSettings &m_defaults;
     Entries m_entries;

@@ -2,6 +2,7 @@
 #include "config/sourceregistry.h"
 #include "store/checkhistory.h"
 #include "store/healthlog.h"
+#include "store/silencestore.h"
 #include "support/fixtures.h"
 #include "support/loopbackserver.h"
 
@@ -171,6 +172,30 @@ private Q_SLOTS:
         QCOMPARE(history.byId.size(), 2);
         for (const QList<lanternic::HealthTick> &ticks : history.byId)
             QCOMPARE(ticks.size(), 4);
+    }
+
+    // What another program writes while a pass runs is still there when it has finished.
+    void aPassKeepsWhatOthersWroteMeanwhile()
+    {
+        const QString file = dir.filePath(u"meanwhile.ini"_s);
+        server.route("/slow", {200, fixture(u"relay-feed.json"_s), {}, false, 1500});
+        const QString slowLine = line(u"Slow"_s, "/slow?");
+        QSettings(file, QSettings::IniFormat).setValue(u"Lanternic.sources"_s, slowLine);
+        QProcess pass;
+        pass.start(QStringLiteral(LANTERNIC_CHECK_BINARY), {u"--settings"_s, file});
+        QTRY_VERIFY(server.requests().contains("/slow?"));
+        const QString edited = slowLine + u"\nOk="_s + server.url("/ok?").toString();
+        {
+            QSettings other(file, QSettings::IniFormat);
+            other.setValue(u"Lanternic.sources"_s, edited);
+            lanternic::SilenceStore(other).silence(u"ok"_s, lanternic::SilenceDuration::forever,
+                                                   QDateTime::currentDateTimeUtc());
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(pass.state(), QProcess::NotRunning, 10'000);
+        QSettings settings(file, QSettings::IniFormat);
+        QCOMPARE(settings.value(u"Lanternic.sources"_s).toString(), edited);
+        QVERIFY(lanternic::SilenceStore(settings).entries().contains(u"ok"_s));
+        QVERIFY(settings.value(u"Lanternic.checkHistory"_s).toByteArray().contains("/slow"));
     }
 
     void ownSettingsAreLeftAlone()

@@ -51,6 +51,31 @@ private Q_SLOTS:
         QVERIFY(!SilenceStore(*defaults).entries().contains(u"example"_s));
     }
 
+    // The tray and a watcher on one settings file: each writes its own change into what is
+    // stored now, and reads the other's.
+    void silencesOfTwoPrograms()
+    {
+        QSettings watcherSettings(defaults->fileName(), QSettings::IniFormat);
+        SilenceStore tray(*defaults);
+        SilenceStore watcher(watcherSettings);
+        const QDateTime now = at("2026-11-16T17:00:00Z");
+        tray.silence(u"github"_s, SilenceDuration::twoHours, now);
+        watcher.prune({}, {}, now);
+        watcher.silence(u"slack"_s, SilenceDuration::untilResolved, now);
+        const auto stored = [&] {
+            defaults->sync();
+            watcherSettings.sync();
+            QSettings file(defaults->fileName(), QSettings::IniFormat);
+            QStringList ids = SilenceStore(file).entries().keys();
+            ids.sort();
+            return ids;
+        };
+        QCOMPARE(stored(), (QStringList{u"github"_s, u"slack"_s}));
+        tray.prune({u"slack"_s}, {}, now.addSecs(3 * 3600));
+        QCOMPARE(tray.entries().keys(), QStringList{u"slack"_s});
+        QCOMPARE(stored(), QStringList{u"slack"_s});
+    }
+
     void storedKeysSurviveAnyText()
     {
         const SilenceStore::Entries entries{

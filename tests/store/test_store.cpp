@@ -334,6 +334,14 @@ private Q_SLOTS:
         pass();
         QVERIFY(!store->healthLog().byId.value(id).last().health);
         QCOMPARE(HealthLog::load(*defaults)->byId.value(id).size(), 4);
+
+        // What is stored but cannot be read at all is not saved over.
+        defaults->setValue(u"Lanternic.healthLog"_s, QByteArray("not a log"));
+        store->setOffline(false);
+        clock = clock.addSecs(120);
+        pass();
+        QCOMPARE(store->healthLog().byId.value(id).size(), 5);
+        QCOMPARE(defaults->value(u"Lanternic.healthLog"_s), QVariant(QByteArray("not a log")));
     }
 
     // Overlapping passes: the one that started later wins, even when it finishes first, and a
