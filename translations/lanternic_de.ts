@@ -635,6 +635,14 @@ Leer lassen für die Vorgaben (GitHub, Cloudflare, Datadog, OpenAI, Claude).</tr
         <source>Checking…</source>
         <translation>Wird geprüft…</translation>
     </message>
+    <message>
+        <source>Relay loop</source>
+        <translation>Relay-Schleife</translation>
+    </message>
+    <message>
+        <source>This relay feed already passed through this watcher</source>
+        <translation>Dieser Relay-Feed ist bereits durch diesen Wächter gelaufen</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::NotificationSettingsView</name>

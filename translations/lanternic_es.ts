@@ -635,6 +635,14 @@ Déjalo en blanco para las predeterminadas (GitHub, Cloudflare, Datadog, OpenAI,
         <source>Checking…</source>
         <translation>Comprobando…</translation>
     </message>
+    <message>
+        <source>Relay loop</source>
+        <translation>Bucle de relé</translation>
+    </message>
+    <message>
+        <source>This relay feed already passed through this watcher</source>
+        <translation>Este feed de relé ya pasó por este vigilante</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::NotificationSettingsView</name>

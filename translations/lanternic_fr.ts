@@ -635,6 +635,14 @@ Laisser vide pour les sources par défaut (GitHub, Cloudflare, Datadog, OpenAI, 
         <source>Checking…</source>
         <translation>Vérification…</translation>
     </message>
+    <message>
+        <source>Relay loop</source>
+        <translation>Boucle de relais</translation>
+    </message>
+    <message>
+        <source>This relay feed already passed through this watcher</source>
+        <translation>Ce flux relais est déjà passé par ce veilleur</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::NotificationSettingsView</name>

@@ -2,6 +2,7 @@
 
 #include "model/feedtext.h"
 #include "present/resultjson.h"
+#include "sources/relayfeedsource.h"
 #include "store/lanternicstore.h"
 
 #include <QJsonArray>
@@ -40,13 +41,25 @@ QJsonObject relayDocument(const LanternicStore &store, const QString &name,
                                                   source + u": "_s + FeedText::clean(window.name)));
         }
     }
+    // The watchers this feed passed through, this one first, so that one that reads its own
+    // feed back through others sees the loop.
+    QStringList via;
+    if (!store.relayIdentity().isEmpty())
+        via.append(store.relayIdentity());
+    for (const SourceResult &result : store.results())
+        via += result.relayedVia;
+    via.removeDuplicates();
+    QJsonArray watchers;
+    for (const QString &watcher : via.mid(0, RelayFeedSource::maximumRelayHops))
+        watchers.append(FeedText::clean(watcher, 64));
     QJsonObject document{{u"schema"_s, u"lanternic.v1"_s},
                          {u"name"_s, FeedText::clean(name)},
                          {u"health"_s, rawValue(store.overallHealth())},
                          {u"detail"_s, FeedText::clean(store.summaryText())},
                          {u"components"_s, components},
                          {u"incidents"_s, incidents},
-                         {u"maintenances"_s, maintenances}};
+                         {u"maintenances"_s, maintenances},
+                         {u"via"_s, watchers}};
     if (url)
         document.insert(u"url"_s, url->toString(QUrl::FullyEncoded));
     return document;

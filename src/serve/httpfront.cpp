@@ -8,8 +8,12 @@
 #include <cerrno>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <linux/sockios.h>
+#endif
 
 namespace lanternic {
 
@@ -80,6 +84,19 @@ Parsed parseHead(QByteArrayView head, HttpRequest &request, QByteArray &path)
     return body ? Parsed::hasBody : Parsed::request;
 }
 
+// What the kernel still holds of what was sent on a connection, not yet taken by the client.
+int unsentBytes(int descriptor)
+{
+#ifdef SIOCOUTQ
+    int queued = 0;
+    if (::ioctl(descriptor, SIOCOUTQ, &queued) == 0)
+        return queued;
+#else
+    Q_UNUSED(descriptor);
+#endif
+    return 0;
+}
+
 // The peer's address as bytes, the key of its count of waiting connections.
 QByteArray peerAddress(int descriptor)
 {
@@ -114,7 +131,8 @@ HttpResponse httpResponse(QByteArrayView statusLine, const QByteArray &type, con
 }
 
 struct HttpFront::Connection {
-    enum class State { waiting, answering, draining };
+    // flushing: the answer is all sent, but the kernel still holds some of it.
+    enum class State { waiting, answering, flushing, draining };
 
     int descriptor = -1;
     State state = State::waiting;
@@ -188,6 +206,9 @@ quint16 HttpFront::listen(const QHostAddress &address, quint16 port)
         delete listener;
         return 0;
     }
+    // Connections take it from here: an answer left unread holds no more than this.
+    ::setsockopt(int(listener->socketDescriptor()), SOL_SOCKET, SO_SNDBUF, &sendBufferBytes,
+                 sizeof sendBufferBytes);
 #ifdef TCP_DEFER_ACCEPT
     // The kernel hands a connection over once its request is there (or after a second without
     // one): clients connect, then ask, and most connections are then answered in the turn they
@@ -235,7 +256,9 @@ HttpFront::Connection *HttpFront::admit(int descriptor, bool waiting)
     QByteArray address;
     if (waiting) {
         address = peerAddress(descriptor);
-        if (m_waiting >= m_limits.waiting ||
+        const int places =
+            isKnown(address) ? m_limits.waiting : m_limits.waiting - m_limits.reservedForKnown;
+        if (m_waiting >= places ||
             m_waitingByAddress.value(address) >= m_limits.waitingPerAddress) {
             ::close(descriptor);
             return nullptr;
@@ -307,6 +330,7 @@ void HttpFront::respond(int descriptor, QByteArrayView head, Connection *connect
     QByteArray path;
     switch (parseHead(head, request, path)) {
     case Parsed::request:
+        remember(connection ? connection->address : peerAddress(descriptor));
         send(descriptor, m_answer(request), false, connection);
         return;
     case Parsed::badRequest:
@@ -334,17 +358,23 @@ void HttpFront::send(int descriptor, QByteArray bytes, bool drain, Connection *c
         ::send(descriptor, bytes.constData(), size_t(bytes.size()), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (written < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
         written = 0;
-    if (written < 0 || written == bytes.size()) {
-        if (written >= 0 && drain)
+    if (written < 0) {
+        close(descriptor);
+        return;
+    }
+    if (written == bytes.size()) {
+        if (drain)
             startDraining(descriptor, connection);
         else
-            close(descriptor);
+            finishAnswer(descriptor, connection);
         return;
     }
     // A large answer outgrew the socket's buffer: the rest goes as the client takes it.
-    connection = holding(descriptor, connection);
-    if (!connection)
+    if (!connection && int(m_connections.size()) - m_waiting >= m_limits.answering) {
+        reset(descriptor);
         return;
+    }
+    connection = holding(descriptor, connection);
     connection->state = Connection::State::answering;
     connection->data = std::move(bytes);
     connection->done = written;
@@ -370,7 +400,30 @@ void HttpFront::writeMore(Connection &connection)
     if (connection.drainAfter)
         startDraining(connection.descriptor, &connection);
     else
-        close(connection.descriptor);
+        finishAnswer(connection.descriptor, &connection);
+}
+
+// Closing a connection whose answer the kernel still holds would leave it there for as long
+// as the client cares not to read: it is held until the client has taken it all, within the
+// answer's time, and reset after that.
+void HttpFront::finishAnswer(int descriptor, Connection *connection)
+{
+    if (unsentBytes(descriptor) == 0) {
+        close(descriptor);
+        return;
+    }
+    const bool answering = connection && connection->state == Connection::State::answering;
+    connection = holding(descriptor, connection);
+    if (!connection)
+        return;
+    if (!answering)
+        connection->deadline = QDeadlineTimer(m_limits.answer);
+    connection->state = Connection::State::flushing;
+    connection->data.clear();
+    if (connection->notifier) {
+        connection->notifier->setEnabled(false);
+        connection->notifier.release()->deleteLater();
+    }
 }
 
 // The refusal is sent; what the client still sends is read into nothing for a moment, since
@@ -439,15 +492,46 @@ void HttpFront::close(int descriptor)
     ::close(descriptor);
 }
 
+void HttpFront::reset(int descriptor)
+{
+    const linger abortive{1, 0};
+    ::setsockopt(descriptor, SOL_SOCKET, SO_LINGER, &abortive, sizeof abortive);
+    close(descriptor);
+}
+
+void HttpFront::remember(const QByteArray &address)
+{
+    if (m_known.contains(address))
+        return;
+    if (m_known.size() >= 4096)
+        m_knownBefore = std::exchange(m_known, {});
+    m_known.insert(address);
+}
+
+bool HttpFront::isKnown(const QByteArray &address) const
+{
+    return m_known.contains(address) || m_knownBefore.contains(address);
+}
+
 void HttpFront::sweep()
 {
+    QList<int> flushed;
     QList<int> expired;
     for (const auto &[descriptor, connection] : m_connections) {
-        if (connection->deadline.hasExpired())
+        if (connection->state == Connection::State::flushing && unsentBytes(descriptor) == 0)
+            flushed.append(descriptor);
+        else if (connection->deadline.hasExpired())
             expired.append(descriptor);
     }
-    for (const int descriptor : expired)
+    for (const int descriptor : flushed)
         close(descriptor);
+    for (const int descriptor : expired) {
+        const Connection::State state = m_connections.at(descriptor)->state;
+        if (state == Connection::State::answering || state == Connection::State::flushing)
+            reset(descriptor);
+        else
+            close(descriptor);
+    }
 }
 
 } // namespace lanternic

@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QSocketNotifier>
 #include <chrono>
 #include <functional>
@@ -43,7 +44,8 @@ HttpResponse httpResponse(QByteArrayView statusLine, const QByteArray &type, con
 // others out. The head must come whole within `Limits::head` of its first byte (and some byte
 // within `Limits::idle`), in at most 8 KiB. Requests with a body and methods other than GET
 // and HEAD are answered from the head alone; their bodies are read into nothing and never
-// past 64 KiB. An answer the client does not take within `Limits::answer` is dropped.
+// past 64 KiB. An answer the client does not take within `Limits::answer`, including what
+// the kernel still holds of it, is dropped with a reset, which frees the kernel's copy too.
 class HttpFront : public QObject {
 public:
     using Answer = std::function<QByteArray(const HttpRequest &)>;
@@ -51,6 +53,9 @@ public:
     struct Limits {
         int waiting = 128;
         int waitingPerAddress = 16;
+        // Of the waiting places, these only for addresses whose requests came whole before:
+        // clients that never finish a head, from however many addresses, leave them free.
+        int reservedForKnown = 32;
         // Answers being written, and connections being closed after a refusal: these hold
         // a few hundred bytes each, the answers' bytes being shared with the server's own.
         int answering = 1024;
@@ -59,6 +64,8 @@ public:
         std::chrono::milliseconds answer{10'000};
     };
     static constexpr qsizetype maximumHeadBytes = 8 * 1024;
+    // What the kernel may hold of one answer for a client that does not read it.
+    static constexpr int sendBufferBytes = 32 * 1024;
 
     explicit HttpFront(Answer answer, QObject *parent = nullptr);
     ~HttpFront() override;
@@ -88,7 +95,11 @@ private:
     void writeMore(Connection &connection);
     void drain(Connection &connection);
     void startDraining(int descriptor, Connection *connection);
+    void finishAnswer(int descriptor, Connection *connection);
     void close(int descriptor);
+    void reset(int descriptor);
+    void remember(const QByteArray &address);
+    bool isKnown(const QByteArray &address) const;
     void release(Connection &connection);
     Connection *holding(int descriptor, Connection *connection);
     void sweep();
@@ -100,6 +111,10 @@ private:
     std::unordered_map<int, std::unique_ptr<Connection>> m_connections;
     QHash<QByteArray, int> m_waitingByAddress;
     int m_waiting = 0;
+    // Addresses whose requests came whole, in two generations so that the set stays bounded
+    // and an address seen lately is kept.
+    QSet<QByteArray> m_known;
+    QSet<QByteArray> m_knownBefore;
 };
 
 } // namespace lanternic

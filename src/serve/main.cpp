@@ -11,6 +11,7 @@
 #include <QLocale>
 #include <QSettings>
 #include <QSocketNotifier>
+#include <QUuid>
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
@@ -111,7 +112,14 @@ int main(int argc, char **argv)
             return usageError(u"no usable source in --source \"%1\""_s.arg(parser.value(source)));
         defaults.setValue(SettingsKeys::sources, text);
     }
+    // Named once and for good, so that its feed, read back through other watchers, is known.
+    QString watcherId = defaults.value(SettingsKeys::watcherId).toString();
+    if (QUuid::fromString(watcherId).isNull()) {
+        watcherId = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        defaults.setValue(SettingsKeys::watcherId, watcherId);
+    }
     AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::loop);
+    environment.store->setRelayIdentity(watcherId);
     if (minutes)
         environment.store->setPollIntervalOverride(std::chrono::minutes(*minutes));
     WatchServer server(*environment.store, parser.value(relayName));

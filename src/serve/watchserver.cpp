@@ -4,6 +4,7 @@
 #include "store/lanternicstore.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QLocale>
 #include <QTimer>
@@ -106,7 +107,8 @@ void preferLeanEventDispatcher()
 WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *parent)
     : QObject(parent), m_store(store), m_relayName(std::move(relayName)),
       m_front(new HttpFront([this](const HttpRequest &request) { return answer(request); }, this)),
-      m_republish(new QTimer(this))
+      m_republish(new QTimer(this)),
+      m_monotonic([] { return QDeadlineTimer::current().deadline(); })
 {
     connect(&store, &LanternicStore::passFinished, this, &WatchServer::passFinished);
     // Results arrive one by one during a pass: they are served as they come, a few at a time.
@@ -114,9 +116,16 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
     m_republish->setInterval(100);
     connect(m_republish, &QTimer::timeout, this, &WatchServer::publish);
     connect(&store, &LanternicStore::resultsChanged, m_republish, [this] {
-        if (m_statistics.passes > 0 && !m_republish->isActive())
+        if (!m_republish->isActive())
             m_republish->start();
     });
+    // Made once before any pass too: a request never costs an exposition of its own.
+    m_metrics = encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
+}
+
+void WatchServer::setMonotonicClock(std::function<qint64()> clock)
+{
+    m_monotonic = std::move(clock);
 }
 
 quint16 WatchServer::listen(const QHostAddress &address, quint16 port)
@@ -128,6 +137,7 @@ void WatchServer::passFinished()
 {
     ++m_statistics.passes;
     m_statistics.lastPass = m_store.lastChecked();
+    m_lastPassAt = m_monotonic();
     m_statistics.lastDurationSeconds = m_store.lastPassDuration().count() / 1000.0;
     m_republish->stop();
     publish();
@@ -135,6 +145,11 @@ void WatchServer::passFinished()
 
 void WatchServer::publish()
 {
+    // The feed waits for a whole pass; the metrics say what there is.
+    if (m_statistics.passes == 0) {
+        publishMetrics();
+        return;
+    }
     const QByteArray relay = QJsonDocument(relayDocument(m_store, m_relayName, std::nullopt))
                                  .toJson(QJsonDocument::Compact);
     m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
@@ -143,15 +158,15 @@ void WatchServer::publish()
     // The exposition is over ten times the feed: written, then compressed, on the next two turns
     // of the loop, so that the answers in flight wait for neither step in one piece. Until then
     // /metrics answers as it did before this pass.
+    publishMetrics();
+}
+
+void WatchServer::publishMetrics()
+{
     QTimer::singleShot(0, this, [this] {
         const QByteArray text = prometheusMetrics(m_store, m_statistics);
         QTimer::singleShot(0, this, [this, text] { m_metrics = encoded(metricsType, text, {}); });
     });
-}
-
-WatchServer::Encoded WatchServer::metricsResponse() const
-{
-    return encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
 QByteArray WatchServer::answer(const HttpRequest &request) const
@@ -163,8 +178,7 @@ QByteArray WatchServer::answer(const HttpRequest &request) const
 // The loop has not finished a pass for three intervals: it has stopped, or its passes hang.
 bool WatchServer::isStale() const
 {
-    return m_statistics.lastPass &&
-           m_statistics.lastPass->msecsTo(m_store.now()) > 3 * m_store.pollInterval().count();
+    return m_lastPassAt && m_monotonic() - *m_lastPassAt > 3 * m_store.pollInterval().count();
 }
 
 HttpResponse WatchServer::route(const HttpRequest &request) const
@@ -190,7 +204,7 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
         return httpResponse("200 OK", plainText, "ok\n");
     }
     if (request.path == "/metrics")
-        return pick(m_metrics.identity.bytes.isEmpty() ? metricsResponse() : m_metrics);
+        return pick(m_metrics);
     if (request.path != "/lanternic.json")
         return httpResponse("404 Not Found", plainText, "not found\n");
     if (!ready)

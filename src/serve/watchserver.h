@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QHostAddress>
 #include <QObject>
+#include <functional>
+#include <optional>
 
 class QTimer;
 
@@ -40,10 +42,14 @@ public:
     // The bytes that answer a request: the whole response, or its head alone for HEAD.
     QByteArray answer(const HttpRequest &request) const;
 
+    // Milliseconds on a clock that only moves forward, whatever the wall clock does: what
+    // the age of the last pass is measured on. Tests move their own.
+    void setMonotonicClock(std::function<qint64()> clock);
+
 private:
     void passFinished();
     void publish();
-    Encoded metricsResponse() const;
+    void publishMetrics();
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
 
@@ -52,7 +58,9 @@ private:
     HttpFront *m_front;
     QTimer *m_republish;
     PassStatistics m_statistics;
-    Encoded m_relay; // the feed of the last pass, and its tag
+    std::function<qint64()> m_monotonic;
+    std::optional<qint64> m_lastPassAt; // on the monotonic clock
+    Encoded m_relay;                    // the feed of the last pass, and its tag
     QByteArray m_tag;
     Encoded m_metrics; // the exposition of the last pass, made a moment after it; empty before
 };

@@ -57,6 +57,11 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
                                   component.label.value_or(component.status)});
     }
     SourceResult::keepFirstOfEachId(result.components);
+    // The watchers it came through; a few, as long as ids are, are enough to find a loop.
+    for (const QJsonValue &watcher : document.object().value("via"_L1).toArray()) {
+        if (watcher.isString() && result.relayedVia.size() < maximumRelayHops)
+            result.relayedVia.append(watcher.toString().left(64));
+    }
     result.incidents = NewsReader::relayIncidents(document.object());
     result.maintenances = NewsReader::relayMaintenances(document.object());
     if (result.components.isEmpty()) {

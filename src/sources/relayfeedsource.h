@@ -14,6 +14,10 @@ struct JSONSource;
 // Reads our own relay feed, schema "lanternic.v1": health, detail and components stated directly.
 namespace RelayFeedSource {
 
+// Of a feed's "via" list (the watchers it passed through, the one that served it first), as
+// many are read.
+inline constexpr int maximumRelayHops = 16;
+
 struct Document {
     struct Component {
         QString id;

@@ -78,6 +78,11 @@ public:
     // A wait chosen for this run instead of the stored one (the watcher's --interval).
     void setPollIntervalOverride(std::chrono::minutes interval) { m_intervalOverride = interval; }
 
+    // The watcher this store runs in, named in the relay feeds it publishes; a feed that
+    // already passed through it is a loop, and read as an error.
+    void setRelayIdentity(const QString &id) { m_relayIdentity = id; }
+    const QString &relayIdentity() const { return m_relayIdentity; }
+
     // Tests replace the clock that passes and display values read.
     void setClock(Clock clock) { m_clock = std::move(clock); }
     QDateTime now() const { return m_clock(); }
@@ -121,6 +126,7 @@ private:
     std::chrono::milliseconds m_lastPassDuration{0};
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
+    QString m_relayIdentity;
     CheckHistory m_history;
     HealthLog m_healthLog;
     TransferQueue *m_queue;

@@ -8,9 +8,13 @@
 #include "support/storefixture.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTcpSocket>
 #include <QTest>
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 using namespace lanternic;
 using namespace Qt::StringLiterals;
@@ -65,6 +69,39 @@ Answer ask(quint16 port, const QByteArray &request, qsizetype split = 0)
 QByteArray get(const QByteArray &path, const QByteArray &extra = {})
 {
     return "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n" + extra + "\r\n";
+}
+
+// What the kernel holds unsent on this machine's connections from the given local port.
+qint64 queuedBytes(quint16 port)
+{
+    qint64 total = 0;
+    for (const char *table : {"/proc/net/tcp", "/proc/net/tcp6"}) {
+        QFile file(QString::fromLatin1(table));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        file.readLine();
+        while (!file.atEnd()) {
+            // sl local_address rem_address st tx_queue:rx_queue …; a listening socket (0A)
+            // tells its backlog there instead.
+            const QList<QByteArray> fields = file.readLine().simplified().split(' ');
+            if (fields.size() < 5 || fields[1].split(':').value(1).toUInt(nullptr, 16) != port ||
+                fields[3] == "0A")
+                continue;
+            total += fields[4].split(':').value(0).toLongLong(nullptr, 16);
+        }
+    }
+    return total;
+}
+
+// A connection from one of this machine's loopback addresses, whose request comes in two
+// writes, the way that needs a waiting place.
+std::unique_ptr<QTcpSocket> askInPieces(const QString &from, quint16 port, const QByteArray &path)
+{
+    auto socket = std::make_unique<QTcpSocket>();
+    socket->bind(QHostAddress(from));
+    socket->connectToHost(QHostAddress::LocalHost, port);
+    socket->write("GET " + path + " HTTP/1.1\r\n");
+    return socket;
 }
 
 } // namespace
@@ -321,6 +358,73 @@ private Q_SLOTS:
         QCOMPARE(ask(port, get("/healthz")).status, 200);
     }
 
+    // An answer the client leaves unread is not left to the kernel either: once the answer's
+    // time is up the connection is reset, and what was queued for it goes.
+    void unreadAnswersAreDropped()
+    {
+        auto limits = server->front().limits();
+        limits.answer = std::chrono::milliseconds(300);
+        server->front().setLimits(limits);
+        // An exposition that fits one send, then one that does not.
+        for (const int components : {150, 1000}) {
+            QByteArrayList many;
+            for (int i = 0; i < components; ++i)
+                many.append(relayComponent(u"c%1"_s.arg(i), u"Component %1"_s.arg(i), u"down"_s));
+            const QString name = u"Large %1"_s.arg(components);
+            fixture->addSource(name, "operational", "[" + many.join(',') + "]");
+            fixture->runPass();
+            QTRY_VERIFY(server->answer({"GET", "/metrics", {}, {}}).contains(name.toUtf8()));
+
+            const int client = ::socket(AF_INET, SOCK_STREAM, 0);
+            const int receiveBuffer = 4096;
+            ::setsockopt(client, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+            sockaddr_in address{};
+            address.sin_family = AF_INET;
+            address.sin_port = htons(port);
+            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+            QCOMPARE(::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+            const QByteArray request = get("/metrics");
+            QCOMPARE(::send(client, request.constData(), size_t(request.size()), 0),
+                     ssize_t(request.size()));
+            char byte = 0;
+            QTRY_COMPARE(::recv(client, &byte, 1, MSG_PEEK | MSG_DONTWAIT), ssize_t(1));
+            QTRY_COMPARE(server->front().openConnections(), 0);
+            QCOMPARE(queuedBytes(port), 0);
+            ::close(client);
+        }
+    }
+
+    // However many addresses hold waiting places without finishing a head, a quarter of the
+    // places stay for addresses whose requests came whole before.
+    void strangersLeavePlacesForKnownClients()
+    {
+        fixture->runPass();
+        const HttpFront::Limits limits = server->front().limits();
+        auto known = askInPieces(u"127.0.0.2"_s, port, "/healthz");
+        known->write("\r\n");
+        QTRY_VERIFY(known->peek(12) == "HTTP/1.1 200");
+        std::vector<std::unique_ptr<QTcpSocket>> slow;
+        const int addresses = limits.waiting / limits.waitingPerAddress;
+        for (int i = 0; i < addresses * limits.waitingPerAddress; ++i)
+            slow.push_back(askInPieces(u"127.0.1.%1"_s.arg(1 + i % addresses), port, "/metrics"));
+        const int open = limits.waiting - limits.reservedForKnown;
+        QTRY_COMPARE(std::count_if(slow.begin(), slow.end(),
+                                   [](const auto &socket) {
+                                       return socket->state() == QAbstractSocket::UnconnectedState;
+                                   }),
+                     slow.size() - open);
+        QCOMPARE(server->front().openConnections(), open);
+
+        known = askInPieces(u"127.0.0.2"_s, port, "/healthz");
+        auto stranger = askInPieces(u"127.0.2.1"_s, port, "/healthz");
+        QTest::qWait(50);
+        known->write("\r\n");
+        stranger->write("\r\n");
+        QTRY_VERIFY(known->peek(12) == "HTTP/1.1 200");
+        QTRY_COMPARE(stranger->state(), QAbstractSocket::UnconnectedState);
+        QVERIFY(stranger->readAll().isEmpty());
+    }
+
     // A result is served as it arrives, while the pass waits for a slower source.
     void resultsAreServedAsTheyArrive()
     {
@@ -335,16 +439,51 @@ private Q_SLOTS:
         QVERIFY(fixture->store.isRefreshing());
     }
 
-    // The health check fails once the loop has not finished a pass for three intervals.
+    // The health check fails once the loop has not finished a pass for three intervals, as a
+    // clock that only moves forward counts them: the wall clock may jump either way.
     void staleLoop()
     {
+        qint64 monotonic = 1'000'000;
+        server->setMonotonicClock([&] { return monotonic; });
         fixture->runPass();
         QCOMPARE(ask(port, get("/healthz")).status, 200);
-        fixture->now = fixture->now.addMSecs(3 * fixture->store.pollInterval().count() + 1000);
+        const qint64 stale = 3 * fixture->store.pollInterval().count() + 1000;
+        fixture->now = fixture->now.addSecs(3600);
+        QCOMPARE(ask(port, get("/healthz")).status, 200);
+        monotonic += stale;
         QCOMPARE(ask(port, get("/healthz")).status, 503);
+        fixture->now = fixture->now.addSecs(-7200);
         fixture->runPass();
         QCOMPARE(ask(port, get("/healthz")).status, 200);
         QVERIFY(server->statistics().lastDurationSeconds > 0);
+    }
+
+    // Before the first pass the exposition is made as results come, never once per request.
+    void metricsBeforeTheFirstPass()
+    {
+        HttpRequest request{"GET", "/metrics", {}, {}};
+        QTRY_VERIFY(server->answer(request).contains("lanternic_passes_total 0\n"));
+        QCOMPARE(server->answer(request).constData(), server->answer(request).constData());
+        fixture->server.route("/feed1.json", {200, relayFeed("operational"), {}, false, 3000});
+        fixture->startPass();
+        QTRY_VERIFY(server->answer(request).contains("name=\"GitHub\"} 2\n"));
+        QCOMPARE(server->statistics().passes, 0);
+    }
+
+    // A watcher that reads its own feed back through another sees the loop, and says so, while
+    // the watchers a feed passed through go on in its own.
+    void relayLoops()
+    {
+        fixture->store.setRelayIdentity(u"watcher-a"_s);
+        fixture->addSource(u"Looped"_s, "down", "[]", {}, R"(,"via":["watcher-b","watcher-a"])");
+        fixture->addSource(u"Upstream"_s, "operational", "[]", {}, R"(,"via":["watcher-c",7])");
+        fixture->runPass();
+        const QList<SourceResult> &results = fixture->store.results();
+        QCOMPARE(results[2].health, Health::unknown);
+        QCOMPARE(results[2].error, u"This relay feed already passed through this watcher"_s);
+        QCOMPARE(results[3].error, std::nullopt);
+        const QByteArray feed = ask(port, get("/lanternic.json")).body;
+        QVERIFY2(feed.contains(R"("via":["watcher-a","watcher-c"])"), feed.constData());
     }
 };
 

@@ -39,11 +39,16 @@ void StoreFixture::addUnreachableSource(const QString &name)
     m_lines.append(u"%1=http://127.0.0.1:1/feed%2.json"_s.arg(name).arg(m_lines.size()));
 }
 
-void StoreFixture::runPass()
+void StoreFixture::startPass(std::function<void()> done)
 {
     settings.setSourcesText(m_lines.join(u'\n'));
+    store.refresh(std::move(done));
+}
+
+void StoreFixture::runPass()
+{
     bool done = false;
-    store.refresh([&] { done = true; });
+    startPass([&] { done = true; });
     if (!QTest::qWaitFor([&] { return done; }, 20'000))
         qFatal("the pass did not finish");
 }

@@ -5,6 +5,7 @@
 
 #include <QSettings>
 #include <QTemporaryDir>
+#include <functional>
 
 // A whole monitoring store over a temporary settings file, fed by relay feeds that a
 // loopback server serves, so that views can be shown real results of real passes.
@@ -21,6 +22,8 @@ public:
     void addUnreachableSource(const QString &name);
     // Checks the sources added so far, as one pass of the app.
     void runPass();
+    // Starts that pass without waiting for it.
+    void startPass(std::function<void()> done = {});
 
     QTemporaryDir dir;
     QSettings defaults;
