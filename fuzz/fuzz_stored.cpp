@@ -1,7 +1,8 @@
-// Stored history and silences as anything may have left them: whatever decodes must survive
+// Stored history, health log and silences as anything may have left them: whatever decodes must survive
 // being written and read back unchanged.
 
 #include "store/checkhistory.h"
+#include "store/healthlog.h"
 #include "store/silencestore.h"
 
 #include <QByteArray>
@@ -15,6 +16,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (const auto history = CheckHistory::decode(stored)) {
         const auto again = CheckHistory::decode(history->encode());
         if (!again || !(*again == *history))
+            __builtin_trap();
+    }
+    if (const auto log = HealthLog::decode(stored)) {
+        const auto again = HealthLog::decode(log->encode());
+        if (!again || !(*again == *log))
             __builtin_trap();
     }
     if (const auto silences = SilenceStore::decode(stored)) {
