@@ -358,6 +358,10 @@
         <translation>keine Adresse</translation>
     </message>
     <message>
+        <source>%1:// is not supported</source>
+        <translation>%1:// wird nicht unterstützt</translation>
+    </message>
+    <message>
         <source>no host</source>
         <translation>kein Host</translation>
     </message>

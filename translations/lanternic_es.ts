@@ -358,6 +358,10 @@
         <translation>falta la dirección</translation>
     </message>
     <message>
+        <source>%1:// is not supported</source>
+        <translation>%1:// no es compatible</translation>
+    </message>
+    <message>
         <source>no host</source>
         <translation>falta el host</translation>
     </message>

@@ -358,6 +358,10 @@
         <translation>pas d’adresse</translation>
     </message>
     <message>
+        <source>%1:// is not supported</source>
+        <translation>%1:// n’est pas pris en charge</translation>
+    </message>
+    <message>
         <source>no host</source>
         <translation>pas d’hôte</translation>
     </message>

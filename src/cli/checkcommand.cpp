@@ -119,12 +119,17 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
 
     Invocation invocation;
     // A settings file may be new, but its folder must be there to keep it in.
-    const auto takeSettings = [&](Invocation &into) -> std::optional<UsageError> {
+    // Only a pass may start a settings file: the others would read a mistyped name as one
+    // that is empty, and show the public defaults.
+    const auto takeSettings = [&](Invocation &into,
+                                  bool mustExist = false) -> std::optional<UsageError> {
         if (!parser.isSet(settings))
             return std::nullopt;
         const QFileInfo file(parser.value(settings));
         if (!file.absoluteDir().exists())
             return UsageError{u"no folder %1 for the settings file"_s.arg(file.absolutePath())};
+        if (mustExist && !file.exists())
+            return UsageError{u"no settings file %1"_s.arg(file.filePath())};
         into.settingsFile = parser.value(settings);
         return std::nullopt;
     };
@@ -193,7 +198,7 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
             if (parser.isSet(option) && name != "json"_L1 && name != "settings"_L1)
                 return UsageError{u"--%1 does not go with history (see --help)"_s.arg(name)};
         }
-        if (auto missing = takeSettings(invocation))
+        if (auto missing = takeSettings(invocation, true))
             return *missing;
         if (parser.isSet(json))
             invocation.report.format = Format::json;
@@ -222,7 +227,7 @@ std::variant<Invocation, UsageError> parseArguments(const QStringList &arguments
         invocation.words = positional.mid(1);
         if (parser.isSet(json))
             invocation.report.format = Format::json;
-        if (auto missing = takeSettings(invocation))
+        if (auto missing = takeSettings(invocation, !catalog))
             return *missing;
         if (parser.isSet(sourceLine))
             invocation.sourcesText = parser.values(sourceLine).join(u'\n');

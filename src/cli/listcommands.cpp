@@ -2,6 +2,7 @@
 
 #include "config/catalog.h"
 #include "config/sourceregistry.h"
+#include "model/feedtext.h"
 #include "model/settingskeys.h"
 #include "present/historyreport.h"
 
@@ -36,6 +37,9 @@ int runCatalog(const Invocation &invocation)
                     entry.platform + u'\n';
         std::fputs(text.toUtf8().constData(), stdout);
     }
+    if (found.isEmpty())
+        std::fprintf(stderr, "lanternic-check: nothing in the catalogue matches \"%s\"\n",
+                     qUtf8Printable(FeedText::clean(invocation.words.join(u' '), 200)));
     return found.isEmpty() ? 1 : 0;
 }
 

@@ -79,6 +79,25 @@ bool isLineBreak(QChar c)
     }
 }
 
+// The scheme a value begins with, "ftp" in "ftp://host", when it is neither http nor https:
+// such a line names something no check can fetch, and is not read as a host.
+std::optional<QString> foreignScheme(const QString &value)
+{
+    const qsizetype end = value.indexOf("://"_L1);
+    if (end <= 0)
+        return std::nullopt;
+    const QStringView scheme = QStringView(value).first(end);
+    const auto isSchemeChar = [](QChar c) {
+        return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.');
+    };
+    if (!scheme.front().isLetter() || !std::all_of(scheme.begin(), scheme.end(), isSchemeChar))
+        return std::nullopt;
+    const QString lower = scheme.toString().toLower();
+    if (lower == "http"_L1 || lower == "https"_L1)
+        return std::nullopt;
+    return lower;
+}
+
 QString workingText(const QString &value)
 {
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
@@ -241,6 +260,8 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
 
 std::optional<Target> Target::classify(const QString &value)
 {
+    if (foreignScheme(value))
+        return std::nullopt;
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
     const QString working = workingText(value);
 
@@ -374,6 +395,8 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
             reading.reason = Text::tr("no label");
         else if (value.isEmpty())
             reading.reason = Text::tr("no address");
+        else if (const auto scheme = foreignScheme(value))
+            reading.reason = Text::tr("%1:// is not supported").arg(*scheme);
         else if (const auto target = Target::classify(value); !target)
             reading.reason = Text::tr("no host");
         else if (auto source = buildSource({label, value}, kinds, ids)) {

@@ -277,11 +277,15 @@ private Q_SLOTS:
     void listings()
     {
         QFETCH(QStringList, arguments);
-        const Run r = run(QStringList{u"--settings"_s, dir.filePath(u"none.ini"_s)}.mid(
+        QFile(dir.filePath(u"empty.ini"_s)).open(QIODevice::WriteOnly);
+        const Run r = run(QStringList{u"--settings"_s, dir.filePath(u"empty.ini"_s)}.mid(
                               arguments.first() == u"sources"_s ? 0 : 2) +
                           arguments);
         QTEST(r.exitCode, "exitCode");
         QTEST(QString::fromUtf8(r.out), "out");
+        // Nothing found is said, not left to a silent exit status.
+        QCOMPARE(r.err.startsWith("lanternic-check: nothing in the catalogue matches \"zzzqqq\""),
+                 arguments.contains(u"zzzqqq"_s));
     }
 
     // Uptime and troubles from the health log the app keeps, as text and as JSON.
@@ -335,6 +339,12 @@ private Q_SLOTS:
             << QStringList{u"fetch"_s, u"file:///etc/passwd"_s} << QString();
         QTest::newRow("file over 16 MiB")
             << QStringList{u"read"_s, dir.filePath(u"big.json"_s)} << QString();
+        QTest::newRow("history of a settings file that is not there")
+            << QStringList{u"history"_s, u"--settings"_s, dir.filePath(u"typo.ini"_s)}
+            << u"no settings file"_s;
+        QTest::newRow("sources of a settings file that is not there")
+            << QStringList{u"sources"_s, u"--settings"_s, dir.filePath(u"typo.ini"_s)}
+            << u"no settings file"_s;
         QTest::newRow("days out of range")
             << QStringList{u"history"_s, u"--days"_s, u"91"_s} << u"--days takes 1 to 90"_s;
         QTest::newRow("catalog with a pass option")

@@ -179,7 +179,8 @@ private Q_SLOTS:
         QStringList told;
         for (const LineReading &reading : SourceRegistry::readLines(
                  u"Fal=fal.example\n\nnonsense line\n=x.example\nY=\nZ=https://\n"
-                 u"Feed=https://f.example/x.json\nAgain=https://f.example/x.json\nNew=n.example"_s,
+                 u"Feed=https://f.example/x.json\nAgain=https://f.example/x.json\nNew=n.example\n"
+                 u"Old=ftp://example.com/status"_s,
                  kinds))
             told.append(SourceRegistry::describe(reading));
         QCOMPARE(
@@ -192,7 +193,9 @@ private Q_SLOTS:
                 u"line 8: Again \u2192 https://f.example/x.json (feed), the same feed as "
                 u"line 7"_s,
                 u"line 9: New \u2192 https://n.example/api/v2/summary.json (to be "
-                u"probed)"_s}));
+                u"probed)"_s,
+                u"line 10: ignored \u2014 ftp:// is not supported"_s}));
+        QVERIFY(!SourceRegistry::hasUsableLine(u"Old=gopher://example.com"_s));
     }
 
     // The catalogue: ranked matches by name and host, the lines it adds, the kinds it knows.

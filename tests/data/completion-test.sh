@@ -17,9 +17,11 @@ trap 'rm -rf "$work"' EXIT
 cd "$work" && touch summary.json notes.txt
 
 failures=0
+total=0
 # expect "WORDS…" "EXPECTED REPLIES (sorted, space-separated)"
 expect() {
     local line=$1 expected=$2 complete=_lanternic_check
+    total=$((total + 1))
     [[ $line == lanternic-serve* ]] && complete=_lanternic_serve
     read -r -a COMP_WORDS <<<"$line"
     [[ $line == *" " ]] && COMP_WORDS+=("")
@@ -36,7 +38,7 @@ expect() {
     fi
 }
 
-expect "lanternic-check " "catalog fetch read sources"
+expect "lanternic-check " "catalog fetch history read sources"
 expect "lanternic-check --j" "--json"
 expect "lanternic-check --format w" "waybar"
 expect "lanternic-check --se" "--settings"
@@ -48,8 +50,12 @@ expect "lanternic-check read --name " ""
 expect "lanternic-check catalog --j" "--json"
 expect "lanternic-check sources --so" "--source"
 expect "lanternic-check --format i" "i3blocks"
+expect "lanternic-check history --" "--days --help --json --settings"
+expect "lanternic-check history --days " ""
+expect "lanternic-check --format " "i3blocks json line nagios relay text waybar"
 expect "lanternic-serve --s" "--settings --source"
 expect "lanternic-serve --settings n" "notes.txt"
 expect "lanternic-serve --listen 127" "127.0.0.1:9317"
 
-[ $failures -eq 0 ] && echo "completion: 15 passed, 0 failed" || exit 1
+echo "completion: $((total - failures)) passed, $failures failed"
+[ $failures -eq 0 ]
