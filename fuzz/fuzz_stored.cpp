@@ -1,5 +1,5 @@
-// Stored history, health log and silences as anything may have left them: whatever decodes must survive
-// being written and read back unchanged.
+// Stored history, health log and silences as anything may have left them: whatever decodes
+// must survive being written and read back unchanged.
 
 #include "store/checkhistory.h"
 #include "store/healthlog.h"
