@@ -102,7 +102,7 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
            '\n';
     family(out, "lanternic_pass_duration_seconds", "gauge", "How long the last check pass took.");
     out += "lanternic_pass_duration_seconds " +
-           QByteArray::number(statistics.lastDurationSeconds, 'f', 3) + '\n';
+           QByteArray::number(statistics.lastDurationSeconds, 'f', 6) + '\n';
     family(out, "lanternic_passes_total", "counter", "Check passes finished since start.");
     out += "lanternic_passes_total " + QByteArray::number(statistics.passes) + '\n';
     return out;

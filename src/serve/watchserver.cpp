@@ -119,7 +119,9 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
         if (!m_republish->isActive())
             m_republish->start();
     });
-    // Made once before any pass too: a request never costs an exposition of its own.
+    // Made once before any pass too, from the rows as they are ("Checking…" until a source's
+    // first result): a request never costs an answer of its own.
+    publish();
     m_metrics = encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
@@ -138,18 +140,13 @@ void WatchServer::passFinished()
     ++m_statistics.passes;
     m_statistics.lastPass = m_store.lastChecked();
     m_lastPassAt = m_monotonic();
-    m_statistics.lastDurationSeconds = m_store.lastPassDuration().count() / 1000.0;
+    m_statistics.lastDurationSeconds = double(m_store.lastPassDuration().count()) / 1e6;
     m_republish->stop();
     publish();
 }
 
 void WatchServer::publish()
 {
-    // The feed waits for a whole pass; the metrics say what there is.
-    if (m_statistics.passes == 0) {
-        publishMetrics();
-        return;
-    }
     const QByteArray relay = QJsonDocument(relayDocument(m_store, m_relayName, std::nullopt))
                                  .toJson(QJsonDocument::Compact);
     m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
@@ -207,8 +204,6 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
         return pick(m_metrics);
     if (request.path != "/lanternic.json")
         return httpResponse("404 Not Found", plainText, "not found\n");
-    if (!ready)
-        return httpResponse("503 Service Unavailable", plainText, "no pass has finished yet\n");
     if (request.ifNoneMatch.contains(m_tag)) {
         // Either encoding's tag names the same content.
         return httpResponse("304 Not Modified", {}, {},

@@ -75,7 +75,6 @@ public:
     CheckPass(LanternicStore &store, quint64 number, std::function<void()> done)
         : QObject(&store), m_store(store), m_number(number), m_done(std::move(done))
     {
-        m_clock.start();
     }
 
     void run()
@@ -162,8 +161,7 @@ private:
 
     void finish()
     {
-        m_store.finishPass(m_number, std::chrono::milliseconds(m_clock.elapsed()), m_sources,
-                           std::move(m_collected));
+        m_store.finishPass(m_number, m_sources, std::move(m_collected));
         if (m_done)
             m_done();
         deleteLater();
@@ -172,7 +170,6 @@ private:
     LanternicStore &m_store;
     const quint64 m_number;
     std::function<void()> m_done;
-    QElapsedTimer m_clock;
     QString m_text;
     qsizetype m_pending = 0;
     QList<JSONSource> m_sources;
@@ -217,7 +214,8 @@ LanternicStore::~LanternicStore() = default;
 
 void LanternicStore::refresh(std::function<void()> done)
 {
-    ++m_running;
+    if (m_running++ == 0)
+        m_busy.start();
     setRefreshing(true);
     (new CheckPass(*this, ++m_passesStarted, std::move(done)))->run();
 }
@@ -307,8 +305,8 @@ void LanternicStore::resultArrived(quint64 number, const SourceResult &result)
     }
 }
 
-void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds duration,
-                                const QList<JSONSource> &sources, QList<SourceResult> collected)
+void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources,
+                                QList<SourceResult> collected)
 {
     // A pass that a later one has overtaken read older settings, or an older state of the
     // pages: the later one publishes.
@@ -317,7 +315,9 @@ void LanternicStore::finishPass(quint64 number, std::chrono::milliseconds durati
         setRefreshing(m_running > 0);
         return;
     }
-    m_lastPassDuration = duration;
+    // From the start of the earliest pass still running: a pass that overtook another (a
+    // recheck just after start) joined its checks, and the view took that long to settle.
+    m_lastPassDuration = std::chrono::microseconds(m_busy.nsecsElapsed() / 1000);
 
     QHash<QString, qsizetype> position;
     for (qsizetype i = 0; i < sources.size(); ++i)

@@ -6,6 +6,7 @@
 #include "store/healthlog.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <chrono>
@@ -60,7 +61,7 @@ public:
     // again, and a pass that a later one has overtaken publishes nothing at its end.
     void refresh(std::function<void()> done = {});
     // How long the pass published last took.
-    std::chrono::milliseconds lastPassDuration() const { return m_lastPassDuration; }
+    std::chrono::microseconds lastPassDuration() const { return m_lastPassDuration; }
 
     // Display values, derived afresh on every call.
     QList<DisplayProvider> providers() const;
@@ -102,8 +103,8 @@ private:
     // The rows become the pass's sources, with the results known of them so far.
     void beginPass(quint64 number, const QList<JSONSource> &sources);
     void resultArrived(quint64 number, const SourceResult &result);
-    void finishPass(quint64 number, std::chrono::milliseconds duration,
-                    const QList<JSONSource> &sources, QList<SourceResult> collected);
+    void finishPass(quint64 number, const QList<JSONSource> &sources,
+                    QList<SourceResult> collected);
     static SourceResult placeholder(const JSONSource &source, const QDateTime &now);
     void setRefreshing(bool refreshing);
     QDateTime lastCheckedOrNull() const { return m_lastChecked.value_or(QDateTime()); }
@@ -119,11 +120,12 @@ private:
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;
     int m_running = 0;
+    QElapsedTimer m_busy; // since the earliest pass still running started
     quint64 m_passesStarted = 0;
     quint64 m_rowsPass = 0;
     // Checks in flight, by what they fetch, with everyone waiting for them.
     QHash<QString, QList<std::function<void(const SourceResult &)>>> m_checks;
-    std::chrono::milliseconds m_lastPassDuration{0};
+    std::chrono::microseconds m_lastPassDuration{0};
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
     QString m_relayIdentity;

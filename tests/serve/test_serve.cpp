@@ -87,7 +87,10 @@ qint64 queuedBytes(quint16 port)
             if (fields.size() < 5 || fields[1].split(':').value(1).toUInt(nullptr, 16) != port ||
                 fields[3] == "0A")
                 continue;
-            total += fields[4].split(':').value(0).toLongLong(nullptr, 16);
+            // A closing socket counts its FIN, which a client's full window also holds back.
+            const bool closing = fields[3] == "04" || fields[3] == "0B" || fields[3] == "09";
+            total += std::max<qint64>(0, fields[4].split(':').value(0).toLongLong(nullptr, 16) -
+                                             (closing ? 1 : 0));
         }
     }
     return total;
@@ -135,8 +138,6 @@ private Q_SLOTS:
 
     void relayRoundTripAndConditionalRequests()
     {
-        QCOMPARE(ask(port, get("/healthz")).status, 503);
-        QCOMPARE(ask(port, get("/lanternic.json")).status, 503);
         fixture->runPass();
         QCOMPARE(ask(port, get("/healthz")).status, 200);
         const Answer feed = ask(port, get("/lanternic.json"));
@@ -459,15 +460,27 @@ private Q_SLOTS:
     }
 
     // Before the first pass the exposition is made as results come, never once per request.
-    void metricsBeforeTheFirstPass()
+    // From the start, the feed and the metrics carry each result as it comes, the sources not
+    // checked yet as "Checking…"; the health check says no pass has finished. Neither answer is
+    // made for a request of its own.
+    void theFirstPassIsServedAsItComes()
     {
-        HttpRequest request{"GET", "/metrics", {}, {}};
-        QTRY_VERIFY(server->answer(request).contains("lanternic_passes_total 0\n"));
-        QCOMPARE(server->answer(request).constData(), server->answer(request).constData());
-        fixture->server.route("/feed1.json", {200, relayFeed("operational"), {}, false, 3000});
+        HttpRequest metrics{"GET", "/metrics", {}, {}};
+        QVERIFY(server->answer(metrics).contains("lanternic_passes_total 0\n"));
+        QCOMPARE(server->answer(metrics).constData(), server->answer(metrics).constData());
+        fixture->server.route("/feed1.json", {200, relayFeed("operational"), {}, false, 2000});
         fixture->startPass();
-        QTRY_VERIFY(server->answer(request).contains("name=\"GitHub\"} 2\n"));
+        QTRY_VERIFY(server->answer(metrics).contains("name=\"GitHub\"} 2\n"));
+        const Answer feed = ask(port, get("/lanternic.json"));
+        QCOMPARE(feed.status, 200);
+        QVERIFY(feed.body.contains(R"("name":"GitHub","status":"down")"));
+        QVERIFY(feed.body.contains(R"("label":"Checking…","name":"Linear","status":"unknown")"));
+        const Answer health = ask(port, get("/healthz"));
+        QCOMPARE(health.status, 503);
+        QCOMPARE(health.body, "no pass has finished yet\n");
         QCOMPARE(server->statistics().passes, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(ask(port, get("/healthz")).status, 200, 5000);
+        QVERIFY(server->statistics().lastDurationSeconds > 1.9);
     }
 
     // A watcher that reads its own feed back through another sees the loop, and says so, while
