@@ -2,7 +2,8 @@
 # Builds the Debian package from BUILD-DIR (default build), checks it and its metadata with
 # the ecosystem's validators, installs it, runs the installed programs (lanternic under the
 # Xvfb + trayer end-to-end test), removes it and checks that nothing of it is left in /usr.
-# Installing needs root; without it the install steps are skipped.
+# The installed app is also read over AT-SPI in English and German. Installing needs root;
+# without it the install steps are skipped.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build}
@@ -35,6 +36,12 @@ set -e
 [ "$status" -eq 1 ] && grep -q '"name":"Build farm"' "$build/installed-read.json" ||
     { echo "the installed lanternic-check read the sample wrongly ($status)"; exit 1; }
 tests/e2e/tray-e2e.sh /usr/bin/lanternic
+# The installed app finds its translations wherever the package put them: it speaks German.
+set +e
+tests/e2e/atspi-e2e.sh /usr/bin/lanternic
+status=$?
+set -e
+[ "$status" -eq 0 ] || [ "$status" -eq 77 ] || { echo "the installed app failed the AT-SPI test"; exit 1; }
 DEBIAN_FRONTEND=noninteractive apt-get remove -y -qq lanternic >/dev/null
 left=()
 while read -r path; do

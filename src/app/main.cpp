@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QLocale>
 #include <QSettings>
+#include <QStandardPaths>
 #include <cstdio>
 #include <string_view>
 
@@ -63,10 +64,16 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(LANTERNIC_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("lanternic"));
-    installTranslations(QLocale::system(),
-                        {QApplication::applicationDirPath() + QStringLiteral("/translations"),
-                         QStringLiteral(LANTERNIC_TRANSLATIONS_DIR)},
-                        &app);
+    // Beside the executable in a build, under its prefix's share folder wherever it was
+    // installed (a package's prefix is not the build's), then the desktop's data folders.
+    const QString here = QApplication::applicationDirPath();
+    QStringList translationFolders{here + QStringLiteral("/translations"),
+                                   here + QStringLiteral("/../share/lanternic/translations")};
+    translationFolders += QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                                    QStringLiteral("lanternic/translations"),
+                                                    QStandardPaths::LocateDirectory);
+    translationFolders.append(QStringLiteral(LANTERNIC_TRANSLATIONS_DIR));
+    installTranslations(QLocale::system(), translationFolders, &app);
 
     SingleInstance instance(SingleInstance::defaultName());
     if (instance.askRunningInstanceToShow())
