@@ -2,10 +2,12 @@
 
 #include "ui/lanternicpane.h"
 #include "ui/scenes.h"
+#include "ui/translations.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QLocale>
 #include <QPalette>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -51,6 +53,9 @@ void render(const QString &file, void (*scene)(StoreFixture &), int open)
     pane.resize(pane.sizeHint());
     pane.show();
     QCoreApplication::processEvents();
+    // Shown, the pane measures its content again, as the panel window follows it.
+    pane.resize(pane.sizeHint());
+    QCoreApplication::processEvents();
     if (open & news) {
         for (auto *row : pane.findChildren<StatusRowView *>())
             row->setExpanded(true);
@@ -84,6 +89,14 @@ int main(int argc, char **argv)
     render(out + u"/pane-incidents-expanded.png"_s, Scenes::incidents, news);
     render(out + u"/pane-maintenance-expanded.png"_s, Scenes::maintenance, news);
     render(out + u"/pane-week-expanded.png"_s, Scenes::week, news);
+    // Long texts in every shipped language, from the translations the build compiled.
+    for (const char *locale : {"en_US", "de_DE", "fr_FR", "es_ES"}) {
+        QObject translators;
+        installTranslations(QLocale(QString::fromLatin1(locale)),
+                            {QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)}, &translators);
+        render(out + u"/pane-long-%1.png"_s.arg(QString::fromLatin1(locale).left(2)),
+               Scenes::longTexts, news);
+    }
     QApplication::setPalette(darkPalette());
     render(out + u"/pane-dark.png"_s, Scenes::mixed, silenced);
     render(out + u"/pane-incidents-dark.png"_s, Scenes::incidents, news);

@@ -49,10 +49,10 @@ QLabel *plainLabel(const QFont &font, const QColor &color, QWidget *parent)
 }
 
 // The silenced section's header: a flat button over the whole row.
-class SilencedHeader : public QAbstractButton {
+class SilencedHeader : public PaneButton {
 public:
     SilencedHeader(int count, bool expanded, QWidget *parent)
-        : QAbstractButton(parent), m_count(count), m_expanded(expanded)
+        : PaneButton(parent), m_count(count), m_expanded(expanded)
     {
         setAccessibleName(LanternicPane::tr("SILENCED %1").arg(count));
         setContentsMargins(12, 8, 12, expanded ? 2 : 8);
@@ -95,6 +95,7 @@ protected:
 
         Symbols::paint(painter, m_expanded ? u"chevron.down"_s : u"chevron.right"_s,
                        QRectF(area.right() - 9, middle - 4.5, 9, 9), tertiary);
+        paintFocusRing(painter, QRectF(rect()).adjusted(3, 1, -3, -1), 5);
     }
 
 private:
@@ -121,15 +122,22 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setWidgetResizable(true);
     m_scroll->viewport()->setAutoFillBackground(false);
-    outer->addWidget(m_scroll);
+    outer->setSpacing(0);
+    // The header and the footer stay in view; the rows scroll between them.
+    m_top = new QWidget(this);
+    auto *top = new QVBoxLayout(m_top);
+    top->setContentsMargins(0, 0, 0, 0);
+    top->setSpacing(0);
+    top->addWidget(buildHeader());
+    top->addWidget(divider(m_top));
+    outer->addWidget(m_top);
+    outer->addWidget(m_scroll, 1);
 
     m_content = new QWidget;
     m_content->setAutoFillBackground(false);
     m_column = new QVBoxLayout(m_content);
     m_column->setContentsMargins(0, 0, 0, 0);
     m_column->setSpacing(0);
-    m_column->addWidget(buildHeader());
-    m_column->addWidget(divider());
     m_rows = new RowListView(m_content);
     m_rows->setAccessibleName(tr("Sources"));
     m_rowsLayout = new QVBoxLayout(m_rows);
@@ -137,21 +145,25 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_rowsLayout->setSpacing(0);
     m_nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), m_rows);
     m_nothing->setText(tr("Nothing to report \u2014 all operational"));
+    m_nothing->setWordWrap(true);
     m_nothing->setContentsMargins(12, 10, 12, 10);
     m_rowsLayout->addWidget(m_nothing);
     m_column->addWidget(m_rows);
-    m_silencedDivider = divider();
+    m_silencedDivider = divider(m_content);
     m_column->addWidget(m_silencedDivider);
     m_silencedSection = new QWidget(m_content);
     m_column->addWidget(m_silencedSection);
-    m_column->addWidget(divider());
+    m_column->addStretch();
 
-    auto *footer = new QVBoxLayout;
+    m_bottom = new QWidget(this);
+    auto *footer = new QVBoxLayout(m_bottom);
     footer->setSpacing(0);
-    footer->setContentsMargins(0, 4, 0, 6);
-    m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_content);
-    auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_content);
-    auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_content);
+    footer->setContentsMargins(0, 0, 0, 6);
+    footer->addWidget(divider(m_bottom));
+    footer->addSpacing(4);
+    m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_bottom);
+    auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_bottom);
+    auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_bottom);
     m_footer = {m_pauseRow, settingsRow, quitRow};
     connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
         const QDateTime now = m_store.now();
@@ -165,9 +177,10 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     footer->addWidget(m_pauseRow);
     footer->addWidget(settingsRow);
     footer->addWidget(quitRow);
-    m_column->addLayout(footer);
+    outer->addWidget(m_bottom);
     m_scroll->setWidget(m_content);
-    m_content->installEventFilter(this);
+    for (QWidget *part : {m_top, m_content, m_bottom, static_cast<QWidget *>(m_scroll)})
+        part->installEventFilter(this);
     buildScrollBar();
     applyColours();
 
@@ -280,7 +293,13 @@ void LanternicPane::tick()
 
 void LanternicPane::resizeEvent(QResizeEvent *)
 {
-    m_scrollBar->setGeometry(width() - 9, 3, 7, height() - 6);
+    placeScrollBar();
+}
+
+void LanternicPane::placeScrollBar()
+{
+    const QRect area = m_scroll->geometry();
+    m_scrollBar->setGeometry(width() - 9, area.top() + 3, 7, area.height() - 6);
 }
 
 void LanternicPane::enterEvent(QEnterEvent *)
@@ -298,9 +317,9 @@ void LanternicPane::scheduleUpdate()
     m_updateTimer->start();
 }
 
-QWidget *LanternicPane::divider()
+QWidget *LanternicPane::divider(QWidget *parent)
 {
-    auto *line = new QFrame(m_content);
+    auto *line = new QFrame(parent);
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Plain);
     line->setFixedHeight(1);
@@ -343,7 +362,7 @@ void LanternicPane::changeEvent(QEvent *event)
 
 QWidget *LanternicPane::buildHeader()
 {
-    auto *header = new QWidget(m_content);
+    auto *header = new QWidget(m_top);
     auto *row = new QHBoxLayout(header);
     row->setContentsMargins(12, 10, 12, 10);
     row->setSpacing(10);
@@ -358,6 +377,9 @@ QWidget *LanternicPane::buildHeader()
     m_summary =
         plainLabel(Theme::font(13, QFont::DemiBold), palette().color(QPalette::WindowText), header);
     m_lastCheck = plainLabel(Theme::font(11), Theme::secondaryText(palette()), header);
+    // Longer in other languages than the column is wide: they wrap rather than widen it.
+    m_summary->setWordWrap(true);
+    m_lastCheck->setWordWrap(true);
     auto *lastCheckLine = new QHBoxLayout;
     lastCheckLine->setSpacing(3);
     m_clock = new QLabel(header);
@@ -522,17 +544,47 @@ void LanternicPane::rebuildSilenced()
 void LanternicPane::rebuild()
 {
     m_stale = false;
+    // A row silenced, or an item unmuted, from the keyboard goes with the focus it had: the
+    // focus moves to its neighbour, or to the header when none is left.
+    QWidget *focused = QApplication::focusWidget();
+    if (focused && !isAncestorOf(focused))
+        focused = nullptr;
+    StatusRowView *focusedRow = nullptr;
+    for (QWidget *at = focused; at && !focusedRow; at = at->parentWidget())
+        focusedRow = qobject_cast<StatusRowView *>(at);
+    const qsizetype rowIndex = m_rows->rows().indexOf(focusedRow);
+    const qsizetype silencedIndex =
+        m_silencedSection->findChildren<QAbstractButton *>().indexOf(focused);
+
     updateHeader();
     updateRows();
     rebuildSilenced();
     orderTabs();
     m_column->activate();
     updateContentHeight();
+
+    QWidget *next = nullptr;
+    if (rowIndex >= 0 && !m_rowViews.values().contains(focusedRow)) {
+        const QList<StatusRowView *> rows = m_rows->rows();
+        next = rows.isEmpty() ? static_cast<QWidget *>(m_refreshButton)
+                              : rows.at(std::min(rowIndex, rows.size() - 1));
+    } else if (silencedIndex >= 0) {
+        const auto buttons = m_silencedSection->findChildren<QAbstractButton *>();
+        next = buttons.isEmpty() ? static_cast<QWidget *>(m_refreshButton)
+                                 : buttons.at(std::min(silencedIndex, buttons.size() - 1));
+    }
+    if (next)
+        next->setFocus(Qt::OtherFocusReason);
 }
 
 void LanternicPane::updateContentHeight()
 {
-    const int height = m_content->sizeHint().height();
+    // The header's texts may wrap: its height is the one it takes at the column's width.
+    const auto heightOf = [](QWidget *part) {
+        return part->hasHeightForWidth() ? part->heightForWidth(columnWidth)
+                                         : part->sizeHint().height();
+    };
+    const int height = heightOf(m_top) + m_content->sizeHint().height() + heightOf(m_bottom);
     if (height == m_contentHeight)
         return;
     m_contentHeight = height;
@@ -543,7 +595,10 @@ void LanternicPane::updateContentHeight()
 bool LanternicPane::eventFilter(QObject *watched, QEvent *event)
 {
     // Fonts and styles settle when the pane is first shown; the content may change height.
-    if (watched == m_content && event->type() == QEvent::LayoutRequest)
+    if (watched == m_scroll && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        placeScrollBar();
+    if ((watched == m_content || watched == m_top || watched == m_bottom) &&
+        event->type() == QEvent::LayoutRequest)
         QTimer::singleShot(0, this, &LanternicPane::updateContentHeight);
     return QWidget::eventFilter(watched, event);
 }

@@ -73,9 +73,10 @@ private:
     void tick();
     void rebuildSilenced();
     void orderTabs();
-    QWidget *divider();
+    QWidget *divider(QWidget *parent);
     void applyColours();
     void buildScrollBar();
+    void placeScrollBar();
     void revealScrollBar();
 
     LanternicStore &m_store;
@@ -87,7 +88,9 @@ private:
     QScrollArea *m_scroll;
     QScrollBar *m_scrollBar = nullptr;
     QTimer *m_scrollBarFade = nullptr;
+    QWidget *m_top;
     QWidget *m_content;
+    QWidget *m_bottom;
     QVBoxLayout *m_column;
     QLabel *m_overallSymbol = nullptr;
     QLabel *m_summary = nullptr;

@@ -3,15 +3,40 @@
 #include "ui/symbols.h"
 #include "ui/theme.h"
 
+#include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
+#include <QToolTip>
 
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
+void PaneButton::keyPressEvent(QKeyEvent *event)
+{
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        !(event->modifiers() & ~Qt::KeypadModifier)) {
+        animateClick();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+void PaneButton::paintFocusRing(QPainter &painter, const QRectF &area, qreal radius) const
+{
+    if (!hasFocus())
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(area, radius, radius);
+    painter.restore();
+}
+
 MenuActionRow::MenuActionRow(const QString &title, const QString &systemImage, QWidget *parent)
-    : QAbstractButton(parent), m_systemImage(systemImage)
+    : PaneButton(parent), m_systemImage(systemImage)
 {
     setText(title);
     setAccessibleName(title);
@@ -25,11 +50,30 @@ QSize MenuActionRow::sizeHint() const
     return {320, fontMetrics().height() + 10};
 }
 
+QRect MenuActionRow::textArea() const
+{
+    return rect().adjusted(12 + 16 + 8, 0, -12, 0);
+}
+
+bool MenuActionRow::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        // Only a title cut short has a tooltip: the whole of it.
+        if (fontMetrics().horizontalAdvance(text()) > textArea().width())
+            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), text(), this);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return PaneButton::event(event);
+}
+
 void MenuActionRow::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (underMouse())
+    if (underMouse() || hasFocus())
         painter.fillRect(rect(), Theme::accent(palette(), 0.15));
+    paintFocusRing(painter, QRectF(rect()).adjusted(3, 1, -3, -1), 5);
     const QColor color = palette().color(QPalette::WindowText);
     const qreal symbolSize = 13;
     Symbols::paint(
@@ -37,11 +81,34 @@ void MenuActionRow::paintEvent(QPaintEvent *)
         QRectF(12 + (16 - symbolSize) / 2, (height() - symbolSize) / 2, symbolSize, symbolSize),
         color);
     painter.setPen(color);
-    painter.drawText(rect().adjusted(12 + 16 + 8, 0, -12, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                     text());
+    const QRect area = textArea();
+    painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
 }
 
-RefreshButton::RefreshButton(QWidget *parent) : QAbstractButton(parent)
+TextButton::TextButton(const QString &text, QWidget *parent) : PaneButton(parent)
+{
+    setText(text);
+    setAccessibleName(text);
+    setFont(Theme::font(12));
+    setCursor(Qt::PointingHandCursor);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize TextButton::sizeHint() const
+{
+    return {fontMetrics().horizontalAdvance(text()) + 6, fontMetrics().height() + 4};
+}
+
+void TextButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Link));
+    painter.drawText(rect(), Qt::AlignCenter, text());
+    paintFocusRing(painter, QRectF(rect()).adjusted(1, 1, -1, -1), 3);
+}
+
+RefreshButton::RefreshButton(QWidget *parent) : PaneButton(parent)
 {
     setFixedSize(22, 22);
     setAttribute(Qt::WA_Hover);
@@ -63,6 +130,7 @@ void RefreshButton::paintEvent(QPaintEvent *)
     const QColor color =
         hovering ? palette().color(QPalette::WindowText) : Theme::secondaryText(palette());
     Symbols::paint(painter, u"arrow.clockwise"_s, QRectF(5, 5, 12, 12), color);
+    paintFocusRing(painter, QRectF(rect()).adjusted(1, 1, -1, -1), 10);
 }
 
 bool RefreshButton::hitButton(const QPoint &pos) const

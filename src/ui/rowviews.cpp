@@ -3,6 +3,7 @@
 #include "model/feedtext.h"
 #include "present/displaytext.h"
 #include "present/historyreport.h"
+#include "ui/panecontrols.h"
 #include "ui/panetext.h"
 #include "ui/symbols.h"
 #include "ui/theme.h"
@@ -10,13 +11,13 @@
 #include <QActionGroup>
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QTextLayout>
 #include <QTimer>
@@ -132,6 +133,21 @@ QSize ElidedLabel::sizeHint() const
 QSize ElidedLabel::minimumSizeHint() const
 {
     return {0, fontMetrics().height()};
+}
+
+bool ElidedLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        // A text cut short shows the whole of it; a tooltip set on the label wins.
+        if (toolTip().isEmpty()) {
+            if (fontMetrics().horizontalAdvance(m_text) > width())
+                QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), m_text, this);
+            else
+                QToolTip::hideText();
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *)
@@ -532,13 +548,9 @@ void StatusRowView::buildNews(const QDateTime &now)
         return label;
     };
     const auto link = [this](const QString &text, const QUrl &url) {
-        auto *button = new QPushButton(text, m_news);
-        button->setFlat(true);
-        button->setCursor(Qt::PointingHandCursor);
+        auto *button = new TextButton(text, m_news);
         button->setFont(Theme::font(11));
-        button->setStyleSheet(
-            u"QPushButton { border: none; padding: 0; color: palette(link); text-align: left; }"_s);
-        connect(button, &QPushButton::clicked, this, [this, url] { m_actions.openUrl(url); });
+        connect(button, &QAbstractButton::clicked, this, [this, url] { m_actions.openUrl(url); });
         return button;
     };
     for (const Incident &incident : result.incidents) {
@@ -782,12 +794,8 @@ SilencedRowView::SilencedRowView(const QString &title, const SilenceUntil &until
     m_timeLeft->setPalette(tertiary);
     row->addWidget(m_timeLeft);
 
-    auto *unmute = new QPushButton(tr("Unmute"), this);
-    unmute->setFlat(true);
-    unmute->setCursor(Qt::PointingHandCursor);
-    unmute->setFont(Theme::font(12));
-    unmute->setStyleSheet(u"QPushButton { border: none; padding: 0; color: palette(link); }"_s);
-    connect(unmute, &QPushButton::clicked, this,
+    auto *unmute = new TextButton(tr("Unmute"), this);
+    connect(unmute, &QAbstractButton::clicked, this,
             [onUnsilence = std::move(onUnsilence)] { onUnsilence(); });
     row->addWidget(unmute);
 

@@ -48,6 +48,28 @@ void manyRows(StoreFixture &fixture, int count)
     fixture.runPass();
 }
 
+void longTexts(StoreFixture &fixture)
+{
+    const QByteArray incident =
+        R"(,"incidents":[{"id":"i1","name":"Elevated error rates and increased latency for )"
+        R"(requests to the administration interface in every region","status":"identified",)"
+        R"("impact":"major","update":"Engineers have identified the cause and are rolling out )"
+        R"(a fix to every region, one after another, which will take some hours."}])";
+    fixture.addSource(u"Continuous Integration Runners (Europe West and North)"_s, "down", "[]",
+                      "Build queues are stalled everywhere and no job starts at all", incident);
+    fixture.addSource(u"Donnerstagsdatenbankverwaltungsdienststellenleitung"_s, "operational",
+                      "[" +
+                          relayComponent(u"a"_s, u"Authentifizierungsdienstschnittstelle"_s,
+                                         u"degraded_performance"_s) +
+                          "]");
+    fixture.addSource(u"Artifact storage"_s, "degraded", "[]",
+                      "Uploads and downloads of large artifacts are slower than usual");
+    fixture.addSource(u"Git Operations"_s, "degraded", "[]", {}, incident);
+    fixture.addUnreachableSource(u"Internal status page of the platform team"_s);
+    fixture.runPass();
+    fixture.environment.notificationRules.pauseUntil(fixture.now.addSecs(3600));
+}
+
 namespace {
 
 QByteArray at(const StoreFixture &fixture, qint64 seconds)

@@ -13,6 +13,9 @@ void manyRows(StoreFixture &fixture, int count);
 void incidents(StoreFixture &fixture);
 // Maintenance in progress and to come.
 void maintenance(StoreFixture &fixture);
+// Long names, details and incident titles on a down, three degraded and an unknown source,
+// with notifications paused: what has to fit in any language.
+void longTexts(StoreFixture &fixture);
 // A week of passes every 90 minutes: an outage, a degraded afternoon and a night asleep.
 void week(StoreFixture &fixture);
 

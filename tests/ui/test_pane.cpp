@@ -325,6 +325,16 @@ private Q_SLOTS:
         large.pane.hide();
         large.pane.show();
         QCOMPARE(area->verticalScrollBar()->value(), 0);
+
+        // A short list fits whole between the header and the footer, its silenced section open.
+        StoreFixture mixed;
+        Scenes::mixed(mixed);
+        Pane small(mixed);
+        small.silencedHeader()->click();
+        Pane::settle();
+        small.pane.resize(small.pane.sizeHint());
+        Pane::settle();
+        QCOMPARE(small.pane.findChild<QScrollArea *>()->verticalScrollBar()->maximum(), 0);
     }
 
     void followsTheDesktopTheme()
@@ -472,6 +482,97 @@ private Q_SLOTS:
         QVERIFY(std::any_of(frames.begin(), frames.end(), [](QFrame *frame) {
             return QAccessible::queryAccessibleInterface(frame)->role() == QAccessible::Separator;
         }));
+    }
+
+    // In every shipped language, with long names, details, incident titles and a pause,
+    // nothing is laid out wider than the panel, every row expanded.
+    void fitsInEveryLanguage_data()
+    {
+        QTest::addColumn<QString>("locale");
+        for (const char *locale : {"en_US", "de_DE", "fr_FR", "es_ES"})
+            QTest::newRow(locale) << QString::fromLatin1(locale);
+    }
+
+    void fitsInEveryLanguage()
+    {
+        QFETCH(QString, locale);
+        QObject translators;
+        installTranslations(QLocale(locale), {QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)},
+                            &translators);
+        StoreFixture fixture;
+        Scenes::longTexts(fixture);
+        Pane view(fixture);
+        for (StatusRowView *row : view.rows())
+            QTest::keyClick(row, Qt::Key_Right);
+        Pane::settle();
+        const int width = view.pane.width();
+        QCOMPARE(width, LanternicPane::columnWidth);
+        for (const QWidget *child : view.pane.findChildren<QWidget *>()) {
+            if (!child->isVisibleTo(&view.pane) || child->isWindow())
+                continue;
+            const QRect box(child->mapTo(&view.pane, QPoint(0, 0)), child->size());
+            const auto *label = qobject_cast<const QLabel *>(child);
+            QVERIFY2(box.left() >= 0 && box.right() < width,
+                     qPrintable(u"%1 \"%2\" at %3 to %4"_s
+                                    .arg(QString::fromLatin1(child->metaObject()->className()),
+                                         label ? label->text() : child->accessibleName())
+                                    .arg(box.left())
+                                    .arg(box.right())));
+        }
+    }
+
+    // Past the rows, every Tab stop shows its focus and acts on Enter; silencing or unmuting
+    // from the keyboard hands the focus to the neighbour, or to the header when none is left.
+    void buttonsAndFocusFromTheKeyboard()
+    {
+        StoreFixture fixture;
+        Scenes::mixed(fixture);
+        Pane view(fixture);
+        view.pane.activateWindow();
+        QTRY_VERIFY(QApplication::focusWidget());
+        QList<QAbstractButton *> stops{view.pane.findChild<RefreshButton *>(),
+                                       view.silencedHeader()};
+        for (auto *row : view.pane.findChildren<MenuActionRow *>())
+            stops.append(row);
+        for (QAbstractButton *stop : stops) {
+            view.rows().first()->setFocus();
+            const QImage unfocused = stop->grab().toImage();
+            stop->setFocus();
+            QVERIFY2(stop->grab().toImage() != unfocused, qPrintable(stop->accessibleName()));
+        }
+        QTest::keyClick(view.silencedHeader(), Qt::Key_Return);
+        QTRY_VERIFY(view.pane.isSilencedExpanded());
+        QTest::keyClick(stops[2], Qt::Key_Enter, Qt::KeypadModifier);
+        QTRY_VERIFY(fixture.environment.notificationRules.isPaused(fixture.store.now()));
+
+        // The last row silenced: the focus goes to the one above, which is last now.
+        StatusRowView *last = view.rows().last();
+        last->setFocus();
+        fixture.silence.silence(last->provider().result.id, SilenceDuration::oneDay,
+                                fixture.store.now());
+        Pane::settle();
+        QCOMPARE(QApplication::focusWidget(), view.rows().last());
+
+        // Unmuted from the keyboard: the next item's Unmute, then the header, then the refresh
+        // button once nothing is silenced.
+        const auto unmuteButtons = [&] {
+            QList<QAbstractButton *> buttons;
+            for (auto *item : view.pane.findChildren<SilencedRowView *>()) {
+                if (item->isVisibleTo(&view.pane))
+                    buttons.append(item->findChild<QAbstractButton *>());
+            }
+            return buttons;
+        };
+        QCOMPARE(unmuteButtons().size(), 3);
+        unmuteButtons().first()->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTRY_COMPARE(unmuteButtons().size(), 2);
+        QCOMPARE(QApplication::focusWidget(), unmuteButtons().first());
+        for (int left = 2; left > 0; --left) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            QTRY_COMPARE(unmuteButtons().size(), left - 1);
+        }
+        QCOMPARE(QApplication::focusWidget(), view.pane.findChild<RefreshButton *>());
     }
 
     // Tab: the header's refresh, each row, the silenced section, the footer, in that order.
