@@ -137,8 +137,40 @@
         <translation><numerusform>vor %n Tag</numerusform><numerusform>vor %n Tagen</numerusform></translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Offen</translation>
+        <source>operational</source>
+        <translation>betriebsbereit</translation>
+    </message>
+    <message>
+        <source>degraded performance</source>
+        <translation>eingeschränkte Leistung</translation>
+    </message>
+    <message>
+        <source>partial outage</source>
+        <translation>teilweiser Ausfall</translation>
+    </message>
+    <message>
+        <source>major outage</source>
+        <translation>schwerer Ausfall</translation>
+    </message>
+    <message>
+        <source>under maintenance</source>
+        <translation>in Wartung</translation>
+    </message>
+    <message>
+        <source>Identified</source>
+        <translation>Ursache gefunden</translation>
+    </message>
+    <message>
+        <source>Monitoring</source>
+        <translation>Wird beobachtet</translation>
+    </message>
+    <message>
+        <source>Resolved</source>
+        <translation>Behoben</translation>
+    </message>
+    <message>
+        <source>Investigating</source>
+        <translation>Wird untersucht</translation>
     </message>
     <message>
         <source>%1: %2</source>

@@ -137,8 +137,40 @@
         <translation><numerusform>hace %n día</numerusform><numerusform>hace %n días</numerusform></translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Abierto</translation>
+        <source>operational</source>
+        <translation>operativo</translation>
+    </message>
+    <message>
+        <source>degraded performance</source>
+        <translation>rendimiento degradado</translation>
+    </message>
+    <message>
+        <source>partial outage</source>
+        <translation>interrupción parcial</translation>
+    </message>
+    <message>
+        <source>major outage</source>
+        <translation>interrupción grave</translation>
+    </message>
+    <message>
+        <source>under maintenance</source>
+        <translation>en mantenimiento</translation>
+    </message>
+    <message>
+        <source>Identified</source>
+        <translation>Identificado</translation>
+    </message>
+    <message>
+        <source>Monitoring</source>
+        <translation>En observación</translation>
+    </message>
+    <message>
+        <source>Resolved</source>
+        <translation>Resuelto</translation>
+    </message>
+    <message>
+        <source>Investigating</source>
+        <translation>Investigando</translation>
     </message>
     <message>
         <source>%1: %2</source>

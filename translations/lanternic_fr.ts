@@ -137,8 +137,40 @@
         <translation><numerusform>il y a %n jour</numerusform><numerusform>il y a %n jours</numerusform></translation>
     </message>
     <message>
-        <source>Open</source>
-        <translation>Ouvert</translation>
+        <source>operational</source>
+        <translation>opérationnel</translation>
+    </message>
+    <message>
+        <source>degraded performance</source>
+        <translation>performances dégradées</translation>
+    </message>
+    <message>
+        <source>partial outage</source>
+        <translation>panne partielle</translation>
+    </message>
+    <message>
+        <source>major outage</source>
+        <translation>panne majeure</translation>
+    </message>
+    <message>
+        <source>under maintenance</source>
+        <translation>en maintenance</translation>
+    </message>
+    <message>
+        <source>Identified</source>
+        <translation>Cause identifiée</translation>
+    </message>
+    <message>
+        <source>Monitoring</source>
+        <translation>Sous surveillance</translation>
+    </message>
+    <message>
+        <source>Resolved</source>
+        <translation>Résolu</translation>
+    </message>
+    <message>
+        <source>Investigating</source>
+        <translation>Analyse en cours</translation>
     </message>
     <message>
         <source>%1: %2</source>

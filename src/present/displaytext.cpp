@@ -1,6 +1,7 @@
 #include "present/displaytext.h"
 
 #include "model/feedtext.h"
+#include "model/newswords.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -67,10 +68,31 @@ QString agoText(const QDateTime &then, const QDateTime &now)
 
 QString stageText(const QString &stage)
 {
-    const QString cleaned = FeedText::clean(stage, 40).replace(u'_', u' ');
-    if (cleaned.isEmpty())
-        return Text::tr("Open");
-    return cleaned.first(1).toUpper() + cleaned.sliced(1);
+    // Whatever the page wrote, in our words.
+    const QString word = NewsWords::stage(stage);
+    if (word == "identified"_L1)
+        return Text::tr("Identified");
+    if (word == "monitoring"_L1)
+        return Text::tr("Monitoring");
+    if (word == "resolved"_L1)
+        return Text::tr("Resolved");
+    return Text::tr("Investigating");
+}
+
+QString componentStatusText(const QString &status)
+{
+    const QString word = status.toLower();
+    if (word == "operational"_L1)
+        return Text::tr("operational");
+    if (word == "degraded_performance"_L1)
+        return Text::tr("degraded performance");
+    if (word == "partial_outage"_L1)
+        return Text::tr("partial outage");
+    if (word == "major_outage"_L1 || word == "full_outage"_L1)
+        return Text::tr("major outage");
+    if (word == "under_maintenance"_L1)
+        return Text::tr("under maintenance");
+    return FeedText::clean(status).replace(u'_', u' ');
 }
 
 QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype maximum)

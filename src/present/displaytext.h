@@ -19,8 +19,11 @@ QString timeLeftText(const SilenceUntil &until, const QDateTime &now);
 
 // "just now", "12 min ago", "3 h ago", "2 d ago".
 QString agoText(const QDateTime &then, const QDateTime &now);
-// An incident's stage as a word to show: "Investigating", or the page's own word.
+// An incident's stage as a word to show, in the user's language: "Investigating".
 QString stageText(const QString &stage);
+// A component's status word as people read it: the platforms' usual words in ours
+// ("major outage"), any other as the feed wrote it, cleaned.
+QString componentStatusText(const QString &status);
 // "Investigating: Incident with Packages and Pages (updated 25 min ago)", feed text cleaned.
 QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype maximum = 200);
 // A window in local time: "Today 02:00–06:00", "Tue 09:00–21:00", "Tue 22:00 – Wed 02:00".

@@ -28,7 +28,8 @@ QString uptimeText(const std::optional<double> &share)
         return u"\u2014"_s;
     // Never rounded up to a perfect score it did not have.
     const double percent = std::floor(*share * 1000.0) / 10.0;
-    return (percent == 100.0 ? u"100"_s : QString::number(percent, 'f', 1)) + u" %"_s;
+    // In the user's number format ("96,3 %" in German); the command line keeps C's.
+    return (percent == 100.0 ? u"100"_s : QLocale().toString(percent, 'f', 1)) + u" %"_s;
 }
 
 QString durationText(qint64 seconds)

@@ -1,5 +1,6 @@
 #include "sources/jsonsource.h"
 
+#include "model/newswords.h"
 #include "sources/incidentiosource.h"
 #include "sources/jsondecoder.h"
 #include "sources/network.h"
@@ -71,6 +72,15 @@ SourceResult JSONSource::read(const QByteArray &body, const QDateTime &now) cons
         if (result) {
             result->makeWellFormed();
             result->checkedAt = now;
+            // Every platform's news in one vocabulary; what a page calls over is dropped.
+            for (Incident &incident : result->incidents) {
+                incident.stage = NewsWords::stage(incident.stage);
+                incident.impact = NewsWords::impact(incident.impact);
+            }
+            result->incidents.removeIf(
+                [](const Incident &incident) { return incident.stage == "resolved"_L1; });
+            for (Maintenance &window : result->maintenances)
+                window.status = NewsWords::maintenanceStatus(window.status);
             result->maintenances = NewsReader::current(result->maintenances, now);
         }
         return result;

@@ -1,6 +1,7 @@
 #include "ui/panetext.h"
 
 #include "model/feedtext.h"
+#include "present/displaytext.h"
 
 #include <QCollator>
 #include <QCoreApplication>
@@ -32,8 +33,7 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
     // Each piece is cut before it is joined: a feed's names may be of any length.
     const QString name = FeedText::clean(result.name);
     auto target = [&](const ComponentStatus &component) {
-        QString status = FeedText::clean(component.status);
-        status.replace(u'_', u' ');
+        const QString status = DisplayText::componentStatusText(component.status);
         return SilenceTarget{
             component.id,
             Text::tr("Silence %1 - %2 [%3]").arg(name, FeedText::clean(component.name), status),

@@ -1,4 +1,5 @@
 #include "model/feedtext.h"
+#include "model/newswords.h"
 
 #include <QTest>
 
@@ -40,6 +41,39 @@ private Q_SLOTS:
             << QString(298, u'a') + u"\U0001F1E9\U0001F1EA"_s << QString(298, u'a') + u"\u2026"_s;
         QTest::newRow("one huge cluster") << u"e"_s + QString(100000, QChar(0x301))
                                           << u"e"_s + QString(298, QChar(0x301)) + u"\u2026"_s;
+    }
+
+    // Every platform's news words, as Statuspage writes them.
+    void newsWords_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("stage");
+        QTest::addColumn<QString>("impact");
+        QTest::addColumn<QString>("maintenance");
+        QTest::newRow("Statuspage")
+            << u"identified"_s << u"identified"_s << QString() << u"scheduled"_s;
+        QTest::newRow("Instatus") << u"INVESTIGATING"_s << u"investigating"_s << QString()
+                                  << u"scheduled"_s;
+        QTest::newRow("Instatus impact")
+            << u"PARTIALOUTAGE"_s << u"investigating"_s << u"major"_s << u"scheduled"_s;
+        QTest::newRow("Instatus maintenance")
+            << u"INPROGRESS"_s << u"investigating"_s << QString() << u"in_progress"_s;
+        QTest::newRow("incident.io")
+            << u"full_outage"_s << u"investigating"_s << u"critical"_s << u"scheduled"_s;
+        QTest::newRow("Cachet") << u"3"_s << u"monitoring"_s << QString() << u"scheduled"_s;
+        QTest::newRow("Google") << u"SERVICE_DISRUPTION"_s << u"investigating"_s << u"major"_s
+                                << u"scheduled"_s;
+        QTest::newRow("words with spaces")
+            << u"Under Maintenance"_s << u"investigating"_s << u"maintenance"_s << u"scheduled"_s;
+        QTest::newRow("over") << u"Resolved"_s << u"resolved"_s << QString() << u"completed"_s;
+    }
+
+    void newsWords()
+    {
+        QFETCH(QString, word);
+        QTEST(NewsWords::stage(word), "stage");
+        QTEST(NewsWords::impact(word), "impact");
+        QTEST(NewsWords::maintenanceStatus(word), "maintenance");
     }
 
     void feedText()

@@ -356,13 +356,21 @@ private Q_SLOTS:
             << u"incidentio-news.json"_s << u"degraded"_s
             << QStringList{
                    u"I 01INC1DENT01 | Slow responses from the API | identified | "
-                   u"degraded_performance | https://status.example.ai/incidents/01INC1DENT01 | "
+                   u"minor | https://status.example.ai/incidents/01INC1DENT01 | "
                    u"2026-11-22T17:55:00Z | 2026-11-22T19:20:00Z | We have found the cause and are "
                    u"rolling out a fix."_s,
                    u"M 01MA1NT00001 | Search index rebuild | in_progress | 2026-11-22T19:00:00Z | "
                    u"2026-11-22T23:00:00Z | https://status.example.ai/incidents/01MA1NT00001"_s,
                    u"M 01MA1NT00002 | Database upgrade | scheduled | 2026-11-24T02:00:00Z | "
                    u"2026-11-24T06:00:00Z | https://status.example.ai/incidents/01MA1NT00002"_s};
+        // A platform's own words, in Statuspage's.
+        QTest::newRow("Instatus")
+            << u"instatus-summary.json"_s << u"degraded"_s
+            << QStringList{u"I clx1 | Queue delays for image models | investigating | major | "
+                           u"https://status.fal.ai/incident/clx1 | 2026-11-22T18:20:00Z | "
+                           u"2026-11-22T18:20:00Z | "_s,
+                           u"M clm1 | GPU fleet upgrade | in_progress | 2026-11-22T19:00:00Z | "
+                           u"2026-11-22T21:00:00Z | https://status.fal.ai/maintenance/clm1"_s};
         QTest::newRow("relay feed")
             << u"relay-news.json"_s << u"operational"_s
             << QStringList{u"I build::inc1 | Build farm: Queue backlog | monitoring | minor | "
