@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Renders the panel offscreen to PNG files (default: shots/) to look at: all operational,
 # a mix of states with the silenced section open, 40 rows, incidents and maintenance expanded,
-# and a dark palette.
+# long texts in each shipped language, and a dark palette.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=${1:-shots}
