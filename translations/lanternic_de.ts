@@ -42,6 +42,14 @@
         <source>; </source>
         <translation>; </translation>
     </message>
+    <message>
+        <source>%1 is under maintenance</source>
+        <translation>%1 wird gewartet</translation>
+    </message>
+    <message>
+        <source>%1 — under maintenance</source>
+        <translation>%1 — in Wartung</translation>
+    </message>
 </context>
 <context>
     <name>DisplaySummary</name>
@@ -72,6 +80,14 @@
     <message>
         <source>%1 · %2</source>
         <translation>%1 · %2</translation>
+    </message>
+    <message>
+        <source>Under maintenance</source>
+        <translation>In Wartung</translation>
+    </message>
+    <message>
+        <source>Under maintenance until %1</source>
+        <translation>In Wartung bis %1</translation>
     </message>
 </context>
 <context>

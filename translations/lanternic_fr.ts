@@ -42,6 +42,14 @@
         <source>; </source>
         <translation> ; </translation>
     </message>
+    <message>
+        <source>%1 is under maintenance</source>
+        <translation>%1 est en maintenance</translation>
+    </message>
+    <message>
+        <source>%1 — under maintenance</source>
+        <translation>%1 — en maintenance</translation>
+    </message>
 </context>
 <context>
     <name>DisplaySummary</name>
@@ -72,6 +80,14 @@
     <message>
         <source>%1 · %2</source>
         <translation>%1 · %2</translation>
+    </message>
+    <message>
+        <source>Under maintenance</source>
+        <translation>En maintenance</translation>
+    </message>
+    <message>
+        <source>Under maintenance until %1</source>
+        <translation>En maintenance jusqu’à %1</translation>
     </message>
 </context>
 <context>

@@ -95,6 +95,18 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
     return Health::degraded;
 }
 
+bool isMaintenanceStatus(QStringView status)
+{
+    QString folded;
+    for (const QChar c : status) {
+        if (c.isLetter())
+            folded.append(c.toLower());
+    }
+    return folded == QLatin1StringView("undermaintenance") ||
+           folded == QLatin1StringView("maintenance") ||
+           folded == QLatin1StringView("inmaintenance");
+}
+
 int monitoringCode(Health health)
 {
     switch (health) {

@@ -33,6 +33,10 @@ int severity(Health health);
 // words nobody lists count as degraded, and treatAsOperational lets a source relax some.
 Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational = {});
 
+// Whether a component status word says planned work ("under_maintenance",
+// "UNDERMAINTENANCE", "Maintenance"), which counts as degraded but is no outage.
+bool isMaintenanceStatus(QStringView status);
+
 // The most severe of the list; on a tie the first one met stands. Empty lists have no worst.
 std::optional<Health> worstHealth(const QList<Health> &healths);
 

@@ -60,7 +60,8 @@ Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silenc
                 watched.items.insert(result.id,
                                      {result.id, name, name,
                                       DisplaySummary::effectiveHealth(result, silence, now),
-                                      result.url, incidents, rule == NotifyRule::outagesOnly});
+                                      result.url, incidents, rule == NotifyRule::outagesOnly,
+                                      DisplaySummary::onlyMaintenance(result, silence, now)});
             continue;
         }
         for (const ComponentStatus &component : result.components) {
@@ -69,7 +70,9 @@ Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silenc
                 watched.items.insert(component.id,
                                      {result.id, name, FeedText::clean(component.name),
                                       component.health, result.url, incidents,
-                                      own == NotifyRule::outagesOnly});
+                                      own == NotifyRule::outagesOnly,
+                                      component.health != Health::operational &&
+                                          isMaintenanceStatus(component.status)});
         }
     }
     return watched;
@@ -168,9 +171,10 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
     notice.worst = worst.health;
     notice.sourceId = worst.sourceId;
     notice.page = worst.page;
-    notice.title = worst.health == Health::operational
-                       ? Text::tr("%1 recovered").arg(worst.sourceName)
-                       : Text::tr("%1 is %2").arg(worst.sourceName, stateWord(worst.health));
+    notice.title =
+        worst.health == Health::operational ? Text::tr("%1 recovered").arg(worst.sourceName)
+        : worst.maintenance ? Text::tr("%1 is under maintenance").arg(worst.sourceName)
+                            : Text::tr("%1 is %2").arg(worst.sourceName, stateWord(worst.health));
     QStringList lines;
     // What the page says is happening comes before the components it touches.
     if (worst.health != Health::operational)
@@ -178,7 +182,9 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
     qsizetype shown = 0;
     for (; shown < changes.size() && lines.size() < 3; ++shown) {
         const Watched &item = *changes[shown].watched;
-        lines.append(Text::tr("%1 \u2014 %2").arg(item.name, stateWord(item.health)));
+        lines.append(item.maintenance
+                         ? Text::tr("%1 \u2014 under maintenance").arg(item.name)
+                         : Text::tr("%1 \u2014 %2").arg(item.name, stateWord(item.health)));
     }
     if (shown < changes.size())
         lines.append(Text::tr("and %n more", nullptr, int(changes.size() - shown)));

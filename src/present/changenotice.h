@@ -27,6 +27,7 @@ struct Watched {
     std::optional<QUrl> page;
     QStringList incidents;    // its source's open incidents, "Investigating: name", cleaned
     bool outagesOnly = false; // going down and recovering from down are its only news
+    bool maintenance = false; // its trouble is planned work
 
     bool operator==(const Watched &) const = default;
 };

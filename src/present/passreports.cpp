@@ -102,8 +102,10 @@ QByteArray textReport(const LanternicStore &store)
     QString text;
     const QDateTime now = store.now();
     for (const DisplayProvider &row : rows) {
-        text += healthMark(row.health) + u' ' + terminalText(row.result.name).leftJustified(width) +
-                u"  "_s + terminalText(row.detail) + u'\n';
+        // Planned work alone has a mark of its own: a hammer and pick.
+        const QString mark = row.maintenance ? u"\u2692"_s : healthMark(row.health);
+        text += mark + u' ' + terminalText(row.result.name).leftJustified(width) + u"  "_s +
+                terminalText(row.detail) + u'\n';
         for (const QString &line : newsLines(row.result, now))
             text += u"  \u21b3 "_s + line + u'\n';
     }

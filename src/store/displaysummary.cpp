@@ -2,6 +2,7 @@
 
 #include <QCollator>
 #include <QCoreApplication>
+#include <QLocale>
 #include <algorithm>
 
 namespace lanternic::DisplaySummary {
@@ -39,6 +40,38 @@ Health effectiveHealth(const SourceResult &result, const QList<ComponentStatus> 
     return *worstHealth(healths);
 }
 
+bool onlyMaintenance(const SourceResult &result, const QList<ComponentStatus> &unsilenced,
+                     Health health, const QDateTime &now)
+{
+    if (result.error || health == Health::operational || health == Health::unknown)
+        return false;
+    if (!unsilenced.isEmpty())
+        return std::all_of(unsilenced.begin(), unsilenced.end(),
+                           [](const ComponentStatus &c) { return isMaintenanceStatus(c.status); });
+    return result.components.isEmpty() && health == Health::degraded &&
+           result.incidents.isEmpty() &&
+           std::any_of(result.maintenances.begin(), result.maintenances.end(),
+                       [&now](const Maintenance &window) { return window.isInProgress(now); });
+}
+
+// "Under maintenance", and until when where the window in progress says.
+QString maintenanceDetail(const SourceResult &result, const QDateTime &now)
+{
+    QDateTime end;
+    for (const Maintenance &window : result.maintenances) {
+        if (window.isInProgress(now) && window.endsAt.isValid() &&
+            (!end.isValid() || window.endsAt < end))
+            end = window.endsAt;
+    }
+    if (!end.isValid())
+        return Text::tr("Under maintenance");
+    const QDateTime local = end.toLocalTime();
+    const QString when = local.date() == now.toLocalTime().date()
+                             ? QLocale().toString(local.time(), QLocale::ShortFormat)
+                             : QLocale().toString(local, QLocale::ShortFormat);
+    return Text::tr("Under maintenance until %1").arg(when);
+}
+
 // Stable, so equal names keep their configured order.
 template<typename T, typename Name> void sortByLocalizedName(QList<T> &items, Name name)
 {
@@ -57,6 +90,12 @@ Health effectiveHealth(const SourceResult &result, const SilenceStore &silence,
     return effectiveHealth(result, unsilencedAffected(result, silence, now));
 }
 
+bool onlyMaintenance(const SourceResult &result, const SilenceStore &silence, const QDateTime &now)
+{
+    const QList<ComponentStatus> unsilenced = unsilencedAffected(result, silence, now);
+    return onlyMaintenance(result, unsilenced, effectiveHealth(result, unsilenced), now);
+}
+
 QList<DisplayProvider> providers(const QList<SourceResult> &results, const SilenceStore &silence,
                                  const QDateTime &now)
 {
@@ -73,7 +112,10 @@ QList<DisplayProvider> providers(const QList<SourceResult> &results, const Silen
             detail = SourceResult::affectedDetail(unsilenced.first(), unsilenced.size(), health);
         else
             detail = health == Health::operational ? label(Health::operational) : result.detail;
-        rows.append({result, health, detail});
+        const bool maintenance = onlyMaintenance(result, unsilenced, health, now);
+        if (maintenance)
+            detail = maintenanceDetail(result, now);
+        rows.append({result, health, detail, maintenance});
     }
     sortByLocalizedName(rows, [](const DisplayProvider &row) { return row.result.name; });
     return rows;

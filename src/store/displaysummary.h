@@ -13,6 +13,8 @@ struct DisplayProvider {
     SourceResult result;
     Health health; // the effective health: silenced components left out
     QString detail;
+    // Its only trouble is planned work: shown with the maintenance symbol, its health as is.
+    bool maintenance = false;
 
     bool operator==(const DisplayProvider &) const = default;
 };
@@ -24,6 +26,11 @@ namespace DisplaySummary {
 Health effectiveHealth(const SourceResult &result, const SilenceStore &silence,
                        const QDateTime &now);
 // Rows of the sources that are not silenced, by name in the user's locale, ignoring case.
+// Whether a source's only trouble is planned work: every component it is troubled by is
+// under maintenance, or, with no components, it is degraded with no incident but a
+// maintenance window in progress.
+bool onlyMaintenance(const SourceResult &result, const SilenceStore &silence, const QDateTime &now);
+
 QList<DisplayProvider> providers(const QList<SourceResult> &results, const SilenceStore &silence,
                                  const QDateTime &now);
 Health overallHealth(const QList<SourceResult> &results, const QList<DisplayProvider> &rows);

@@ -457,10 +457,16 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
     const bool first = m_provider.result.id.isEmpty();
     m_provider = provider;
     const SourceResult &result = m_provider.result;
-    const QColor color = Theme::healthColor(m_provider.health, palette());
-    m_symbol->setPixmap(Symbols::icon(Theme::healthSymbol(m_provider.health), color)
+    // Planned work alone shows the maintenance symbol rather than a warning.
+    const QColor color = m_provider.maintenance ? Theme::maintenanceColor()
+                                                : Theme::healthColor(m_provider.health, palette());
+    m_symbol->setPixmap(Symbols::icon(m_provider.maintenance
+                                          ? u"wrench.fill"_s
+                                          : Theme::healthSymbol(m_provider.health),
+                                      color)
                             .pixmap(QSize(13, 13), devicePixelRatioF()));
-    m_symbol->setAccessibleName(label(m_provider.health));
+    m_symbol->setAccessibleName(m_provider.maintenance ? m_provider.detail
+                                                       : label(m_provider.health));
     m_name->setText(result.name);
     m_detail->setText(m_provider.detail);
     m_sparkline->setTicks(ticks);

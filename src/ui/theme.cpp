@@ -20,6 +20,11 @@ QColor faded(QColor color, qreal opacity)
 
 } // namespace
 
+QColor maintenanceColor()
+{
+    return QColor(0x3B, 0x82, 0xF6);
+}
+
 QColor healthColor(Health health, const QPalette &palette)
 {
     switch (health) {

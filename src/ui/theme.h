@@ -15,6 +15,8 @@ namespace lanternic::Theme {
 // Health colours are ours and fixed; unknown is the palette's secondary grey.
 QColor healthColor(Health health, const QPalette &palette);
 QString healthSymbol(Health health);
+// Planned work: a calm blue, neither a warning nor all clear.
+QColor maintenanceColor();
 
 QColor secondaryText(const QPalette &palette);
 QColor tertiaryText(const QPalette &palette);

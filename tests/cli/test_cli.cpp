@@ -60,6 +60,21 @@ private Q_SLOTS:
         QCOMPARE(feed[u"maintenances"_s].toArray().size(), 0);
     }
 
+    // Planned work alone has its own mark and words; its health, and so the exit status, stay.
+    void maintenanceAlone()
+    {
+        server.route(
+            "/planned",
+            {200,
+             R"({"schema":"lanternic.v1","components":[{"id":"db","name":"Database",)"
+             R"("status":"under_maintenance"}],"maintenances":[{"id":"m1","name":"Failover",)"
+             R"("status":"in_progress","startsAt":"2026-01-01T00:00:00Z"}]})",
+             {}});
+        const Run r = run({u"--source"_s, line(u"M"_s, "/planned?")});
+        QCOMPARE(r.exitCode, 1);
+        QCOMPARE(QString::fromUtf8(r.out).section(u'\n', 0, 0), u"\u2692 M  Under maintenance"_s);
+    }
+
     void feedTextCannotForgeTheReport()
     {
         server.route("/evil",

@@ -3,6 +3,7 @@
 #include "store/displaysummary.h"
 #include "support/fixtures.h"
 
+#include <QLocale>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -63,7 +64,8 @@ class TestDisplay : public QObject {
     {
         QStringList out;
         for (const DisplayProvider &row : DisplaySummary::providers(results, *silence, now))
-            out.append(row.result.id + u' ' + rawValue(row.health) + u' ' + row.detail);
+            out.append(row.result.id + u' ' + rawValue(row.health) + u' ' + row.detail +
+                       (row.maintenance ? u" (maintenance)"_s : QString()));
         return out.join(u" | "_s);
     }
 
@@ -94,6 +96,38 @@ private Q_SLOTS:
                                 u"f operational Operational | g degraded reader detail"_s);
         QCOMPARE(DisplaySummary::effectiveHealth(results[2], *silence, now), Health::operational);
         QCOMPARE(DisplaySummary::effectiveHealth(results[3], *silence, now), Health::down);
+    }
+
+    // Planned work alone reads as maintenance, until the window's end where it has one; its
+    // health stays as read.
+    void maintenanceAlone()
+    {
+        const auto underMaintenance = [](const QString &id) {
+            return ComponentStatus{id + u"::db"_s, u"Database"_s, Health::degraded,
+                                   u"under_maintenance"_s};
+        };
+        Maintenance window;
+        window.status = u"in_progress"_s;
+        window.startsAt = now.addSecs(-3600);
+        window.endsAt = now.addSecs(2 * 3600);
+        Maintenance open = window;
+        open.endsAt = QDateTime();
+        SourceResult planned = result(u"a"_s, Health::degraded, {underMaintenance(u"a"_s)});
+        planned.maintenances = {window};
+        SourceResult mixed =
+            result(u"b"_s, Health::down,
+                   {underMaintenance(u"b"_s), component(u"b"_s, u"api"_s, Health::down)});
+        SourceResult bare = result(u"c"_s, Health::degraded);
+        bare.maintenances = {open};
+        SourceResult withIncident = ::withIncident(bare, u"i"_s, u"Errors"_s);
+        withIncident.id = u"d"_s;
+        withIncident.name = u"d"_s;
+        const QString until =
+            QLocale().toString(window.endsAt.toLocalTime().time(), QLocale::ShortFormat);
+        QCOMPARE(rows({planned, mixed, bare, withIncident}),
+                 u"a degraded Under maintenance until %1 (maintenance) | b down 2 components "
+                 u"affected | c degraded Under maintenance (maintenance) | d degraded reader "
+                 u"detail"_s.arg(until));
     }
 
     void overallAndSummary_data()
@@ -193,6 +227,15 @@ private Q_SLOTS:
         QTest::newRow("out of unknown")
             << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString()
             << QList<SourceResult>{} << QStringList() << false;
+        const auto underMaintenance = [](const QString &key) {
+            return ComponentStatus{u"gh::"_s + key, key.toUpper(), Health::degraded,
+                                   u"under_maintenance"_s};
+        };
+        QTest::newRow("planned work")
+            << QList{result(u"gh"_s, op, {component(u"gh"_s, u"a"_s, op)})}
+            << QList{result(u"gh"_s, deg, {underMaintenance(u"a"_s)})}
+            << u"gh is under maintenance | A \u2014 under maintenance"_s << QList<SourceResult>{}
+            << QStringList() << false;
         QTest::newRow("new source") << QList<SourceResult>{} << QList{result(u"gh"_s, down)}
                                     << QString() << QList<SourceResult>{} << QStringList() << false;
         QTest::newRow("components, worst first, at most three")

@@ -135,6 +135,13 @@ void maintenance(StoreFixture &fixture)
                           at(fixture, 2 * 86400 + 3600) + R"(,"endsAt":)" +
                           at(fixture, 2 * 86400 + 5 * 3600) + "}]");
     fixture.addSource(u"GitHub"_s, "operational");
+    // Degraded by planned work alone.
+    fixture.addSource(u"Fastly"_s, "operational",
+                      "[" + relayComponent(u"db"_s, u"Database"_s, u"under_maintenance"_s) + "]",
+                      {},
+                      R"(,"maintenances":[{"id":"f1","name":"Database failover",)"
+                      R"("status":"in_progress","startsAt":)" +
+                          at(fixture, -600) + R"(,"endsAt":)" + at(fixture, 3600) + "}]");
     fixture.runPass();
 }
 

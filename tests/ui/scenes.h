@@ -11,7 +11,7 @@ void mixed(StoreFixture &fixture);
 void manyRows(StoreFixture &fixture, int count);
 // Open incidents: on a degraded source, and on one that stays operational.
 void incidents(StoreFixture &fixture);
-// Maintenance in progress and to come.
+// Maintenance in progress and to come, and a source degraded by maintenance alone.
 void maintenance(StoreFixture &fixture);
 // Long names, details and incident titles on a down, three degraded and an unknown source,
 // with notifications paused: what has to fit in any language.

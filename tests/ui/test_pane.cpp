@@ -484,6 +484,22 @@ private Q_SLOTS:
         }));
     }
 
+    // Planned work alone shows the maintenance symbol and says until when, not a warning.
+    void maintenanceAloneLooksPlanned()
+    {
+        StoreFixture fixture;
+        Scenes::maintenance(fixture);
+        Pane view(fixture);
+        const QList<StatusRowView *> rows = view.rows();
+        QCOMPARE(view.rowNames(), (QStringList{u"Cloudflare"_s, u"Fastly"_s, u"GitHub"_s}));
+        const DisplayProvider &fastly = rows.at(1)->provider();
+        QVERIFY(fastly.maintenance);
+        QCOMPARE(fastly.health, Health::degraded);
+        QVERIFY(fastly.detail.startsWith(u"Under maintenance until "_s));
+        QCOMPARE(rows.at(1)->findChild<QLabel *>()->accessibleName(), fastly.detail);
+        QVERIFY(!rows.at(0)->provider().maintenance);
+    }
+
     // In every shipped language, with long names, details, incident titles and a pause,
     // nothing is laid out wider than the panel, every row expanded.
     void fitsInEveryLanguage_data()
