@@ -884,6 +884,14 @@ Beobachtet die öffentlichen Statusseiten der Dienste, auf die du angewiesen bis
         <source>Notify me</source>
         <translation>Benachrichtigen</translation>
     </message>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 — %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation><numerusform>und %n weitere</numerusform><numerusform>und %n weitere</numerusform></translation>
+    </message>
 </context>
 <context>
     <name>lanternic::TimelineBar</name>

@@ -80,6 +80,10 @@
         <source>%n open incident(s)</source>
         <translation><numerusform>%n open incident</numerusform><numerusform>%n open incidents</numerusform></translation>
     </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation><numerusform>and %n more</numerusform><numerusform>and %n more</numerusform></translation>
+    </message>
 </context>
 <context>
     <name>lanternic::TimelineBar</name>

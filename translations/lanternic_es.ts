@@ -884,6 +884,14 @@ Vigila las páginas de estado públicas de los servicios de los que dependes.
         <source>Notify me</source>
         <translation>Avisarme</translation>
     </message>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 — %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation><numerusform>y %n más</numerusform><numerusform>y %n más</numerusform></translation>
+    </message>
 </context>
 <context>
     <name>lanternic::TimelineBar</name>

@@ -884,6 +884,14 @@ Surveille les pages de statut publiques des services dont vous dépendez.
         <source>Notify me</source>
         <translation>M’avertir</translation>
     </message>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 — %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation><numerusform>et %n autre</numerusform><numerusform>et %n autres</numerusform></translation>
+    </message>
 </context>
 <context>
     <name>lanternic::TimelineBar</name>

@@ -14,6 +14,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -34,6 +35,8 @@ namespace {
 // The news lines up with the row's name, within the panel's column.
 constexpr int newsIndent = 38;
 constexpr qreal newsWidth = 320 - newsIndent - 12;
+// An expanded row lists this many of its components in trouble, then how many more.
+constexpr qsizetype shownComponents = 8;
 
 QLabel *symbolLabel(const QString &name, const QColor &color, qreal size, QWidget *parent,
                     const QString &description = {})
@@ -218,7 +221,7 @@ TimelineBar::TimelineBar(QWidget *parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    setFixedHeight(14);
+    setFixedHeight(sizeHint().height());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -274,18 +277,45 @@ qsizetype TimelineBar::stretchAt(qreal x) const
     return -1;
 }
 
+bool TimelineBar::event(QEvent *event)
+{
+    // Its own tooltip only: the row's would otherwise show over the bar's.
+    if (event->type() == QEvent::ToolTip) {
+        const qsizetype index = stretchAt(static_cast<QHelpEvent *>(event)->pos().x());
+        if (index >= 0)
+            tell(index);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void TimelineBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    // Under the bar, each day's short name where its stretch of the bar has room for it.
+    painter.setFont(Theme::font(9));
+    painter.setPen(Theme::secondaryText(palette()));
+    const QFontMetricsF metrics(painter.font());
+    for (QDate day = m_from.toLocalTime().date(); day <= m_now.toLocalTime().date();
+         day = day.addDays(1)) {
+        const qreal left = std::max<qreal>(0, xOf(QDateTime(day, QTime(0, 0))));
+        const qreal right = std::min<qreal>(width(), xOf(QDateTime(day.addDays(1), QTime(0, 0))));
+        const QString name = QLocale().dayName(day.dayOfWeek(), QLocale::ShortFormat);
+        if (right - left >= metrics.horizontalAdvance(name) + 2)
+            painter.drawText(QRectF(left, barHeight, right - left, height() - barHeight),
+                             Qt::AlignHCenter | Qt::AlignTop, name);
+    }
     QPainterPath clip;
-    clip.addRoundedRect(QRectF(rect()).adjusted(0, 2, 0, -2), 2, 2);
+    clip.addRoundedRect(QRectF(0, 2, width(), barHeight - 4), 2, 2);
     painter.setClipPath(clip);
     const QColor tertiary = Theme::tertiaryText(palette());
     for (qsizetype i = 0; i < m_stretches.size(); ++i) {
         const Stretch &stretch = m_stretches[i];
         const QRectF area(xOf(stretch.from), 2, std::max(1.0, xOf(stretch.to) - xOf(stretch.from)),
-                          height() - 4);
+                          barHeight - 4);
         if (!stretch.health) {
             painter.fillRect(area, QBrush(tertiary, Qt::BDiagPattern));
         } else {
@@ -299,14 +329,14 @@ void TimelineBar::paintEvent(QPaintEvent *)
     painter.setPen(QPen(tick, 1));
     for (QDateTime day = QDateTime(m_from.toLocalTime().date().addDays(1), QTime(0, 0));
          day < m_now; day = day.addDays(1))
-        painter.drawLine(QPointF(xOf(day), 2), QPointF(xOf(day), height() - 2));
+        painter.drawLine(QPointF(xOf(day), 2), QPointF(xOf(day), barHeight - 2));
     if (hasFocus() && m_focused >= 0) {
         painter.setClipping(false);
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
         painter.setBrush(Qt::NoBrush);
         const Stretch &focused = m_stretches[m_focused];
         painter.drawRect(
-            QRectF(xOf(focused.from), 1, xOf(focused.to) - xOf(focused.from), height() - 2));
+            QRectF(xOf(focused.from), 1, xOf(focused.to) - xOf(focused.from), barHeight - 2));
     }
 }
 
@@ -316,7 +346,7 @@ void TimelineBar::tell(qsizetype index)
         return;
     const QString text = describe(m_stretches[index], m_now);
     setAccessibleDescription(text);
-    const QPoint at(int(xOf(m_stretches[index].from)), height());
+    const QPoint at(int(xOf(m_stretches[index].from)), barHeight);
     QToolTip::showText(mapToGlobal(at), text, this);
 }
 
@@ -453,7 +483,8 @@ void StatusRowView::setContent(const DisplayProvider &provider, const QList<Heal
     const bool historyChanged = history != m_past;
     m_past = history;
     const bool newsChanged = provider.result.incidents != m_provider.result.incidents ||
-                             provider.result.maintenances != m_provider.result.maintenances;
+                             provider.result.maintenances != m_provider.result.maintenances ||
+                             provider.result.components != m_provider.result.components;
     const bool first = m_provider.result.id.isEmpty();
     m_provider = provider;
     const SourceResult &result = m_provider.result;
@@ -559,6 +590,30 @@ void StatusRowView::buildNews(const QDateTime &now)
         connect(button, &QAbstractButton::clicked, this, [this, url] { m_actions.openUrl(url); });
         return button;
     };
+    // The components in trouble, each with its state, before what the page says of them.
+    const QList<ComponentStatus> affected = result.affectedComponents();
+    for (const ComponentStatus &component : affected.mid(0, shownComponents)) {
+        auto *line = new QWidget(m_news);
+        auto *row = new QHBoxLayout(line);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(6);
+        const bool planned = isMaintenanceStatus(component.status);
+        row->addWidget(symbolLabel(
+            planned ? u"wrench.fill"_s : Theme::healthSymbol(component.health),
+            planned ? Theme::maintenanceColor() : Theme::healthColor(component.health, palette()),
+            10, line));
+        auto *name = new ElidedLabel(line);
+        name->setFont(Theme::font(11));
+        name->setText(tr("%1 \u2014 %2")
+                          .arg(FeedText::clean(component.name),
+                               DisplayText::componentStatusText(component.status)));
+        row->addWidget(name, 1);
+        layout->addWidget(line);
+    }
+    if (affected.size() > shownComponents)
+        layout->addWidget(
+            textLabel(tr("and %n more", nullptr, int(affected.size() - shownComponents)),
+                      Theme::font(11), secondary));
     for (const Incident &incident : result.incidents) {
         auto *name = new ElidedLabel(m_news);
         name->setFont(Theme::font(12, QFont::DemiBold));

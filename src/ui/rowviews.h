@@ -89,9 +89,12 @@ public:
     // "Tue 14:02–15:10, down".
     static QString describe(const Stretch &stretch, const QDateTime &now);
 
-    QSize sizeHint() const override { return {250, 14}; }
+    // The bar, and the days' names under it.
+    static constexpr int barHeight = 14;
+    QSize sizeHint() const override { return {250, barHeight + 12}; }
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -20,6 +20,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
+#include <QToolTip>
 
 using namespace lanternic;
 using namespace Qt::StringLiterals;
@@ -482,6 +483,34 @@ private Q_SLOTS:
         QVERIFY(std::any_of(frames.begin(), frames.end(), [](QFrame *frame) {
             return QAccessible::queryAccessibleInterface(frame)->role() == QAccessible::Separator;
         }));
+    }
+
+    // An expanded row tells its components in trouble with their states; the 7-day bar has
+    // its days' names and answers its own tooltip, never the row's over it.
+    void expandedRowTellsItsComponents()
+    {
+        StoreFixture fixture;
+        Scenes::incidents(fixture);
+        Pane view(fixture);
+        StatusRowView *github = view.rows().at(1);
+        QCOMPARE(github->provider().result.name, u"GitHub"_s);
+        github->setExpanded(true);
+        Pane::settle();
+        QStringList told;
+        for (const ElidedLabel *label : github->findChildren<ElidedLabel *>()) {
+            if (label->isVisibleTo(github))
+                told.append(label->accessibleName());
+        }
+        QVERIFY(told.contains(u"Packages \u2014 degraded"_s));
+        QVERIFY(told.contains(u"Pages \u2014 degraded"_s));
+
+        auto *bar = github->findChild<TimelineBar *>();
+        QVERIFY(bar->height() > TimelineBar::barHeight);
+        const QPoint at(bar->width() - 2, 5);
+        QHelpEvent tip(QEvent::ToolTip, at, bar->mapToGlobal(at));
+        QApplication::sendEvent(bar, &tip);
+        QTRY_COMPARE(QToolTip::text(),
+                     TimelineBar::describe(bar->stretches().last(), fixture.store.now()));
     }
 
     // Planned work alone shows the maintenance symbol and says until when, not a warning.
