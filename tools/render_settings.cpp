@@ -60,10 +60,18 @@ int main(int argc, char **argv)
     QTest::keyClicks(picker->searchField(), u"git"_s);
     QTest::keyClick(picker->searchField(), Qt::Key_Down);
     save(*picker, out + u"/settings-add-service.png"_s);
+    // Added: the new line in view and selected.
+    QTest::keyClick(picker->searchField(), Qt::Key_Return);
     picker->close();
+    save(view, out + u"/settings-service-added.png"_s);
 
     fixture.environment.notificationRules.setQuietHours({true, QTime(22, 30), QTime(7, 0)});
     view.findChild<QTabWidget *>()->setCurrentWidget(view.notifications());
     save(view, out + u"/settings-notifications.png"_s);
+    auto *tabs = view.findChild<QTabWidget *>();
+    tabs->setCurrentIndex(2);
+    save(view, out + u"/settings-advanced.png"_s);
+    tabs->setCurrentIndex(3);
+    save(view, out + u"/settings-about.png"_s);
     return 0;
 }

@@ -524,10 +524,6 @@
 <context>
     <name>lanternic::CatalogPicker</name>
     <message>
-        <source>Add Service</source>
-        <translation>Dienst hinzufügen</translation>
-    </message>
-    <message>
         <source>Search %1 public status pages</source>
         <translation>%1 öffentliche Statusseiten durchsuchen</translation>
     </message>
@@ -550,6 +546,10 @@
     <message>
         <source>%1, already among your sources</source>
         <translation>%1, bereits unter deinen Quellen</translation>
+    </message>
+    <message>
+        <source>Add service</source>
+        <translation>Dienst hinzufügen</translation>
     </message>
 </context>
 <context>
@@ -726,6 +726,10 @@ Leer lassen für die Vorgaben (GitHub, Cloudflare, Datadog, OpenAI, Claude).</tr
         <source>Nothing pops up during these hours. When they end, one notification sums up what changed meanwhile and how things stand.</source>
         <translation>In dieser Zeit erscheint nichts. Danach fasst eine Benachrichtigung zusammen, was sich geändert hat und wie es jetzt steht.</translation>
     </message>
+    <message>
+        <source>These settings apply while “Notify me when a service changes” is on in General; that switch turns every notification on and off.</source>
+        <translation>Diese Einstellungen gelten, solange „Benachrichtigen, wenn sich ein Dienst ändert“ unter Allgemein an ist; dieser Schalter schaltet alle Benachrichtigungen an und aus.</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::Notifier</name>
@@ -768,20 +772,20 @@ Leer lassen für die Vorgaben (GitHub, Cloudflare, Datadog, OpenAI, Claude).</tr
         <translation>Über Lanternic</translation>
     </message>
     <message>
-        <source>Lanternic %1
-
-Watches the public status pages of the services you depend on.
-
-</source>
-        <translation>Lanternic %1
-
-Beobachtet die öffentlichen Statusseiten der Dienste, auf die du angewiesen bist.
-
-</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>Über</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Watches the public status pages of the services you depend on.</source>
+        <translation>Beobachtet die öffentlichen Statusseiten der Dienste, auf die du angewiesen bist.</translation>
+    </message>
+    <message>
+        <source>The catalogue of status pages</source>
+        <translation>Der Katalog der Statusseiten</translation>
     </message>
 </context>
 <context>

@@ -524,10 +524,6 @@
 <context>
     <name>lanternic::CatalogPicker</name>
     <message>
-        <source>Add Service</source>
-        <translation>Añadir servicio</translation>
-    </message>
-    <message>
         <source>Search %1 public status pages</source>
         <translation>Buscar en %1 páginas de estado públicas</translation>
     </message>
@@ -550,6 +546,10 @@
     <message>
         <source>%1, already among your sources</source>
         <translation>%1, ya está entre tus fuentes</translation>
+    </message>
+    <message>
+        <source>Add service</source>
+        <translation>Añadir servicio</translation>
     </message>
 </context>
 <context>
@@ -726,6 +726,10 @@ Déjalo en blanco para las predeterminadas (GitHub, Cloudflare, Datadog, OpenAI,
         <source>Nothing pops up during these hours. When they end, one notification sums up what changed meanwhile and how things stand.</source>
         <translation>Durante estas horas no aparece nada. Al terminar, una notificación resume lo que cambió mientras tanto y cómo está todo.</translation>
     </message>
+    <message>
+        <source>These settings apply while “Notify me when a service changes” is on in General; that switch turns every notification on and off.</source>
+        <translation>Estos ajustes se aplican mientras «Avisarme cuando cambie un servicio» esté activado en General; ese interruptor activa y desactiva todas las notificaciones.</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::Notifier</name>
@@ -768,20 +772,20 @@ Déjalo en blanco para las predeterminadas (GitHub, Cloudflare, Datadog, OpenAI,
         <translation>Acerca de Lanternic</translation>
     </message>
     <message>
-        <source>Lanternic %1
-
-Watches the public status pages of the services you depend on.
-
-</source>
-        <translation>Lanternic %1
-
-Vigila las páginas de estado públicas de los servicios de los que dependes.
-
-</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Versión %1</translation>
+    </message>
+    <message>
+        <source>Watches the public status pages of the services you depend on.</source>
+        <translation>Vigila las páginas de estado públicas de los servicios de los que depende.</translation>
+    </message>
+    <message>
+        <source>The catalogue of status pages</source>
+        <translation>El catálogo de páginas de estado</translation>
     </message>
 </context>
 <context>

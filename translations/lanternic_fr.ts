@@ -524,10 +524,6 @@
 <context>
     <name>lanternic::CatalogPicker</name>
     <message>
-        <source>Add Service</source>
-        <translation>Ajouter un service</translation>
-    </message>
-    <message>
         <source>Search %1 public status pages</source>
         <translation>Rechercher parmi %1 pages de statut publiques</translation>
     </message>
@@ -550,6 +546,10 @@
     <message>
         <source>%1, already among your sources</source>
         <translation>%1, déjà parmi vos sources</translation>
+    </message>
+    <message>
+        <source>Add service</source>
+        <translation>Ajouter un service</translation>
     </message>
 </context>
 <context>
@@ -726,6 +726,10 @@ Laisser vide pour les sources par défaut (GitHub, Cloudflare, Datadog, OpenAI, 
         <source>Nothing pops up during these hours. When they end, one notification sums up what changed meanwhile and how things stand.</source>
         <translation>Rien ne s’affiche pendant ces heures. À la fin, une notification résume ce qui a changé entre-temps et l’état actuel.</translation>
     </message>
+    <message>
+        <source>These settings apply while “Notify me when a service changes” is on in General; that switch turns every notification on and off.</source>
+        <translation>Ces réglages s’appliquent tant que « M’avertir quand un service change » est activé dans Général ; ce bouton active et désactive toutes les notifications.</translation>
+    </message>
 </context>
 <context>
     <name>lanternic::Notifier</name>
@@ -768,20 +772,20 @@ Laisser vide pour les sources par défaut (GitHub, Cloudflare, Datadog, OpenAI, 
         <translation>À propos de Lanternic</translation>
     </message>
     <message>
-        <source>Lanternic %1
-
-Watches the public status pages of the services you depend on.
-
-</source>
-        <translation>Lanternic %1
-
-Surveille les pages de statut publiques des services dont vous dépendez.
-
-</translation>
-    </message>
-    <message>
         <source>About</source>
         <translation>À propos</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Watches the public status pages of the services you depend on.</source>
+        <translation>Surveille les pages d’état publiques des services dont vous dépendez.</translation>
+    </message>
+    <message>
+        <source>The catalogue of status pages</source>
+        <translation>Le catalogue des pages d’état</translation>
     </message>
 </context>
 <context>

@@ -19,7 +19,7 @@ CatalogPicker::CatalogPicker(const Catalog &catalog, QSet<QString> hostsInUse,
     : QDialog(parent), m_catalog(catalog), m_inUse(std::move(hostsInUse)),
       m_onChoose(std::move(onChoose))
 {
-    setWindowTitle(tr("Add Service"));
+    setWindowTitle(tr("Add service"));
     auto *layout = new QVBoxLayout(this);
     m_search = new QLineEdit(this);
     m_search->setPlaceholderText(tr("Search %1 public status pages").arg(catalog.entries().size()));

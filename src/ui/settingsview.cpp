@@ -24,6 +24,7 @@
 #include <QSignalBlocker>
 #include <QTabWidget>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTimeEdit>
 #include <QVBoxLayout>
 
@@ -128,8 +129,9 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     mono.setPixelSize(13);
     m_sources->setFont(mono);
     m_sources->setLineWrapMode(QPlainTextEdit::NoWrap);
+    // At least five lines, and whatever room the window has.
     m_sources->setMinimumHeight(92 + 12);
-    m_sources->setMaximumHeight(176 + 12);
+    m_sources->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_sources->document()->setDocumentMargin(6);
     // Tab and Shift+Tab leave the box: a tab character is no part of a source line.
     m_sources->setTabChangesFocus(true);
@@ -141,7 +143,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     connect(add, &QPushButton::clicked, this, &GeneralSettingsView::addService);
     helpRow->addWidget(add, 0, Qt::AlignTop);
     sources->addLayout(helpRow);
-    form->addWidget(sourcesGroup);
+    form->addWidget(sourcesGroup, 1);
 
     auto *optionsGroup = new QGroupBox(this);
     auto *options = new QVBoxLayout(optionsGroup);
@@ -205,7 +207,6 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     intervalRow->addWidget(segmentGroup);
     options->addLayout(intervalRow);
     form->addWidget(optionsGroup);
-    form->addStretch(1);
 
     connect(m_sources, &QPlainTextEdit::textChanged, this, [this] {
         m_settings.setSourcesText(m_sources->toPlainText());
@@ -306,6 +307,12 @@ void GeneralSettingsView::addService()
             if (!text.isEmpty() && !text.endsWith(u'\n'))
                 text += u'\n';
             m_settings.setSourcesText(text + entry.sourceLine());
+            // The new line is the one in view, selected, as if just typed.
+            QTextCursor line(m_sources->document()->lastBlock());
+            line.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            m_sources->setTextCursor(line);
+            m_sources->ensureCursorVisible();
+            m_sources->setFocus(Qt::OtherFocusReason);
         },
         this);
     picker->setAttribute(Qt::WA_DeleteOnClose);
@@ -369,6 +376,11 @@ NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWi
     auto *form = new QVBoxLayout(this);
     form->setContentsMargins(20, 16, 20, 16);
     form->setSpacing(14);
+    // What governs this page, on the page before it.
+    form->addWidget(caption(tr("These settings apply while \u201cNotify me when a service "
+                               "changes\u201d is on in General; that switch turns every "
+                               "notification on and off."),
+                            Theme::secondaryText(palette()), this));
     auto *group = new QGroupBox(tr("Quiet hours"), this);
     auto *options = new QVBoxLayout(group);
     options->setSpacing(6);
@@ -426,6 +438,43 @@ void NotificationSettingsView::store()
     m_rules.setQuietHours({m_quiet->isChecked(), m_from->time(), m_until->time()});
 }
 
+namespace {
+
+// The name, the version, what it does, and the notices the catalogue's lists ask to travel
+// with it, in a block of their own.
+QWidget *aboutPage(QWidget *parent)
+{
+    auto *page = new QWidget(parent);
+    page->setAccessibleName(SettingsView::tr("About Lanternic"));
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->setSpacing(6);
+    auto *name = new QLabel(u"Lanternic"_s, page);
+    name->setFont(Theme::font(18, QFont::DemiBold));
+    layout->addWidget(name);
+    auto *version = caption(SettingsView::tr("Version %1").arg(QStringLiteral(LANTERNIC_VERSION)),
+                            Theme::secondaryText(page->palette()), page);
+    layout->addWidget(version);
+    auto *what = new QLabel(
+        SettingsView::tr("Watches the public status pages of the services you depend on."), page);
+    what->setWordWrap(true);
+    layout->addWidget(what);
+    layout->addSpacing(8);
+    auto *group = new QGroupBox(SettingsView::tr("The catalogue of status pages"), page);
+    auto *notices = new QVBoxLayout(group);
+    auto *text = new QPlainTextEdit(group);
+    text->setReadOnly(true);
+    text->setAccessibleName(group->title());
+    text->setFont(Theme::font(11));
+    text->document()->setDocumentMargin(8);
+    text->setPlainText(Catalog::notices().remove(u'`'));
+    notices->addWidget(text);
+    layout->addWidget(group, 1);
+    return page;
+}
+
+} // namespace
+
 SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
                            LoginItemService &loginItem, GeneralSettingsView::UpdateActions updates,
                            QWidget *parent)
@@ -447,15 +496,7 @@ SettingsView::SettingsView(AppSettings &settings, NotificationRules &rules,
     tabs->addTab(m_notifications, tr("Notifications"));
     m_advanced = new AdvancedSettingsView(settings, tabs);
     tabs->addTab(m_advanced, tr("Advanced"));
-    // The version, and the notices the catalogue's lists ask to travel with it.
-    auto *about = new QPlainTextEdit(tabs);
-    about->setReadOnly(true);
-    about->setAccessibleName(tr("About Lanternic"));
-    about->setPlainText(tr("Lanternic %1\n\nWatches the public status pages of the services you "
-                           "depend on.\n\n")
-                            .arg(QStringLiteral(LANTERNIC_VERSION)) +
-                        Catalog::notices());
-    tabs->addTab(about, tr("About"));
+    tabs->addTab(aboutPage(tabs), tr("About"));
     layout->addWidget(tabs);
 }
 

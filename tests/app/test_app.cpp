@@ -245,6 +245,9 @@ private Q_SLOTS:
         QTest::keyClick(picker->searchField(), Qt::Key_Return);
         QCOMPARE(fixture.settings.sourcesText(),
                  u"nonsense line\nTeam=http://t.example/l.json\nGitHub=www.githubstatus.com"_s);
+        // The line added is selected, where the user looks.
+        QCOMPARE(editor->textCursor().selectedText(), u"GitHub=www.githubstatus.com"_s);
+        QVERIFY(editor->viewport()->rect().contains(editor->cursorRect()));
         QCOMPARE(fixture.environment.kinds.cache().value(u"www.githubstatus.com"_s),
                  SourceKind::atlassian);
 
@@ -270,13 +273,20 @@ private Q_SLOTS:
         SettingsView view(fixture.settings, fixture.environment.notificationRules, login,
                           {[] { return true; }, [](bool) {}, [] {}, false});
         auto *scroll = view.findChild<QScrollArea *>();
-        for (const auto &[height, scrolls] : {std::pair{460, false}, std::pair{300, true}}) {
+        auto *editor = view.general()->findChild<QPlainTextEdit *>();
+        int previous = 0;
+        for (const auto &[height, scrolls] :
+             {std::pair{300, true}, std::pair{460, false}, std::pair{640, false}}) {
             view.resize(640, height);
             view.show();
             QCoreApplication::processEvents();
             QVERIFY2((scroll->verticalScrollBar()->maximum() > 0) == scrolls,
                      qPrintable(QString::number(height)));
+            // The source list takes the room the window gives.
+            QVERIFY(editor->height() >= previous);
+            previous = editor->height();
         }
+        QVERIFY(previous > 2 * editor->minimumHeight());
     }
 
     // Tab through the form in reading order; the interval's segments are one stop, as a group
