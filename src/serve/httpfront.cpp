@@ -370,11 +370,9 @@ void HttpFront::send(int descriptor, QByteArray bytes, bool drain, Connection *c
         return;
     }
     // A large answer outgrew the socket's buffer: the rest goes as the client takes it.
-    if (!connection && int(m_connections.size()) - m_waiting >= m_limits.answering) {
-        reset(descriptor);
-        return;
-    }
     connection = holding(descriptor, connection);
+    if (!connection)
+        return;
     connection->state = Connection::State::answering;
     connection->data = std::move(bytes);
     connection->done = written;
@@ -404,14 +402,17 @@ void HttpFront::writeMore(Connection &connection)
 }
 
 // Closing a connection whose answer the kernel still holds would leave it there for as long
-// as the client cares not to read: it is held until the client has taken it all, within the
-// answer's time, and reset after that.
+// as the client cares not to read: it is held until the client, having read it all, closes
+// its end (or the kernel has it all delivered), within the answer's time, and reset after
+// that. The end of the answer is sent at once, so that a client that reads is done as soon as
+// it has read.
 void HttpFront::finishAnswer(int descriptor, Connection *connection)
 {
     if (unsentBytes(descriptor) == 0) {
         close(descriptor);
         return;
     }
+    ::shutdown(descriptor, SHUT_WR);
     const bool answering = connection && connection->state == Connection::State::answering;
     connection = holding(descriptor, connection);
     if (!connection)
@@ -420,10 +421,8 @@ void HttpFront::finishAnswer(int descriptor, Connection *connection)
         connection->deadline = QDeadlineTimer(m_limits.answer);
     connection->state = Connection::State::flushing;
     connection->data.clear();
-    if (connection->notifier) {
-        connection->notifier->setEnabled(false);
-        connection->notifier.release()->deleteLater();
-    }
+    connection->done = 0;
+    watch(*connection, QSocketNotifier::Read, &HttpFront::drain);
 }
 
 // The refusal is sent; what the client still sends is read into nothing for a moment, since
@@ -448,7 +447,12 @@ void HttpFront::drain(Connection &connection)
     if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
         return;
     connection.done += std::max<ssize_t>(received, 0);
-    if (received <= 0 || connection.done > drainBytes)
+    if (received > 0 && connection.done <= drainBytes)
+        return;
+    // A client that went with part of its answer still in the kernel leaves it to a reset.
+    if (connection.state == Connection::State::flushing && unsentBytes(connection.descriptor) > 0)
+        reset(connection.descriptor);
+    else
         close(connection.descriptor);
 }
 
