@@ -198,10 +198,21 @@ private Q_SLOTS:
         QCOMPARE(five->parent()->role(), QAccessible::Grouping);
         QCOMPARE(five->parent()->text(QAccessible::Name), u"Refresh interval"_s);
 
-        // Show operational, notifications, (launch at login,) automatic updates.
-        const auto boxes = general->findChildren<QCheckBox *>();
-        for (int i : {0, 1, 3})
-            boxes.at(i)->click();
+        // Each switch by what it says, as a person finds it.
+        const auto box = [general](const QString &name) -> QCheckBox * {
+            for (QCheckBox *candidate : general->findChildren<QCheckBox *>()) {
+                if (candidate->text() == name || candidate->accessibleName() == name)
+                    return candidate;
+            }
+            return nullptr;
+        };
+        for (const QString &name :
+             {u"Show operational systems"_s, u"Notify me when a service changes"_s,
+              u"Check for updates automatically"_s}) {
+            QCheckBox *found = box(name);
+            QVERIFY2(found, qPrintable(name));
+            found->click();
+        }
         QCOMPARE(fixture.settings.showOperational(), false);
         QCOMPARE(fixture.settings.notifications(), false);
         QCOMPARE(automatic, false);

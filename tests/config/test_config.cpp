@@ -58,7 +58,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("showOperational");
         QTest::newRow("five, false") << QVariant(5) << QVariant(false) << 5 << false;
         QTest::newRow("zero reads as two") << QVariant(0) << QVariant(true) << 2 << true;
-        QTest::newRow("negative kept") << QVariant(-3) << QVariant() << -3 << true;
         QTest::newRow("number is no boolean") << QVariant(1) << QVariant(0) << 1 << true;
     }
 

@@ -103,12 +103,14 @@ private Q_SLOTS:
 
     void longListsQueueBehindTheRequestsInFlight()
     {
-        server->route("/feed", {200, relayFeed("operational"), {}, false, 20});
+        server->route("/feed", {200, relayFeed("operational"), {}, false, 200});
         QStringList lines;
         for (int i = 0; i < 300; ++i)
             lines.append(line(u"S%1"_s.arg(i), "/feed?n=" + QByteArray::number(i)));
         makeStore(lines.join(u'\n'));
         pass();
+        // Answers take a while: the queue keeps as many in flight as it allows, and no more.
+        QCOMPARE(server->mostOpenAtOnce(), 128);
         QCOMPARE(store->results().size(), 300);
         QCOMPARE(store->overallHealth(), Health::operational);
         QCOMPARE(store->results().last().name, u"S299"_s);

@@ -6,6 +6,7 @@
 #include <QSslSocket>
 #include <QTcpServer>
 #include <QTimer>
+#include <algorithm>
 
 namespace {
 
@@ -64,8 +65,12 @@ void LoopbackServer::listen(const QHostAddress &address)
     m_server->listen(address);
     connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
+            m_mostOpen = std::max(m_mostOpen, ++m_open);
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(socket); });
-            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+                --m_open;
+                socket->deleteLater();
+            });
         }
     });
 }

@@ -44,6 +44,8 @@ public:
     const QList<QByteArray> &requests() const { return m_requests; }
     const QList<QByteArray> &userAgents() const { return m_userAgents; }
     const QList<QByteArray> &hosts() const { return m_hosts; }
+    // The most connections that were open at once.
+    int mostOpenAtOnce() const { return m_mostOpen; }
 
 private:
     void listen(const QHostAddress &address);
@@ -57,4 +59,6 @@ private:
     QList<QByteArray> m_requests;
     QList<QByteArray> m_userAgents;
     QList<QByteArray> m_hosts;
+    int m_open = 0;
+    int m_mostOpen = 0;
 };

@@ -303,7 +303,6 @@ private Q_SLOTS:
     void heightRule()
     {
         QCOMPARE(LanternicPane::paneHeight(0, 1000.0), 1);
-        QCOMPARE(LanternicPane::paneHeight(2000, std::nullopt), 630);
 
         StoreFixture forty;
         Scenes::manyRows(forty, 40);
@@ -320,6 +319,7 @@ private Q_SLOTS:
             if (candidate->accessibleName() == u"Scroll"_s)
                 bar = candidate;
         }
+        QVERIFY(bar);
         bar->setValue(bar->maximum());
         QCOMPARE(area->verticalScrollBar()->value(), bar->maximum());
         QVERIFY(bar->isVisible());
