@@ -1,0 +1,225 @@
+#include "present/changenotice.h"
+#include "present/displaytext.h"
+#include "support/fixtures.h"
+#include "support/results.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace lanternic;
+using namespace results;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(lanternic::SourceResult)
+
+// What notifications and time texts say of results.
+class TestPresent : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir dir;
+    std::unique_ptr<QSettings> defaults;
+    std::unique_ptr<SilenceStore> silence;
+
+private Q_SLOTS:
+    void init()
+    {
+        defaults = freshSettings(dir);
+        silence = std::make_unique<SilenceStore>(*defaults);
+    }
+
+    void changeNotices_data()
+    {
+        QTest::addColumn<QList<SourceResult>>("before");
+        QTest::addColumn<QList<SourceResult>>("after");
+        QTest::addColumn<QString>("notice");              // title | body, empty for none
+        QTest::addColumn<QList<SourceResult>>("between"); // a pass in the middle, if any
+        QTest::addColumn<QStringList>("rules");           // "id=all|down|none"
+        QTest::addColumn<bool>("quiet"); // between is quiet, after is the first pass after
+        const auto op = Health::operational, deg = Health::degraded, down = Health::down,
+                   unk = Health::unknown;
+        QTest::newRow("worse") << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, down)}
+                               << u"gh is down | gh \u2014 down"_s << QList<SourceResult>{}
+                               << QStringList() << false;
+        QTest::newRow("recovered") << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, op)}
+                                   << u"gh recovered | gh \u2014 operational"_s
+                                   << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("better, not recovered")
+            << QList{result(u"gh"_s, down)} << QList{result(u"gh"_s, deg)} << QString()
+            << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("into unknown")
+            << QList{result(u"gh"_s, op)} << QList{result(u"gh"_s, unk)} << QString()
+            << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("out of unknown")
+            << QList{result(u"gh"_s, unk)} << QList{result(u"gh"_s, down)} << QString()
+            << QList<SourceResult>{} << QStringList() << false;
+        const auto underMaintenance = [](const QString &key) {
+            return ComponentStatus{u"gh::"_s + key, key.toUpper(), Health::degraded,
+                                   u"under_maintenance"_s};
+        };
+        QTest::newRow("planned work")
+            << QList{result(u"gh"_s, op, {component(u"gh"_s, u"a"_s, op)})}
+            << QList{result(u"gh"_s, deg, {underMaintenance(u"a"_s)})}
+            << u"gh is under maintenance | A \u2014 under maintenance"_s << QList<SourceResult>{}
+            << QStringList() << false;
+        QTest::newRow("new source") << QList<SourceResult>{} << QList{result(u"gh"_s, down)}
+                                    << QString() << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("components, worst first, at most three")
+            << QList{result(u"gh"_s, op,
+                            {component(u"gh"_s, u"a"_s, op), component(u"gh"_s, u"b"_s, op),
+                             component(u"gh"_s, u"c"_s, deg), component(u"gh"_s, u"d"_s, op),
+                             component(u"gh"_s, u"e"_s, op)}),
+                     result(u"aws"_s, deg)}
+            << QList{result(u"gh"_s, down,
+                            {component(u"gh"_s, u"a"_s, deg), component(u"gh"_s, u"b"_s, down),
+                             component(u"gh"_s, u"c"_s, op), component(u"gh"_s, u"d"_s, deg),
+                             component(u"gh"_s, u"e"_s, unk)}),
+                     result(u"aws"_s, op)}
+            << u"gh is down | B \u2014 down\nA \u2014 degraded\nD \u2014 degraded\nand 2 more"_s
+            << QList<SourceResult>{} << QStringList() << false;
+        const auto gh = [](Health health) { return result(u"gh"_s, health); };
+        const auto ghWith = [](Health health, Health a) {
+            return result(u"gh"_s, health, {component(u"gh"_s, u"a"_s, a)});
+        };
+        QTest::newRow("degraded, unreachable, down")
+            << QList{gh(deg)} << QList{gh(down)} << u"gh is down | gh \u2014 down"_s
+            << QList{failed(u"gh"_s)} << QStringList() << false;
+        QTest::newRow("down, asleep, operational")
+            << QList{gh(down)} << QList{gh(op)} << u"gh recovered | gh \u2014 operational"_s
+            << QList{failed(u"gh"_s)} << QStringList() << false;
+        QTest::newRow("components through a failed check")
+            << QList{ghWith(op, op)} << QList{ghWith(down, down)} << u"gh is down | A \u2014 down"_s
+            << QList{failed(u"gh"_s)} << QStringList() << false;
+        QTest::newRow("worse, with an incident")
+            << QList{gh(op)} << QList{withIncident(gh(down), u"1"_s, u"Packages"_s)}
+            << u"gh is down | Investigating: Packages\ngh \u2014 down"_s << QList<SourceResult>{}
+            << QStringList() << false;
+        QTest::newRow("an incident on an operational source")
+            << QList{gh(op)} << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
+            << u"gh: new incident \u2014 Packages | Investigating: Packages"_s
+            << QList<SourceResult>{} << QStringList() << false;
+        QTest::newRow("an incident seen before, and one seen through a failed check")
+            << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)}
+            << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)} << QString()
+            << QList{failed(u"gh"_s)} << QStringList() << false;
+
+        // The user's rules: a component's own, or else its source's.
+        const auto ghAB = [](Health health, Health a, Health b) {
+            return result(u"gh"_s, health,
+                          {component(u"gh"_s, u"a"_s, a), component(u"gh"_s, u"b"_s, b)});
+        };
+        QTest::newRow("never") << QList{gh(op)} << QList{gh(down)} << QString()
+                               << QList<SourceResult>{} << QStringList{u"gh=none"_s} << false;
+        QTest::newRow("outages only: degraded is no news")
+            << QList{gh(op)} << QList{gh(deg)} << QString() << QList<SourceResult>{}
+            << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: down")
+            << QList{gh(deg)} << QList{gh(down)} << u"gh is down | gh \u2014 down"_s
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: recovery from down")
+            << QList{gh(down)} << QList{gh(op)} << u"gh recovered | gh \u2014 operational"_s
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("outages only: no new-incident news")
+            << QList{gh(op)} << QList{withIncident(gh(op), u"1"_s, u"Packages"_s)} << QString()
+            << QList<SourceResult>{} << QStringList{u"gh=down"_s} << false;
+        QTest::newRow("a component's own rule over its source's")
+            << QList{ghAB(op, op, op)} << QList{ghAB(down, down, down)}
+            << u"gh is down | B \u2014 down"_s << QList<SourceResult>{}
+            << QStringList{u"gh=none"_s, u"gh::b=all"_s} << false;
+
+        // Quiet hours: nothing during them, one summary after.
+        const auto named = [](const QString &id, Health health) { return result(id, health); };
+        QTest::newRow("while quiet: down and recovered, another degraded, one unchanged")
+            << QList{named(u"GitHub"_s, op), named(u"Slack"_s, op), named(u"AWS"_s, deg)}
+            << QList{named(u"GitHub"_s, op), named(u"Slack"_s, deg), named(u"AWS"_s, deg)}
+            << u"While quiet | GitHub went down and recovered; Slack is degraded"_s
+            << QList{named(u"GitHub"_s, down), named(u"Slack"_s, op), named(u"AWS"_s, deg)}
+            << QStringList() << true;
+        QTest::newRow("while quiet: recovered, and worse but not back")
+            << QList{named(u"a"_s, down), named(u"b"_s, op)}
+            << QList{named(u"a"_s, op), named(u"b"_s, deg)}
+            << u"While quiet | a recovered; b went down and is degraded now"_s
+            << QList{failed(u"a"_s), named(u"b"_s, down)} << QStringList() << true;
+        QTest::newRow("while quiet: back where it was, rules honoured")
+            << QList{named(u"a"_s, op), named(u"b"_s, op)}
+            << QList{named(u"a"_s, op), named(u"b"_s, op)} << QString()
+            << QList{named(u"a"_s, op), named(u"b"_s, deg)} << QStringList{u"b=down"_s} << true;
+    }
+
+    void changeNotices()
+    {
+        QFETCH(QList<SourceResult>, before);
+        QFETCH(QList<SourceResult>, after);
+        QFETCH(QList<SourceResult>, between);
+        QFETCH(QStringList, rules);
+        QFETCH(bool, quiet);
+        const QHash<QString, NotifyRule> words{{u"all"_s, NotifyRule::all},
+                                               {u"down"_s, NotifyRule::outagesOnly},
+                                               {u"none"_s, NotifyRule::never}};
+        NotificationRules::Entries entries;
+        for (const QString &rule : rules)
+            entries.insert(rule.section(u'=', 0, 0), words.value(rule.section(u'=', 1)));
+        // As the notifier sees passes: each against what was last known.
+        ChangeNotice::Snapshot previous = ChangeNotice::snapshot(before, *silence, now, entries);
+        std::optional<ChangeNotice::QuietLog> log;
+        if (quiet)
+            log = ChangeNotice::quietFrom(previous);
+        if (!between.isEmpty()) {
+            previous = ChangeNotice::lastKnown(
+                previous, ChangeNotice::snapshot(between, *silence, now, entries));
+            if (log)
+                ChangeNotice::record(*log, previous);
+        }
+        const auto last = ChangeNotice::lastKnown(
+            previous, ChangeNotice::snapshot(after, *silence, now, entries));
+        const auto notice =
+            log ? ChangeNotice::afterQuiet(*log, last) : ChangeNotice::between(previous, last);
+        QTEST(notice ? notice->title + u" | "_s + notice->body : QString(), "notice");
+    }
+
+    void silencedThingsNeverNotify()
+    {
+        const QList before{result(u"gh"_s, Health::operational),
+                           result(u"aws"_s, Health::operational,
+                                  {component(u"aws"_s, u"ec2"_s, Health::operational)})};
+        const auto watchedBefore = ChangeNotice::snapshot(before, *silence, now);
+        silence->silence(u"gh"_s, SilenceDuration::twoHours, now);
+        silence->silence(u"aws::ec2"_s, SilenceDuration::twoHours, now);
+        const QList after{
+            result(u"gh"_s, Health::down),
+            result(u"aws"_s, Health::down, {component(u"aws"_s, u"ec2"_s, Health::down)})};
+        const auto watchedDuring = ChangeNotice::snapshot(after, *silence, now);
+        QCOMPARE(ChangeNotice::between(watchedBefore, watchedDuring), std::nullopt);
+        // When the silences end, what changed under them is not news either.
+        const QDateTime later = now.addSecs(3 * 3600);
+        QCOMPARE(
+            ChangeNotice::between(watchedDuring, ChangeNotice::snapshot(after, *silence, later)),
+            std::nullopt);
+    }
+
+    // The last check seconds ago, and a silence's time left, as the panel words them.
+    void timeTexts_data()
+    {
+        QTest::addColumn<qint64>("seconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("future") << qint64(-5) << u"Updated just now"_s;
+        QTest::newRow("59:59") << qint64(3599) << u"Updated 59m ago"_s;
+        QTest::newRow("24 h") << qint64(86400) << u"Updated 1d ago"_s;
+        QTest::newRow("59 s") << qint64(59) << u"0m left"_s;
+        QTest::newRow("2 d 5 h 10 m") << qint64(2 * 86400 + 5 * 3600 + 600) << u"2d 5h left"_s;
+        QTest::newRow("passed") << qint64(-300) << u"0m left"_s;
+    }
+
+    void timeTexts()
+    {
+        QFETCH(qint64, seconds);
+        QFETCH(QString, text);
+        QCOMPARE(text.endsWith(u"left"_s)
+                     ? DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(seconds)), now)
+                     : DisplayText::lastCheckText(now.addSecs(-seconds), now),
+                 text);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPresent)
+#include "test_present.moc"
