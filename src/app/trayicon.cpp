@@ -1,7 +1,7 @@
 #include "app/trayicon.h"
 
-#include "ui/symbols.h"
-#include "ui/theme.h"
+#include "ui/widgets/symbols.h"
+#include "ui/widgets/theme.h"
 
 #include <QCoreApplication>
 #include <QIconEngine>

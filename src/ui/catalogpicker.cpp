@@ -1,6 +1,6 @@
 #include "ui/catalogpicker.h"
 
-#include "ui/theme.h"
+#include "ui/widgets/theme.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

@@ -6,10 +6,10 @@
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
 #include "ui/accessibility.h"
-#include "ui/panecontrols.h"
+#include "ui/widgets/buttons.h"
 #include "ui/panetext.h"
-#include "ui/symbols.h"
-#include "ui/theme.h"
+#include "ui/widgets/symbols.h"
+#include "ui/widgets/theme.h"
 
 #include <QApplication>
 #include <QFrame>

@@ -5,6 +5,9 @@
 #include "store/healthlog.h"
 #include "store/notificationrules.h"
 #include "store/silencestore.h"
+#include "ui/widgets/elidedlabel.h"
+#include "ui/widgets/historysparkline.h"
+#include "ui/widgets/timelinebar.h"
 
 #include <QWidget>
 #include <functional>
@@ -15,50 +18,6 @@ class QToolButton;
 
 namespace lanternic {
 
-// One line of plain text that elides at its end instead of growing wider.
-class ElidedLabel : public QWidget {
-    Q_OBJECT
-
-public:
-    explicit ElidedLabel(QWidget *parent = nullptr);
-
-    void setText(const QString &text);
-    void setColor(const QColor &color);
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
-protected:
-    bool event(QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
-
-private:
-    QString m_text;
-    QColor m_color;
-};
-
-// The last checks of a source as small coloured bars, newest on the right.
-class HistorySparkline : public QWidget {
-    Q_OBJECT
-
-public:
-    static constexpr int maximumBars = 18;
-
-    explicit HistorySparkline(const QList<HealthTick> &ticks, QWidget *parent = nullptr);
-
-    void setTicks(const QList<HealthTick> &ticks);
-
-    QSize sizeHint() const override { return {72, 16}; }
-    // The healths of the bars shown, oldest first; unrecognised ticks count as unknown.
-    QList<Health> bars() const;
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
-
-private:
-    QList<HealthTick> m_ticks;
-};
-
 // What a row's expansion tells of the source's past, from the health log.
 struct RowHistory {
     QList<HealthChange> changes; // the last seven days' and the state they start in
@@ -66,48 +25,6 @@ struct RowHistory {
     QList<Trouble> troubles; // the last three, newest first
 
     bool operator==(const RowHistory &) const = default;
-};
-
-// Seven days of a source's health as a bar: health colours over time, gaps hatched, a tick at
-// each local midnight. Hovering over or moving the focus along (←, →) a stretch tells its
-// times and health; its accessible name says what the bar shows.
-class TimelineBar : public QWidget {
-    Q_OBJECT
-
-public:
-    struct Stretch {
-        QDateTime from;
-        QDateTime to;
-        std::optional<Health> health; // nothing: not watched
-    };
-
-    explicit TimelineBar(QWidget *parent = nullptr);
-
-    void setHistory(const QList<HealthChange> &changes, const QDateTime &now,
-                    const std::optional<double> &week);
-    const QList<Stretch> &stretches() const { return m_stretches; }
-    // "Tue 14:02–15:10, down".
-    static QString describe(const Stretch &stretch, const QDateTime &now);
-
-    // The bar, and the days' names under it.
-    static constexpr int barHeight = 14;
-    QSize sizeHint() const override { return {250, barHeight + 12}; }
-
-protected:
-    bool event(QEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-
-private:
-    qsizetype stretchAt(qreal x) const;
-    qreal xOf(const QDateTime &time) const;
-    void tell(qsizetype index);
-
-    QList<Stretch> m_stretches;
-    QDateTime m_from, m_now;
-    qsizetype m_focused = -1;
 };
 
 class StatusRowView;

@@ -7,7 +7,7 @@
 #include "store/notificationrules.h"
 #include "ui/accessibility.h"
 #include "ui/catalogpicker.h"
-#include "ui/theme.h"
+#include "ui/widgets/theme.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>

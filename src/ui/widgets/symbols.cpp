@@ -1,4 +1,4 @@
-#include "ui/symbols.h"
+#include "ui/widgets/symbols.h"
 
 #include <QHash>
 #include <QIconEngine>

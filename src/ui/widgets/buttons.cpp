@@ -1,7 +1,7 @@
-#include "ui/panecontrols.h"
+#include "ui/widgets/buttons.h"
 
-#include "ui/symbols.h"
-#include "ui/theme.h"
+#include "ui/widgets/symbols.h"
+#include "ui/widgets/theme.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
