@@ -307,22 +307,35 @@ void StatusRowView::buildNews(const QDateTime &now)
         delete item;
     }
     m_updated.clear();
+    addComponents();
+    addIncidents();
+    addMaintenances(now);
+    refreshTimes(now);
+}
+
+QLabel *StatusRowView::newsLabel(const QString &text, const QFont &font, const QColor &color)
+{
+    auto *label = new QLabel(text, m_news);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(font);
+    QPalette tinted = label->palette();
+    tinted.setColor(QPalette::WindowText, color);
+    label->setPalette(tinted);
+    return label;
+}
+
+QAbstractButton *StatusRowView::newsLink(const QString &text, const QUrl &url)
+{
+    auto *button = new TextButton(text, m_news);
+    button->setFont(Theme::font(11));
+    connect(button, &QAbstractButton::clicked, this, [this, url] { m_actions.openUrl(url); });
+    return button;
+}
+
+void StatusRowView::addComponents()
+{
+    const SourceResult &result = m_provider.result;
     const QColor secondary = Theme::secondaryText(palette());
-    const auto textLabel = [this](const QString &text, const QFont &font, const QColor &color) {
-        auto *label = new QLabel(text, m_news);
-        label->setTextFormat(Qt::PlainText);
-        label->setFont(font);
-        QPalette tinted = label->palette();
-        tinted.setColor(QPalette::WindowText, color);
-        label->setPalette(tinted);
-        return label;
-    };
-    const auto link = [this](const QString &text, const QUrl &url) {
-        auto *button = new TextButton(text, m_news);
-        button->setFont(Theme::font(11));
-        connect(button, &QAbstractButton::clicked, this, [this, url] { m_actions.openUrl(url); });
-        return button;
-    };
     // The components in trouble, each with its state, before what the page says of them.
     const QList<ComponentStatus> affected = result.affectedComponents();
     for (const ComponentStatus &component : affected.mid(0, shownComponents)) {
@@ -341,34 +354,44 @@ void StatusRowView::buildNews(const QDateTime &now)
                           .arg(FeedText::clean(component.name),
                                DisplayText::componentStatusText(component.status)));
         row->addWidget(name, 1);
-        layout->addWidget(line);
+        m_news->layout()->addWidget(line);
     }
     if (affected.size() > shownComponents)
-        layout->addWidget(
-            textLabel(tr("and %n more", nullptr, int(affected.size() - shownComponents)),
+        m_news->layout()->addWidget(
+            newsLabel(tr("and %n more", nullptr, int(affected.size() - shownComponents)),
                       Theme::font(11), secondary));
-    for (const Incident &incident : result.incidents) {
+}
+
+void StatusRowView::addIncidents()
+{
+    const QColor secondary = Theme::secondaryText(palette());
+    for (const Incident &incident : m_provider.result.incidents) {
         auto *name = new ElidedLabel(m_news);
         name->setFont(Theme::font(12, QFont::DemiBold));
         name->setText(incident.name);
-        layout->addWidget(name);
+        m_news->layout()->addWidget(name);
         const QDateTime updated =
             incident.updatedAt.isValid() ? incident.updatedAt : incident.startedAt;
-        QLabel *stage = textLabel(QString(), Theme::font(11), secondary);
-        layout->addWidget(stage);
+        QLabel *stage = newsLabel(QString(), Theme::font(11), secondary);
+        m_news->layout()->addWidget(stage);
         m_updated.append({stage, updated});
         stage->setProperty("stage", DisplayText::stageText(incident.stage));
         if (!incident.update.isEmpty()) {
             // A few lines of the latest update, as plain text.
             const QFont font = Theme::font(11);
-            layout->addWidget(
-                textLabel(firstLines(FeedText::clean(incident.update, 600), font, newsWidth, 3),
+            m_news->layout()->addWidget(
+                newsLabel(firstLines(FeedText::clean(incident.update, 600), font, newsWidth, 3),
                           font, palette().color(QPalette::WindowText)));
         }
         if (incident.url)
-            layout->addWidget(link(tr("Open incident"), *incident.url));
+            m_news->layout()->addWidget(newsLink(tr("Open incident"), *incident.url));
     }
-    for (const Maintenance &window : result.maintenances) {
+}
+
+void StatusRowView::addMaintenances(const QDateTime &now)
+{
+    const QColor secondary = Theme::secondaryText(palette());
+    for (const Maintenance &window : m_provider.result.maintenances) {
         auto *line = new QWidget(m_news);
         auto *row = new QHBoxLayout(line);
         row->setContentsMargins(0, 0, 0, 0);
@@ -378,15 +401,15 @@ void StatusRowView::buildNews(const QDateTime &now)
         name->setFont(Theme::font(12, QFont::DemiBold));
         name->setText(window.name);
         row->addWidget(name, 1);
-        layout->addWidget(line);
+        m_news->layout()->addWidget(line);
         const QString when = DisplayText::windowText(window, now);
-        layout->addWidget(textLabel(window.isInProgress(now) ? tr("In progress \u00b7 %1").arg(when)
-                                                             : tr("Scheduled \u00b7 %1").arg(when),
-                                    Theme::font(11), secondary));
+        m_news->layout()->addWidget(newsLabel(window.isInProgress(now)
+                                                  ? tr("In progress \u00b7 %1").arg(when)
+                                                  : tr("Scheduled \u00b7 %1").arg(when),
+                                              Theme::font(11), secondary));
         if (window.url)
-            layout->addWidget(link(tr("Open maintenance"), *window.url));
+            m_news->layout()->addWidget(newsLink(tr("Open maintenance"), *window.url));
     }
-    refreshTimes(now);
 }
 
 void StatusRowView::refreshTimes(const QDateTime &now)

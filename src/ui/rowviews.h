@@ -12,6 +12,7 @@
 #include <QWidget>
 #include <functional>
 
+class QAbstractButton;
 class QLabel;
 class QTimer;
 class QToolButton;
@@ -89,6 +90,12 @@ private:
     void setHovering(bool hovering);
     void buildMenu();
     void buildNews(const QDateTime &now);
+    // The expansion's parts: components in trouble, incidents, maintenance windows.
+    void addComponents();
+    void addIncidents();
+    void addMaintenances(const QDateTime &now);
+    QLabel *newsLabel(const QString &text, const QFont &font, const QColor &color);
+    QAbstractButton *newsLink(const QString &text, const QUrl &url);
     void buildHistory(const QDateTime &now);
 
     DisplayProvider m_provider;

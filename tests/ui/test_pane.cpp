@@ -2,10 +2,10 @@
 #include "support/fixtures.h"
 #include "tabstops.h"
 #include "ui/lanternicpane.h"
-#include "ui/panecontrols.h"
+#include "ui/widgets/buttons.h"
 #include "ui/panetext.h"
-#include "ui/symbols.h"
-#include "ui/theme.h"
+#include "ui/widgets/symbols.h"
+#include "ui/widgets/theme.h"
 #include "ui/translations.h"
 
 #include <QAbstractButton>
