@@ -6,8 +6,8 @@
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
 #include "ui/accessibility.h"
-#include "ui/widgets/buttons.h"
 #include "ui/panetext.h"
+#include "ui/widgets/buttons.h"
 #include "ui/widgets/symbols.h"
 #include "ui/widgets/theme.h"
 
@@ -155,29 +155,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_column->addWidget(m_silencedSection);
     m_column->addStretch();
 
-    m_bottom = new QWidget(this);
-    auto *footer = new QVBoxLayout(m_bottom);
-    footer->setSpacing(0);
-    footer->setContentsMargins(0, 0, 0, 6);
-    footer->addWidget(divider(m_bottom));
-    footer->addSpacing(4);
-    m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_bottom);
-    auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_bottom);
-    auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_bottom);
-    m_footer = {m_pauseRow, settingsRow, quitRow};
-    connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
-        const QDateTime now = m_store.now();
-        m_rules.pauseUntil(m_rules.isPaused(now) ? QDateTime() : now.addSecs(3600));
-    });
-    connect(settingsRow, &QAbstractButton::clicked, this, [this] { m_actions.openSettings(); });
-    connect(quitRow, &QAbstractButton::clicked, this, [this] { m_actions.quit(); });
-    connect(&m_rules, &NotificationRules::changed, this, &LanternicPane::updatePauseRow);
-    connect(&m_settings, &AppSettings::notificationsChanged, this, &LanternicPane::updatePauseRow);
-    updatePauseRow();
-    footer->addWidget(m_pauseRow);
-    footer->addWidget(settingsRow);
-    footer->addWidget(quitRow);
-    outer->addWidget(m_bottom);
+    outer->addWidget(buildFooter());
     m_scroll->setWidget(m_content);
     for (QWidget *part : {m_top, m_content, m_bottom, static_cast<QWidget *>(m_scroll)})
         part->installEventFilter(this);
@@ -358,6 +336,33 @@ void LanternicPane::changeEvent(QEvent *event)
         scheduleUpdate();
     }
     QWidget::changeEvent(event);
+}
+
+QWidget *LanternicPane::buildFooter()
+{
+    m_bottom = new QWidget(this);
+    auto *footer = new QVBoxLayout(m_bottom);
+    footer->setSpacing(0);
+    footer->setContentsMargins(0, 0, 0, 6);
+    footer->addWidget(divider(m_bottom));
+    footer->addSpacing(4);
+    m_pauseRow = new MenuActionRow(QString(), u"bell.slash"_s, m_bottom);
+    auto *settingsRow = new MenuActionRow(tr("Settings\u2026"), u"gearshape"_s, m_bottom);
+    auto *quitRow = new MenuActionRow(tr("Quit Lanternic"), u"power"_s, m_bottom);
+    m_footer = {m_pauseRow, settingsRow, quitRow};
+    connect(m_pauseRow, &QAbstractButton::clicked, this, [this] {
+        const QDateTime now = m_store.now();
+        m_rules.pauseUntil(m_rules.isPaused(now) ? QDateTime() : now.addSecs(3600));
+    });
+    connect(settingsRow, &QAbstractButton::clicked, this, [this] { m_actions.openSettings(); });
+    connect(quitRow, &QAbstractButton::clicked, this, [this] { m_actions.quit(); });
+    connect(&m_rules, &NotificationRules::changed, this, &LanternicPane::updatePauseRow);
+    connect(&m_settings, &AppSettings::notificationsChanged, this, &LanternicPane::updatePauseRow);
+    updatePauseRow();
+    footer->addWidget(m_pauseRow);
+    footer->addWidget(settingsRow);
+    footer->addWidget(quitRow);
+    return m_bottom;
 }
 
 QWidget *LanternicPane::buildHeader()

@@ -66,6 +66,7 @@ private:
     void scheduleUpdate();
     void rebuild();
     QWidget *buildHeader();
+    QWidget *buildFooter();
     void updateHeader();
     void updatePauseRow();
     void updateRows();
