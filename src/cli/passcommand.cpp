@@ -33,6 +33,44 @@ SilenceStore::Entries silencesIn(const QVariant &stored)
     return SilenceStore::decode(stored.toByteArray()).value_or(SilenceStore::Entries());
 }
 
+// Hands back to origin what the pass changed in its copy work (read being what was copied),
+// merged with what another program may have stored meanwhile.
+void handBack(const QVariantHash &read, QSettings &work, QSettings &origin)
+{
+    // Only what the pass changed goes back, merged with what another program may have
+    // stored meanwhile: the history, the log and the kind cache entry by entry, the
+    // silences by id, any other key whole.
+    const QStringList merged{SettingsKeys::checkHistory, SettingsKeys::sourceKinds,
+                             SettingsKeys::healthLog, SettingsKeys::silences,
+                             SettingsKeys::sources};
+    const QVariantHash written = lanternicKeys(work);
+    SettingsFile::update(origin, [&] {
+        for (auto it = written.constBegin(); it != written.constEnd(); ++it) {
+            if (!merged.contains(it.key()) && read.value(it.key()) != it.value())
+                origin.setValue(it.key(), it.value());
+        }
+        CheckHistory history = CheckHistory::load(work);
+        history.mergeAndSave(origin);
+        const std::optional<HealthLog> stored = HealthLog::load(origin);
+        if (work.contains(SettingsKeys::healthLog) && stored) {
+            HealthLog log = HealthLog::load(work).value_or(HealthLog());
+            log.merge(*stored);
+            log.save(origin);
+        }
+        SourceKindStore kinds(origin);
+        const QHash<QString, SourceKind> learnt = SourceKindStore(work).cache();
+        for (auto it = learnt.constBegin(); it != learnt.constEnd(); ++it) {
+            const auto known = kinds.cache().constFind(it.key());
+            if (known == kinds.cache().constEnd() || *known != it.value())
+                kinds.record(it.key(), it.value());
+        }
+    });
+    const SilenceStore::Entries before = silencesIn(read.value(SettingsKeys::silences));
+    const SilenceStore::Entries after = silencesIn(written.value(SettingsKeys::silences));
+    if (before != after)
+        SilenceStore(origin).apply(before, after);
+}
+
 } // namespace
 
 int runPass(const Invocation &invocation)
@@ -80,38 +118,7 @@ int runPass(const Invocation &invocation)
     }
 
     if (invocation.settingsFile) {
-        // Only what the pass changed goes back, merged with what another program may have
-        // stored meanwhile: the history, the log and the kind cache entry by entry, the
-        // silences by id, any other key whole.
-        const QStringList merged{SettingsKeys::checkHistory, SettingsKeys::sourceKinds,
-                                 SettingsKeys::healthLog, SettingsKeys::silences,
-                                 SettingsKeys::sources};
-        const QVariantHash written = lanternicKeys(work);
-        SettingsFile::update(*origin, [&] {
-            for (auto it = written.constBegin(); it != written.constEnd(); ++it) {
-                if (!merged.contains(it.key()) && read.value(it.key()) != it.value())
-                    origin->setValue(it.key(), it.value());
-            }
-            CheckHistory history = CheckHistory::load(work);
-            history.mergeAndSave(*origin);
-            const std::optional<HealthLog> stored = HealthLog::load(*origin);
-            if (work.contains(SettingsKeys::healthLog) && stored) {
-                HealthLog log = HealthLog::load(work).value_or(HealthLog());
-                log.merge(*stored);
-                log.save(*origin);
-            }
-            SourceKindStore kinds(*origin);
-            const QHash<QString, SourceKind> learnt = SourceKindStore(work).cache();
-            for (auto it = learnt.constBegin(); it != learnt.constEnd(); ++it) {
-                const auto known = kinds.cache().constFind(it.key());
-                if (known == kinds.cache().constEnd() || *known != it.value())
-                    kinds.record(it.key(), it.value());
-            }
-        });
-        const SilenceStore::Entries before = silencesIn(read.value(SettingsKeys::silences));
-        const SilenceStore::Entries after = silencesIn(written.value(SettingsKeys::silences));
-        if (before != after)
-            SilenceStore(*origin).apply(before, after);
+        handBack(read, work, *origin);
         if (origin->status() != QSettings::NoError) {
             std::fprintf(stderr, "lanternic-check: cannot write the settings %s\n",
                          qUtf8Printable(origin->fileName()));

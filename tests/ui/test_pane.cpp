@@ -2,11 +2,11 @@
 #include "support/fixtures.h"
 #include "tabstops.h"
 #include "ui/lanternicpane.h"
-#include "ui/widgets/buttons.h"
 #include "ui/panetext.h"
+#include "ui/translations.h"
+#include "ui/widgets/buttons.h"
 #include "ui/widgets/symbols.h"
 #include "ui/widgets/theme.h"
-#include "ui/translations.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
