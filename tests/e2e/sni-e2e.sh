@@ -10,7 +10,7 @@ app=${1:?usage: sni-e2e.sh PATH-TO-LANTERNIC}
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=lib.sh
 source "$here/lib.sh"
-need Xvfb xdotool xwininfo xdpyinfo
+need Xvfb xdotool xwininfo xdpyinfo curl
 /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null ||
     { echo "skipped: python3-dbus or python3-gi is not installed"; exit 77; }
 
@@ -20,6 +20,8 @@ read -r port < <(free_ports 1)
 mkdir -p "$work/feeds" "$work/config/Lanternic"
 (cd "$work/feeds" && exec /usr/bin/python3 -m http.server "$port" --bind 127.0.0.1 >/dev/null 2>&1) &
 pids+=("$!")
+# Up before the app's first pass asks it: a loaded machine starts Python slowly.
+await curl -sf -o /dev/null "http://127.0.0.1:$port/" || fail "the feed server did not start"
 printf '[General]\nLanternic.sources=Build farm=http://127.0.0.1:%s/feed.json\n' "$port" \
     >"$work/config/Lanternic/Lanternic.conf"
 
