@@ -360,6 +360,8 @@ private Q_SLOTS:
         QTest::newRow("sources of a settings file that is not there")
             << QStringList{u"sources"_s, u"--settings"_s, dir.filePath(u"typo.ini"_s)}
             << u"no settings file"_s;
+        QTest::newRow("days on a pass")
+            << QStringList{u"--days"_s, u"3"_s} << u"--days goes with history"_s;
         QTest::newRow("days out of range")
             << QStringList{u"history"_s, u"--days"_s, u"91"_s} << u"--days takes 1 to 90"_s;
         QTest::newRow("catalog with a pass option")
