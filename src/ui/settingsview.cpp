@@ -119,7 +119,36 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     auto *form = new QVBoxLayout(this);
     form->setContentsMargins(20, 12, 20, 12);
     form->setSpacing(10);
+    form->addWidget(buildSources(), 1);
+    form->addWidget(buildOptions());
 
+    connect(m_sources, &QPlainTextEdit::textChanged, this, [this] {
+        m_settings.setSourcesText(m_sources->toPlainText());
+        showUnderstanding();
+    });
+    connect(m_showOperational, &QCheckBox::clicked, this,
+            [this](bool checked) { m_settings.setShowOperational(checked); });
+    connect(m_notifications, &QCheckBox::clicked, this,
+            [this](bool checked) { m_settings.setNotifications(checked); });
+    connect(m_launchAtLogin, &QCheckBox::clicked, this, &GeneralSettingsView::changeLaunchAtLogin);
+    connect(m_automaticUpdates, &QCheckBox::clicked, this, [this](bool checked) {
+        m_updates.setAutomaticUpdates(checked);
+        m_automaticUpdates->setChecked(m_updates.automaticUpdatesEnabled());
+    });
+    connect(m_interval, &QButtonGroup::idClicked, this,
+            [this](int minutes) { m_settings.setRefreshIntervalMinutes(minutes); });
+    connect(&m_settings, &AppSettings::sourcesTextChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    connect(&m_settings, &AppSettings::showOperationalChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    connect(&m_settings, &AppSettings::refreshIntervalMinutesChanged, this,
+            &GeneralSettingsView::syncFromSettings);
+    syncFromSettings();
+    showUnderstanding();
+}
+
+QWidget *GeneralSettingsView::buildSources()
+{
     auto *sourcesGroup = new QGroupBox(tr("Status sources"), this);
     auto *sources = new QVBoxLayout(sourcesGroup);
     sources->setSpacing(6);
@@ -143,8 +172,11 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     connect(add, &QPushButton::clicked, this, &GeneralSettingsView::addService);
     helpRow->addWidget(add, 0, Qt::AlignTop);
     sources->addLayout(helpRow);
-    form->addWidget(sourcesGroup, 1);
+    return sourcesGroup;
+}
 
+QWidget *GeneralSettingsView::buildOptions()
+{
     auto *optionsGroup = new QGroupBox(this);
     auto *options = new QVBoxLayout(optionsGroup);
     options->setSpacing(8);
@@ -158,38 +190,49 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
     m_loginError->hide();
     options->addWidget(m_loginError);
 
+    options->addLayout(buildUpdateRow(optionsGroup));
+    options->addLayout(buildIntervalRow(optionsGroup));
+    return optionsGroup;
+}
+
+QLayout *GeneralSettingsView::buildUpdateRow(QWidget *group)
+{
     auto *updateRow = new QHBoxLayout;
     updateRow->setSpacing(8);
-    updateRow->addWidget(new QLabel(tr("Check for updates automatically"), optionsGroup));
-    auto *checkNow = new QPushButton(tr("Check now"), optionsGroup);
+    updateRow->addWidget(new QLabel(tr("Check for updates automatically"), group));
+    auto *checkNow = new QPushButton(tr("Check now"), group);
     checkNow->setFlat(true);
     checkNow->setCursor(Qt::PointingHandCursor);
     checkNow->setFont(Theme::font(12));
     checkNow->setStyleSheet(u"QPushButton { border: none; padding: 0; color: palette(link); }"_s);
     updateRow->addWidget(checkNow);
     updateRow->addStretch(1);
-    m_automaticUpdates = new QCheckBox(optionsGroup);
+    m_automaticUpdates = new QCheckBox(group);
     m_automaticUpdates->setAccessibleName(tr("Check for updates automatically"));
     if (!m_updates.feedAvailable) {
         auto *why = caption(tr("Updates come from your package manager"),
-                            Theme::secondaryText(palette()), optionsGroup);
+                            Theme::secondaryText(palette()), group);
         why->setWordWrap(false);
         updateRow->addWidget(why);
         m_automaticUpdates->setEnabled(false);
         m_automaticUpdates->setAccessibleDescription(why->text());
     }
     updateRow->addWidget(m_automaticUpdates);
-    options->addLayout(updateRow);
+    connect(checkNow, &QPushButton::clicked, this, [this] { m_updates.onCheckForUpdates(); });
+    return updateRow;
+}
 
+QLayout *GeneralSettingsView::buildIntervalRow(QWidget *group)
+{
     auto *intervalRow = new QHBoxLayout;
-    auto *intervalLabel = new QLabel(tr("Refresh interval"), optionsGroup);
+    auto *intervalLabel = new QLabel(tr("Refresh interval"), group);
     intervalRow->addWidget(intervalLabel);
     intervalRow->addStretch(1);
     m_interval = new QButtonGroup(this);
     // Not exclusive: a stored interval other than 1, 2 or 5 selects no segment.
     m_interval->setExclusive(false);
     // A group of radio buttons to assistive technology, named by its label.
-    auto *segmentGroup = new QGroupBox(optionsGroup);
+    auto *segmentGroup = new QGroupBox(group);
     segmentGroup->setFlat(true);
     segmentGroup->setStyleSheet(u"QGroupBox { border: none; margin: 0; padding: 0; }"_s);
     segmentGroup->setAccessibleName(intervalLabel->text());
@@ -205,33 +248,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings &settings, LoginItemService
         segments->addWidget(segment);
     }
     intervalRow->addWidget(segmentGroup);
-    options->addLayout(intervalRow);
-    form->addWidget(optionsGroup);
-
-    connect(m_sources, &QPlainTextEdit::textChanged, this, [this] {
-        m_settings.setSourcesText(m_sources->toPlainText());
-        showUnderstanding();
-    });
-    connect(m_showOperational, &QCheckBox::clicked, this,
-            [this](bool checked) { m_settings.setShowOperational(checked); });
-    connect(m_notifications, &QCheckBox::clicked, this,
-            [this](bool checked) { m_settings.setNotifications(checked); });
-    connect(m_launchAtLogin, &QCheckBox::clicked, this, &GeneralSettingsView::changeLaunchAtLogin);
-    connect(checkNow, &QPushButton::clicked, this, [this] { m_updates.onCheckForUpdates(); });
-    connect(m_automaticUpdates, &QCheckBox::clicked, this, [this](bool checked) {
-        m_updates.setAutomaticUpdates(checked);
-        m_automaticUpdates->setChecked(m_updates.automaticUpdatesEnabled());
-    });
-    connect(m_interval, &QButtonGroup::idClicked, this,
-            [this](int minutes) { m_settings.setRefreshIntervalMinutes(minutes); });
-    connect(&m_settings, &AppSettings::sourcesTextChanged, this,
-            &GeneralSettingsView::syncFromSettings);
-    connect(&m_settings, &AppSettings::showOperationalChanged, this,
-            &GeneralSettingsView::syncFromSettings);
-    connect(&m_settings, &AppSettings::refreshIntervalMinutesChanged, this,
-            &GeneralSettingsView::syncFromSettings);
-    syncFromSettings();
-    showUnderstanding();
+    return intervalRow;
 }
 
 void GeneralSettingsView::showEvent(QShowEvent *)

@@ -61,6 +61,10 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    QWidget *buildSources();
+    QWidget *buildOptions();
+    QLayout *buildUpdateRow(QWidget *group);
+    QLayout *buildIntervalRow(QWidget *group);
     void syncFromSettings();
     void showUnderstanding();
     void changeLaunchAtLogin(bool enabled);
