@@ -140,6 +140,28 @@ StatusRowView::StatusRowView(Actions actions, QWidget *parent)
     row->addLayout(text, 1);
     row->addSpacing(8 - row->spacing());
 
+    buildNewsButton();
+    row->addWidget(m_newsButton);
+    m_sparkline = new HistorySparkline({}, this);
+    row->addWidget(m_sparkline);
+
+    buildMenuButton();
+    row->addWidget(m_menuButton);
+
+    m_news = new QWidget(this);
+    m_news->hide();
+    new QVBoxLayout(m_news);
+    m_news->layout()->setContentsMargins(newsIndent, 0, 12, 8);
+    m_news->layout()->setSpacing(6);
+    column->addWidget(m_news);
+
+    buildHistoryPart();
+    column->addWidget(m_history);
+}
+
+// The marker that expands the row; its icon says what there is to see.
+void StatusRowView::buildNewsButton()
+{
     m_newsButton = new QToolButton(this);
     m_newsButton->setAutoRaise(true);
     m_newsButton->setCheckable(true);
@@ -158,10 +180,10 @@ StatusRowView::StatusRowView(Actions actions, QWidget *parent)
         m_newsButton->setAccessibleName(expanded ? tr("Hide what is happening")
                                                  : tr("Show what is happening"));
     });
-    row->addWidget(m_newsButton);
-    m_sparkline = new HistorySparkline({}, this);
-    row->addWidget(m_sparkline);
+}
 
+void StatusRowView::buildMenuButton()
+{
     m_menuButton = new QToolButton(this);
     m_menuButton->setAutoRaise(true);
     m_menuButton->setFocusPolicy(Qt::NoFocus);
@@ -177,15 +199,10 @@ StatusRowView::StatusRowView(Actions actions, QWidget *parent)
     m_menuButton->setMenu(new QMenu(m_menuButton));
     // Built when it opens, so that it reflects the silences of that moment.
     connect(m_menuButton->menu(), &QMenu::aboutToShow, this, &StatusRowView::buildMenu);
-    row->addWidget(m_menuButton);
+}
 
-    m_news = new QWidget(this);
-    m_news->hide();
-    new QVBoxLayout(m_news);
-    m_news->layout()->setContentsMargins(newsIndent, 0, 12, 8);
-    m_news->layout()->setSpacing(6);
-    column->addWidget(m_news);
-
+void StatusRowView::buildHistoryPart()
+{
     // The last seven days, the uptime and the last troubles.
     m_history = new QWidget(this);
     m_history->hide();
@@ -207,7 +224,6 @@ StatusRowView::StatusRowView(Actions actions, QWidget *parent)
     history->addWidget(m_uptime);
     m_troubles = small(m_history);
     history->addWidget(m_troubles);
-    column->addWidget(m_history);
 }
 
 void StatusRowView::setContent(const DisplayProvider &provider, const QList<HealthTick> &ticks,

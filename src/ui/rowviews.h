@@ -89,6 +89,9 @@ protected:
 private:
     void setHovering(bool hovering);
     void buildMenu();
+    void buildNewsButton();
+    void buildMenuButton();
+    void buildHistoryPart();
     void buildNews(const QDateTime &now);
     // The expansion's parts: components in trouble, incidents, maintenance windows.
     void addComponents();
