@@ -103,7 +103,11 @@ Snapshot lastKnown(const Snapshot &previous, Snapshot current)
     return current;
 }
 
-std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
+namespace {
+
+// The changes of health worth telling, worst first; then by source and name, so that the text
+// does not depend on hashing.
+QList<Change> healthChanges(const Snapshot &before, const Snapshot &after)
 {
     QList<Change> changes;
     for (auto it = after.items.constBegin(); it != after.items.constEnd(); ++it) {
@@ -117,7 +121,18 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         if (auto rank = rankOf(previous->health, it->health))
             changes.append({&*it, *rank});
     }
-    // New incidents of sources watched before whose every item is operational, then and now.
+    std::sort(changes.begin(), changes.end(), [](const Change &a, const Change &b) {
+        if (a.rank != b.rank)
+            return a.rank > b.rank;
+        return std::tie(a.watched->sourceName, a.watched->name) <
+               std::tie(b.watched->sourceName, b.watched->name);
+    });
+    return changes;
+}
+
+// New incidents of sources watched before whose every item is operational, then and now.
+QList<const OpenIncident *> openedIncidents(const Snapshot &before, const Snapshot &after)
+{
     QSet<QString> watchedBefore;
     QSet<QString> notOperational;
     for (const Watched &item : before.items) {
@@ -138,34 +153,36 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
     std::sort(opened.begin(), opened.end(), [](const OpenIncident *a, const OpenIncident *b) {
         return std::tie(a->sourceName, a->name) < std::tie(b->sourceName, b->name);
     });
-    const auto openedLine = [](const OpenIncident *incident) {
-        return Text::tr("%1: new incident \u2014 %2").arg(incident->sourceName, incident->name);
-    };
-    if (changes.isEmpty()) {
-        if (opened.isEmpty())
-            return std::nullopt;
-        Notice notice;
-        notice.title = openedLine(opened.first());
-        notice.worst = Health::operational;
-        notice.quiet = true;
-        notice.sourceId = opened.first()->sourceId;
-        notice.page = opened.first()->page;
-        QStringList lines{opened.first()->line};
-        for (qsizetype i = 1; i < std::min<qsizetype>(opened.size(), 3); ++i)
-            lines.append(openedLine(opened[i]));
-        if (opened.size() > 3)
-            lines.append(Text::tr("and %n more", nullptr, int(opened.size() - 3)));
-        notice.body = lines.join(u'\n');
-        return notice;
-    }
-    // Worst first; then by source and name, so that the text does not depend on hashing.
-    std::sort(changes.begin(), changes.end(), [](const Change &a, const Change &b) {
-        if (a.rank != b.rank)
-            return a.rank > b.rank;
-        return std::tie(a.watched->sourceName, a.watched->name) <
-               std::tie(b.watched->sourceName, b.watched->name);
-    });
+    return opened;
+}
 
+QString openedLine(const OpenIncident *incident)
+{
+    return Text::tr("%1: new incident \u2014 %2").arg(incident->sourceName, incident->name);
+}
+
+// Nothing changed its health, but incidents opened: a quiet notice of them.
+Notice incidentNotice(const QList<const OpenIncident *> &opened)
+{
+    Notice notice;
+    notice.title = openedLine(opened.first());
+    notice.worst = Health::operational;
+    notice.quiet = true;
+    notice.sourceId = opened.first()->sourceId;
+    notice.page = opened.first()->page;
+    QStringList lines{opened.first()->line};
+    for (qsizetype i = 1; i < std::min<qsizetype>(opened.size(), 3); ++i)
+        lines.append(openedLine(opened[i]));
+    if (opened.size() > 3)
+        lines.append(Text::tr("and %n more", nullptr, int(opened.size() - 3)));
+    notice.body = lines.join(u'\n');
+    return notice;
+}
+
+// Titled after the worst change; what the page says is happening comes before the components
+// it touches, then the incidents that opened elsewhere.
+Notice changeNotice(const QList<Change> &changes, const QList<const OpenIncident *> &opened)
+{
     const Watched &worst = *changes.first().watched;
     Notice notice;
     notice.worst = worst.health;
@@ -176,7 +193,6 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         : worst.maintenance ? Text::tr("%1 is under maintenance").arg(worst.sourceName)
                             : Text::tr("%1 is %2").arg(worst.sourceName, stateWord(worst.health));
     QStringList lines;
-    // What the page says is happening comes before the components it touches.
     if (worst.health != Health::operational)
         lines += worst.incidents.mid(0, 2);
     qsizetype shown = 0;
@@ -192,6 +208,19 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
         lines.append(openedLine(incident));
     notice.body = lines.join(u'\n');
     return notice;
+}
+
+} // namespace
+
+std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
+{
+    const QList<Change> changes = healthChanges(before, after);
+    const QList<const OpenIncident *> opened = openedIncidents(before, after);
+    if (!changes.isEmpty())
+        return changeNotice(changes, opened);
+    if (!opened.isEmpty())
+        return incidentNotice(opened);
+    return std::nullopt;
 }
 
 namespace {
