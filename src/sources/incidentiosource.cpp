@@ -166,19 +166,11 @@ bool looksLikeIncidentWidget(const QJsonDocument &document)
     return root.contains("ongoing_incidents"_L1) || root.contains("subpages"_L1);
 }
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+namespace {
+
+// The worst status each component key is referenced with.
+QHash<QString, QString> worstStatusByKey(const QList<AffectedRef> &references)
 {
-    if (!looksLikeIncidentWidget(document))
-        return std::nullopt;
-    const std::optional<Summary> summary = decodeSummary(document);
-    if (!summary)
-        return std::nullopt;
-
-    QList<AffectedRef> references = summary->affectedComponents.value_or(QList<AffectedRef>());
-    const QList<Incident> incidents = summary->ongoingIncidents.value_or(QList<Incident>());
-    for (const Incident &incident : incidents)
-        references += incident.affectedComponents.value_or(QList<AffectedRef>());
-
     QHash<QString, QString> worstStatus;
     for (const AffectedRef &reference : references) {
         const auto keyed = keyedStatus(reference);
@@ -190,14 +182,16 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
         else if (statusSeverity(keyed->status) > statusSeverity(*recorded))
             *recorded = keyed->status;
     }
+    return worstStatus;
+}
 
-    const QString prefix = source.id + "::"_L1;
-    SourceResult result;
-    result.id = source.id;
-    result.name = source.name;
-
+QList<ComponentStatus> structuredComponents(const Summary &summary,
+                                            const QHash<QString, QString> &worstStatus,
+                                            const QString &prefix)
+{
+    QList<ComponentStatus> components;
     const QList<Item> items =
-        summary->structure ? summary->structure->items.value_or(QList<Item>()) : QList<Item>();
+        summary.structure ? summary.structure->items.value_or(QList<Item>()) : QList<Item>();
     for (const Item &item : items) {
         QList<Component> contributed;
         if (item.group && item.group->components)
@@ -211,20 +205,52 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
             if (!key)
                 continue;
             const QString status = worstStatus.value(*key, u"operational"_s);
-            result.components.append(
+            components.append(
                 {prefix + *key, component.name.value_or(*key), componentHealth(status), status});
         }
     }
+    return components;
+}
 
-    if (result.components.isEmpty()) {
-        for (const AffectedRef &reference : references) {
-            const auto keyed = keyedStatus(reference);
-            if (!keyed || keyed->status == "operational"_L1)
-                continue;
-            result.components.append({prefix + keyed->key, reference.name.value_or(keyed->key),
-                                      componentHealth(keyed->status), keyed->status});
-        }
+QList<ComponentStatus> referencedComponents(const QList<AffectedRef> &references,
+                                            const QString &prefix)
+{
+    QList<ComponentStatus> components;
+    for (const AffectedRef &reference : references) {
+        const auto keyed = keyedStatus(reference);
+        if (!keyed || keyed->status == "operational"_L1)
+            continue;
+        components.append({prefix + keyed->key, reference.name.value_or(keyed->key),
+                           componentHealth(keyed->status), keyed->status});
     }
+    return components;
+}
+
+} // namespace
+
+std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+{
+    if (!looksLikeIncidentWidget(document))
+        return std::nullopt;
+    const std::optional<Summary> summary = decodeSummary(document);
+    if (!summary)
+        return std::nullopt;
+
+    QList<AffectedRef> references = summary->affectedComponents.value_or(QList<AffectedRef>());
+    const QList<Incident> incidents = summary->ongoingIncidents.value_or(QList<Incident>());
+    for (const Incident &incident : incidents)
+        references += incident.affectedComponents.value_or(QList<AffectedRef>());
+
+    const QString prefix = source.id + "::"_L1;
+    SourceResult result;
+    result.id = source.id;
+    result.name = source.name;
+
+    // The page's own structure, each component at the worst status referenced; without one,
+    // the components the references name.
+    result.components = structuredComponents(*summary, worstStatusByKey(references), prefix);
+    if (result.components.isEmpty())
+        result.components = referencedComponents(references, prefix);
 
     result.url = source.homeURL;
     if (summary->publicUrl) {
