@@ -14,6 +14,7 @@
 #include <QUuid>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <unistd.h>
 
 using namespace lanternic;
@@ -51,6 +52,31 @@ std::optional<std::pair<QHostAddress, quint16>> listenAddress(const QString &tex
     if (!ok || port > 65535 || address.isNull())
         return std::nullopt;
     return std::pair{address, quint16(port)};
+}
+
+// Named once and for good, so that its feed, read back through other watchers, is known.
+QString watcherId(QSettings &defaults)
+{
+    QString id = defaults.value(SettingsKeys::watcherId).toString();
+    if (QUuid::fromString(id).isNull()) {
+        id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        defaults.setValue(SettingsKeys::watcherId, id);
+    }
+    return id;
+}
+
+// SIGTERM and SIGINT quit the event loop, through a pipe the loop watches; nothing when the
+// pipe cannot be made.
+std::unique_ptr<QSocketNotifier> quitOnSignals()
+{
+    if (::pipe(signalPipe) != 0)
+        return nullptr;
+    auto stop = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(stop.get(), &QSocketNotifier::activated, QCoreApplication::instance(),
+                     &QCoreApplication::quit);
+    std::signal(SIGTERM, onSignal);
+    std::signal(SIGINT, onSignal);
+    return stop;
 }
 
 } // namespace
@@ -112,14 +138,9 @@ int main(int argc, char **argv)
             return usageError(u"no usable source in --source \"%1\""_s.arg(parser.value(source)));
         defaults.setValue(SettingsKeys::sources, text);
     }
-    // Named once and for good, so that its feed, read back through other watchers, is known.
-    QString watcherId = defaults.value(SettingsKeys::watcherId).toString();
-    if (QUuid::fromString(watcherId).isNull()) {
-        watcherId = QUuid::createUuid().toString(QUuid::WithoutBraces);
-        defaults.setValue(SettingsKeys::watcherId, watcherId);
-    }
+    const QString identity = watcherId(defaults);
     AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::loop);
-    environment.store->setRelayIdentity(watcherId);
+    environment.store->setRelayIdentity(identity);
     if (minutes)
         environment.store->setPollIntervalOverride(std::chrono::minutes(*minutes));
     WatchServer server(*environment.store, parser.value(relayName));
@@ -130,12 +151,9 @@ int main(int argc, char **argv)
                  qUtf8Printable(address->first.toString()), unsigned(port));
 
     // SIGTERM and SIGINT end the loop; the history is saved with every pass already.
-    if (::pipe(signalPipe) != 0)
+    const std::unique_ptr<QSocketNotifier> stop = quitOnSignals();
+    if (!stop)
         return 1;
-    QSocketNotifier stop(signalPipe[0], QSocketNotifier::Read);
-    QObject::connect(&stop, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
-    std::signal(SIGTERM, onSignal);
-    std::signal(SIGINT, onSignal);
 
     const int status = QCoreApplication::exec();
     defaults.sync();
