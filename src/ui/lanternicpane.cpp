@@ -132,28 +132,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     top->addWidget(divider(m_top));
     outer->addWidget(m_top);
     outer->addWidget(m_scroll, 1);
-
-    m_content = new QWidget;
-    m_content->setAutoFillBackground(false);
-    m_column = new QVBoxLayout(m_content);
-    m_column->setContentsMargins(0, 0, 0, 0);
-    m_column->setSpacing(0);
-    m_rows = new RowListView(m_content);
-    m_rows->setAccessibleName(tr("Sources"));
-    m_rowsLayout = new QVBoxLayout(m_rows);
-    m_rowsLayout->setContentsMargins(0, 0, 0, 0);
-    m_rowsLayout->setSpacing(0);
-    m_nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), m_rows);
-    m_nothing->setText(tr("Nothing to report \u2014 all operational"));
-    m_nothing->setWordWrap(true);
-    m_nothing->setContentsMargins(12, 10, 12, 10);
-    m_rowsLayout->addWidget(m_nothing);
-    m_column->addWidget(m_rows);
-    m_silencedDivider = divider(m_content);
-    m_column->addWidget(m_silencedDivider);
-    m_silencedSection = new QWidget(m_content);
-    m_column->addWidget(m_silencedSection);
-    m_column->addStretch();
+    buildContent();
 
     outer->addWidget(buildFooter());
     m_scroll->setWidget(m_content);
@@ -336,6 +315,32 @@ void LanternicPane::changeEvent(QEvent *event)
         scheduleUpdate();
     }
     QWidget::changeEvent(event);
+}
+
+// What scrolls: the rows, and the silenced section under them.
+void LanternicPane::buildContent()
+{
+    m_content = new QWidget;
+    m_content->setAutoFillBackground(false);
+    m_column = new QVBoxLayout(m_content);
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(0);
+    m_rows = new RowListView(m_content);
+    m_rows->setAccessibleName(tr("Sources"));
+    m_rowsLayout = new QVBoxLayout(m_rows);
+    m_rowsLayout->setContentsMargins(0, 0, 0, 0);
+    m_rowsLayout->setSpacing(0);
+    m_nothing = plainLabel(Theme::font(12), Theme::secondaryText(palette()), m_rows);
+    m_nothing->setText(tr("Nothing to report \u2014 all operational"));
+    m_nothing->setWordWrap(true);
+    m_nothing->setContentsMargins(12, 10, 12, 10);
+    m_rowsLayout->addWidget(m_nothing);
+    m_column->addWidget(m_rows);
+    m_silencedDivider = divider(m_content);
+    m_column->addWidget(m_silencedDivider);
+    m_silencedSection = new QWidget(m_content);
+    m_column->addWidget(m_silencedSection);
+    m_column->addStretch();
 }
 
 QWidget *LanternicPane::buildFooter()

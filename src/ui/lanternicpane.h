@@ -67,6 +67,7 @@ private:
     void rebuild();
     QWidget *buildHeader();
     QWidget *buildFooter();
+    void buildContent();
     void updateHeader();
     void updatePauseRow();
     void updateRows();
