@@ -151,62 +151,104 @@ namespace {
 
 using Painter = std::function<void(Canvas &)>;
 
+void drawCheckmarkCircle(Canvas &c)
+{
+    c.fill(circle({0.5, 0.5}, 0.47));
+    c.punchStroke(polyline({{0.29, 0.52}, {0.44, 0.67}, {0.71, 0.36}}), 0.11);
+}
+
+void drawWarningTriangle(Canvas &c)
+{
+    QPainterPath triangle = polyline({{0.5, 0.1}, {0.93, 0.86}, {0.07, 0.86}});
+    triangle.closeSubpath();
+    c.fill(triangle);
+    c.stroke(triangle, 0.08);
+    c.punchStroke(polyline({{0.5, 0.37}, {0.5, 0.6}}), 0.1);
+    c.punchFill(circle({0.5, 0.74}, 0.055));
+}
+
+void drawCrossOctagon(Canvas &c)
+{
+    QPainterPath octagon;
+    for (int i = 0; i < 8; ++i) {
+        const qreal angle = M_PI / 8 + i * M_PI / 4;
+        const QPointF point(0.5 + 0.48 * std::cos(angle), 0.5 + 0.48 * std::sin(angle));
+        i == 0 ? octagon.moveTo(point) : octagon.lineTo(point);
+    }
+    octagon.closeSubpath();
+    c.fill(octagon);
+    c.punchStroke(polyline({{0.34, 0.34}, {0.66, 0.66}}), 0.1);
+    c.punchStroke(polyline({{0.66, 0.34}, {0.34, 0.66}}), 0.1);
+}
+
+void drawQuestionCircle(Canvas &c)
+{
+    c.fill(circle({0.5, 0.5}, 0.47));
+    QPainterPath hook;
+    hook.moveTo(0.36, 0.39);
+    hook.cubicTo(0.36, 0.22, 0.64, 0.22, 0.64, 0.38);
+    hook.cubicTo(0.64, 0.49, 0.5, 0.49, 0.5, 0.6);
+    c.punchStroke(hook, 0.1);
+    c.punchFill(circle({0.5, 0.75}, 0.055));
+}
+
+void drawPower(Canvas &c)
+{
+    QPainterPath arc;
+    arc.arcMoveTo(0.14, 0.16, 0.72, 0.72, 125);
+    arc.arcTo(0.14, 0.16, 0.72, 0.72, 125, 290);
+    c.stroke(arc, 0.09);
+    c.stroke(polyline({{0.5, 0.08}, {0.5, 0.46}}), 0.09);
+}
+
+// An incident: a speech bubble with an exclamation mark.
+void drawIncidentBubble(Canvas &c)
+{
+    QPainterPath bubble;
+    bubble.addRoundedRect(QRectF(0.06, 0.1, 0.88, 0.64), 0.2, 0.2);
+    QPainterPath tail = polyline({{0.24, 0.66}, {0.22, 0.92}, {0.46, 0.7}});
+    tail.closeSubpath();
+    c.fill(bubble.united(tail));
+    c.punchStroke(polyline({{0.5, 0.24}, {0.5, 0.44}}), 0.1);
+    c.punchFill(circle({0.5, 0.58}, 0.055));
+}
+
+// Maintenance: a wrench.
+void drawWrench(Canvas &c)
+{
+    c.stroke(polyline({{0.2, 0.8}, {0.56, 0.44}}), 0.16);
+    c.fill(circle({0.66, 0.34}, 0.24));
+    QPainterPath jaw = polyline({{0.66, 0.34}, {0.98, 0.18}, {0.82, 0.02}});
+    jaw.closeSubpath();
+    c.punchFill(jaw);
+    c.punchFill(circle({0.66, 0.34}, 0.08));
+}
+
+void drawWaveform(Canvas &c)
+{
+    QPainterPath trace;
+    trace.addPolygon(waveform());
+    c.stroke(trace, 0.08);
+}
+
+void drawClock(Canvas &c)
+{
+    c.stroke(circle({0.5, 0.5}, 0.42), 0.08);
+    c.stroke(polyline({{0.5, 0.24}, {0.5, 0.5}, {0.68, 0.6}}), 0.08);
+}
+
 const QHash<QString, Painter> &painters()
 {
     static const QHash<QString, Painter> table{
-        {u"checkmark.circle.fill"_s,
-         [](Canvas &c) {
-             c.fill(circle({0.5, 0.5}, 0.47));
-             c.punchStroke(polyline({{0.29, 0.52}, {0.44, 0.67}, {0.71, 0.36}}), 0.11);
-         }},
-        {u"exclamationmark.triangle.fill"_s,
-         [](Canvas &c) {
-             QPainterPath triangle = polyline({{0.5, 0.1}, {0.93, 0.86}, {0.07, 0.86}});
-             triangle.closeSubpath();
-             c.fill(triangle);
-             c.stroke(triangle, 0.08);
-             c.punchStroke(polyline({{0.5, 0.37}, {0.5, 0.6}}), 0.1);
-             c.punchFill(circle({0.5, 0.74}, 0.055));
-         }},
-        {u"xmark.octagon.fill"_s,
-         [](Canvas &c) {
-             QPainterPath octagon;
-             for (int i = 0; i < 8; ++i) {
-                 const qreal angle = M_PI / 8 + i * M_PI / 4;
-                 const QPointF point(0.5 + 0.48 * std::cos(angle), 0.5 + 0.48 * std::sin(angle));
-                 i == 0 ? octagon.moveTo(point) : octagon.lineTo(point);
-             }
-             octagon.closeSubpath();
-             c.fill(octagon);
-             c.punchStroke(polyline({{0.34, 0.34}, {0.66, 0.66}}), 0.1);
-             c.punchStroke(polyline({{0.66, 0.34}, {0.34, 0.66}}), 0.1);
-         }},
-        {u"questionmark.circle.fill"_s,
-         [](Canvas &c) {
-             c.fill(circle({0.5, 0.5}, 0.47));
-             QPainterPath hook;
-             hook.moveTo(0.36, 0.39);
-             hook.cubicTo(0.36, 0.22, 0.64, 0.22, 0.64, 0.38);
-             hook.cubicTo(0.64, 0.49, 0.5, 0.49, 0.5, 0.6);
-             c.punchStroke(hook, 0.1);
-             c.punchFill(circle({0.5, 0.75}, 0.055));
-         }},
+        {u"checkmark.circle.fill"_s, drawCheckmarkCircle},
+        {u"exclamationmark.triangle.fill"_s, drawWarningTriangle},
+        {u"xmark.octagon.fill"_s, drawCrossOctagon},
+        {u"questionmark.circle.fill"_s, drawQuestionCircle},
         {u"bell.slash"_s, [](Canvas &c) { drawBellSlash(c, false); }},
         {u"bell.slash.fill"_s, [](Canvas &c) { drawBellSlash(c, true); }},
         {u"gearshape"_s, drawGear},
-        {u"power"_s,
-         [](Canvas &c) {
-             QPainterPath arc;
-             arc.arcMoveTo(0.14, 0.16, 0.72, 0.72, 125);
-             arc.arcTo(0.14, 0.16, 0.72, 0.72, 125, 290);
-             c.stroke(arc, 0.09);
-             c.stroke(polyline({{0.5, 0.08}, {0.5, 0.46}}), 0.09);
-         }},
-        {u"clock"_s,
-         [](Canvas &c) {
-             c.stroke(circle({0.5, 0.5}, 0.42), 0.08);
-             c.stroke(polyline({{0.5, 0.24}, {0.5, 0.5}, {0.68, 0.6}}), 0.08);
-         }},
+        {u"power"_s, drawPower},
+        {u"clock"_s, drawClock},
         {u"arrow.clockwise"_s, drawArrowClockwise},
         {u"chevron.down"_s,
          [](Canvas &c) {
@@ -216,33 +258,9 @@ const QHash<QString, Painter> &painters()
          [](Canvas &c) {
              c.stroke(polyline({{0.35, 0.2}, {0.65, 0.5}, {0.35, 0.8}}), 0.12);
          }},
-        // An incident: a speech bubble with an exclamation mark.
-        {u"exclamationmark.bubble.fill"_s,
-         [](Canvas &c) {
-             QPainterPath bubble;
-             bubble.addRoundedRect(QRectF(0.06, 0.1, 0.88, 0.64), 0.2, 0.2);
-             QPainterPath tail = polyline({{0.24, 0.66}, {0.22, 0.92}, {0.46, 0.7}});
-             tail.closeSubpath();
-             c.fill(bubble.united(tail));
-             c.punchStroke(polyline({{0.5, 0.24}, {0.5, 0.44}}), 0.1);
-             c.punchFill(circle({0.5, 0.58}, 0.055));
-         }},
-        // Maintenance: a wrench.
-        {u"wrench.fill"_s,
-         [](Canvas &c) {
-             c.stroke(polyline({{0.2, 0.8}, {0.56, 0.44}}), 0.16);
-             c.fill(circle({0.66, 0.34}, 0.24));
-             QPainterPath jaw = polyline({{0.66, 0.34}, {0.98, 0.18}, {0.82, 0.02}});
-             jaw.closeSubpath();
-             c.punchFill(jaw);
-             c.punchFill(circle({0.66, 0.34}, 0.08));
-         }},
-        {u"waveform.path.ecg"_s,
-         [](Canvas &c) {
-             QPainterPath trace;
-             trace.addPolygon(waveform());
-             c.stroke(trace, 0.08);
-         }},
+        {u"exclamationmark.bubble.fill"_s, drawIncidentBubble},
+        {u"wrench.fill"_s, drawWrench},
+        {u"waveform.path.ecg"_s, drawWaveform},
     };
     return table;
 }
