@@ -1,5 +1,5 @@
+#include "platform/linux/xdgautostart.h"
 #include "platform/loginitem.h"
-#include "platform/xdgautostart.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "platform/xdgautostart.h"
+#include "platform/linux/xdgautostart.h"
 
 #include <QCoreApplication>
 #include <QDir>
