@@ -279,14 +279,6 @@
         <translation>%1 T %2 Std.</translation>
     </message>
     <message>
-        <source>Today</source>
-        <translation>Heute</translation>
-    </message>
-    <message>
-        <source>Yesterday</source>
-        <translation>Gestern</translation>
-    </message>
-    <message>
         <source>%1 – ongoing</source>
         <translation>%1 – andauernd</translation>
     </message>

@@ -279,14 +279,6 @@
         <translation>%1 d %2 h</translation>
     </message>
     <message>
-        <source>Today</source>
-        <translation>Hoy</translation>
-    </message>
-    <message>
-        <source>Yesterday</source>
-        <translation>Ayer</translation>
-    </message>
-    <message>
         <source>%1 – ongoing</source>
         <translation>%1 – en curso</translation>
     </message>

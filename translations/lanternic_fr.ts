@@ -279,14 +279,6 @@
         <translation>%1 j %2 h</translation>
     </message>
     <message>
-        <source>Today</source>
-        <translation>Aujourd’hui</translation>
-    </message>
-    <message>
-        <source>Yesterday</source>
-        <translation>Hier</translation>
-    </message>
-    <message>
         <source>%1 – ongoing</source>
         <translation>%1 – en cours</translation>
     </message>

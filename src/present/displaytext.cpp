@@ -104,8 +104,6 @@ QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype m
     return updated.isValid() ? Text::tr("%1 (updated %2)").arg(line, agoText(updated, now)) : line;
 }
 
-namespace {
-
 // "Today", "Tomorrow", "Yesterday" or the weekday's short name, in local time.
 QString dayText(const QDateTime &time, const QDateTime &now)
 {
@@ -119,12 +117,18 @@ QString dayText(const QDateTime &time, const QDateTime &now)
     return QLocale().toString(time.toLocalTime().date(), u"ddd"_s);
 }
 
-QString clockText(const QDateTime &time)
+QString clockFormat()
 {
-    return time.toLocalTime().time().toString(u"HH:mm"_s);
+    // Hours and minutes on the clock the locale reads; some locales' short form has seconds.
+    return QLocale().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive)
+               ? u"h:mm AP"_s
+               : u"HH:mm"_s;
 }
 
-} // namespace
+QString clockText(const QDateTime &time)
+{
+    return QLocale().toString(time.toLocalTime().time(), clockFormat());
+}
 
 QString windowText(const Maintenance &window, const QDateTime &now)
 {

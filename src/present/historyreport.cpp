@@ -1,6 +1,7 @@
 #include "present/historyreport.h"
 
 #include "model/feedtext.h"
+#include "present/displaytext.h"
 #include "present/resultjson.h"
 
 #include <QCoreApplication>
@@ -45,15 +46,8 @@ QString durationText(qint64 seconds)
 
 QString troubleWindowText(const Trouble &trouble, const QDateTime &now)
 {
-    const auto day = [&now](const QDateTime &time) {
-        const qint64 days = now.toLocalTime().date().daysTo(time.toLocalTime().date());
-        return days == 0    ? Text::tr("Today")
-               : days == -1 ? Text::tr("Yesterday")
-                            : QLocale().toString(time.toLocalTime().date(), u"ddd"_s);
-    };
-    const auto clock = [](const QDateTime &time) {
-        return time.toLocalTime().time().toString(u"HH:mm"_s);
-    };
+    const auto day = [&now](const QDateTime &time) { return DisplayText::dayText(time, now); };
+    const auto clock = &DisplayText::clockText;
     QString text = day(trouble.start) + u' ' + clock(trouble.start);
     if (!trouble.end)
         return Text::tr("%1 \u2013 ongoing").arg(text);

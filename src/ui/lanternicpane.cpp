@@ -422,8 +422,7 @@ void LanternicPane::updatePauseRow()
     const QDateTime until = m_rules.pausedUntil();
     m_pauseRow->setText(
         m_rules.isPaused(m_store.now())
-            ? tr("Resume notifications (paused until %1)")
-                  .arg(QLocale().toString(until.toLocalTime().time(), QLocale::ShortFormat))
+            ? tr("Resume notifications (paused until %1)").arg(DisplayText::clockText(until))
             : tr("Pause notifications for 1 hour"));
     m_pauseRow->setAccessibleName(m_pauseRow->text());
     m_pauseRow->setVisible(m_settings.notifications());

@@ -4,6 +4,7 @@
 #include "config/catalog.h"
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
+#include "present/displaytext.h"
 #include "store/notificationrules.h"
 #include "ui/accessibility.h"
 #include "ui/catalogpicker.h"
@@ -412,11 +413,8 @@ NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWi
     untilLabel->setBuddy(m_until);
     m_from->setAccessibleName(tr("Quiet hours start"));
     m_until->setAccessibleName(tr("Quiet hours end"));
-    // Hours and minutes, on the clock the locale reads (some locales' short form has seconds).
-    const bool twelveHours =
-        QLocale().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive);
     for (QTimeEdit *edit : {m_from, m_until})
-        edit->setDisplayFormat(twelveHours ? u"h:mm AP"_s : u"HH:mm"_s);
+        edit->setDisplayFormat(DisplayText::clockFormat());
     span->addWidget(fromLabel);
     span->addWidget(m_from);
     span->addWidget(untilLabel);

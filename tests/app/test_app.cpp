@@ -55,15 +55,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QStringList>("expected");
         QTest::newRow("German") << u"de_DE"_s
-                                << QStringList{u"Ausgefallen"_s,      u"1 Minute"_s,
-                                               u"5 Minuten"_s,        u"vor 3 Tagen"_s,
-                                               u"Allgemein"_s,        u"Wird untersucht"_s,
-                                               u"schwerer Ausfall"_s, u"96,3 %"_s};
+                                << QStringList{
+                                       u"Ausgefallen"_s,      u"1 Minute"_s,  u"5 Minuten"_s,
+                                       u"vor 3 Tagen"_s,      u"Allgemein"_s, u"Wird untersucht"_s,
+                                       u"schwerer Ausfall"_s, u"96,3 %"_s,    u"14:05"_s};
         QTest::newRow("French") << u"fr_FR"_s
-                                << QStringList{u"En panne"_s,      u"1 minute"_s,
-                                               u"5 minutes"_s,     u"il y a 3 jours"_s,
-                                               u"Général"_s,       u"Analyse en cours"_s,
-                                               u"panne majeure"_s, u"96,3 %"_s};
+                                << QStringList{
+                                       u"En panne"_s,       u"1 minute"_s, u"5 minutes"_s,
+                                       u"il y a 3 jours"_s, u"Général"_s,  u"Analyse en cours"_s,
+                                       u"panne majeure"_s,  u"96,3 %"_s,   u"14:05"_s};
         QTest::newRow("Spanish") << u"es_ES"_s << QStringList{u"Caído"_s,
                                                               u"1 minuto"_s,
                                                               u"5 minutos"_s,
@@ -71,12 +71,18 @@ private Q_SLOTS:
                                                               u"General"_s,
                                                               u"Investigando"_s,
                                                               u"interrupción grave"_s,
-                                                              u"96,3 %"_s};
+                                                              u"96,3 %"_s,
+                                                              u"14:05"_s};
         // Not shipped: English words, the language's own numbers.
         QTest::newRow("Italian, not shipped")
-            << u"it_IT"_s
-            << QStringList{u"Down"_s,    u"1 minute"_s,      u"5 minutes"_s,    u"3 d ago"_s,
-                           u"General"_s, u"Investigating"_s, u"major outage"_s, u"96,3 %"_s};
+            << u"it_IT"_s << QStringList{u"Down"_s,         u"1 minute"_s, u"5 minutes"_s,
+                                         u"3 d ago"_s,      u"General"_s,  u"Investigating"_s,
+                                         u"major outage"_s, u"96,3 %"_s,   u"14:05"_s};
+        // A twelve-hour clock where the language reads one.
+        QTest::newRow("English, United States")
+            << u"en_US"_s << QStringList{u"Down"_s,         u"1 minute"_s, u"5 minutes"_s,
+                                         u"3 d ago"_s,      u"General"_s,  u"Investigating"_s,
+                                         u"major outage"_s, u"96.3 %"_s,   u"2:05 PM"_s};
     }
 
     void translations()
@@ -91,7 +97,8 @@ private Q_SLOTS:
                 DisplayText::agoText(now.addDays(-3), now), SettingsView::tr("General"),
                 // A vendor's words reach people as ours, numbers as the language writes them.
                 DisplayText::stageText(u"INVESTIGATING"_s),
-                DisplayText::componentStatusText(u"major_outage"_s), uptimeText(0.9634)};
+                DisplayText::componentStatusText(u"major_outage"_s), uptimeText(0.9634),
+                DisplayText::clockText(QDateTime(QDate(2026, 11, 25), QTime(14, 5)))};
         };
         {
             QObject owner;
