@@ -12,12 +12,6 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString automaticKey = u"Lanternic.automaticallyChecksForUpdates"_s;
-
-} // namespace
-
 QString UpdateChecker::Outcome::message() const
 {
     switch (kind) {
@@ -46,7 +40,7 @@ UpdateChecker::UpdateChecker(QSettings &defaults, network::Session &session, QUr
 
 bool UpdateChecker::automaticallyChecksForUpdates() const
 {
-    const QVariant stored = m_defaults.value(automaticKey);
+    const QVariant stored = m_defaults.value(SettingsKeys::automaticallyChecksForUpdates);
     if (stored.typeId() == QMetaType::Bool)
         return stored.toBool();
     return stored.toString() != "false"_L1;
@@ -54,7 +48,7 @@ bool UpdateChecker::automaticallyChecksForUpdates() const
 
 void UpdateChecker::setAutomaticallyChecksForUpdates(bool enabled)
 {
-    m_defaults.setValue(automaticKey, enabled);
+    m_defaults.setValue(SettingsKeys::automaticallyChecksForUpdates, enabled);
     scheduleAutomaticChecks();
 }
 

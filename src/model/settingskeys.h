@@ -4,7 +4,8 @@
 
 namespace lanternic {
 
-// Every key Lanternic keeps in the user's settings, with the defaults of the plain values.
+// Every key Lanternic keeps in the user's settings, with the defaults of the plain values
+// (what the stores keep as documents reads its own defaults).
 namespace SettingsKeys {
 
 inline const QString sources = QStringLiteral("Lanternic.sources");
@@ -21,6 +22,8 @@ inline const QString quietHoursStart = QStringLiteral("Lanternic.quietHoursStart
 inline const QString quietHoursEnd = QStringLiteral("Lanternic.quietHoursEnd");
 inline const QString notificationsPausedUntil =
     QStringLiteral("Lanternic.notificationsPausedUntil");
+inline const QString automaticallyChecksForUpdates =
+    QStringLiteral("Lanternic.automaticallyChecksForUpdates");
 // The watcher's own id, made at its first start, which its relay feed carries.
 inline const QString watcherId = QStringLiteral("Lanternic.watcherId");
 inline const QString treatMaintenanceAsOperational =
