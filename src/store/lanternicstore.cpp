@@ -5,13 +5,13 @@
 #include "config/sourceregistry.h"
 #include "platform/sleeptimer.h"
 #include "sources/sourcekindstore.h"
+#include "store/checkpass.h"
 #include "store/silencestore.h"
+#include "store/transferqueue.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QHash>
-#include <QPointer>
-#include <QQueue>
 #include <QSet>
 #include <QTimer>
 #include <algorithm>
@@ -19,162 +19,6 @@
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
-
-// Starts requests while fewer than the maximum are in flight, across all passes. Enough to
-// keep any realistic source list entirely in flight, while a huge one neither runs out of
-// file descriptors nor makes every event-loop turn poll thousands of sockets. Connecting costs
-// the loop tens of microseconds a request, so only a few start in one turn of it: a pass over
-// many sources never holds up for long what else the loop serves (the panel, or the watcher's
-// clients).
-class TransferQueue : public QObject {
-public:
-    static constexpr int maximumInFlight = 128;
-    static constexpr int startsPerTurn = 8;
-
-    using QObject::QObject;
-
-    void enqueue(std::function<void()> start)
-    {
-        m_waiting.enqueue(std::move(start));
-        startWaiting();
-    }
-
-    // One request started from here has answered.
-    void finished()
-    {
-        --m_inFlight;
-        startWaiting();
-    }
-
-private:
-    void startWaiting()
-    {
-        while (!m_waiting.isEmpty() && m_inFlight < maximumInFlight &&
-               m_startedThisTurn < startsPerTurn) {
-            if (m_startedThisTurn++ == 0) {
-                QTimer::singleShot(0, this, [this] {
-                    m_startedThisTurn = 0;
-                    startWaiting();
-                });
-            }
-            ++m_inFlight;
-            m_waiting.dequeue()();
-        }
-    }
-
-    int m_inFlight = 0;
-    int m_startedThisTurn = 0;
-    QQueue<std::function<void()>> m_waiting;
-};
-
-// One check pass. Sources whose page kind is known are checked at once; the bare hosts not
-// yet in the kind cache are probed meanwhile, and their sources checked as each probe answers.
-// Each result reaches the store as it comes; the pass ends when every source has one.
-class CheckPass : public QObject {
-public:
-    CheckPass(LanternicStore &store, quint64 number, std::function<void()> done)
-        : QObject(&store), m_store(store), m_number(number), m_done(std::move(done))
-    {
-    }
-
-    void run()
-    {
-        m_text = m_store.m_settings.sourcesText();
-        const QHash<QString, SourceKind> &kinds = m_store.m_kinds.cache();
-        m_sources = sources(kinds);
-        m_pending = m_sources.size();
-        m_store.beginPass(m_number, m_sources);
-        QSet<QString> probing;
-        for (const QString &host : SourceRegistry::baseHosts(m_text)) {
-            if (!kinds.contains(host.toLower()) && !probing.contains(host.toLower())) {
-                probing.insert(host.toLower());
-                probe(host);
-            }
-        }
-        for (const JSONSource &source : std::as_const(m_sources)) {
-            if (!probing.contains(source.baseHost.toLower()))
-                check(source);
-        }
-    }
-
-private:
-    QList<JSONSource> sources(const QHash<QString, SourceKind> &kinds) const
-    {
-        QList<JSONSource> built = SourceRegistry::sources(m_text, kinds);
-        if (m_store.m_settings.treatMaintenanceAsOperational()) {
-            for (JSONSource &source : built)
-                source.treatAsOperational.insert(u"under_maintenance"_s);
-        }
-        return built;
-    }
-
-    void probe(const QString &host)
-    {
-        m_store.m_queue->enqueue([this, host] {
-            SourceKindStore::probe(host, m_store.m_session, this,
-                                   [this, host](std::optional<SourceKind> kind) {
-                                       m_store.m_queue->finished();
-                                       probed(host, kind);
-                                   });
-        });
-    }
-
-    // A probe without an answer records nothing; the host's sources are checked either way.
-    void probed(const QString &host, std::optional<SourceKind> kind)
-    {
-        if (kind) {
-            SettingsFile::update(m_store.m_defaults,
-                                 [this, &host, kind] { m_store.m_kinds.record(host, *kind); });
-        }
-        QHash<QString, JSONSource> known;
-        for (JSONSource &source : sources(m_store.m_kinds.cache()))
-            known.insert(source.id, std::move(source));
-        for (JSONSource &source : m_sources) {
-            if (source.baseHost.compare(host, Qt::CaseInsensitive) != 0)
-                continue;
-            source = known.value(source.id, source);
-            check(source);
-        }
-    }
-
-    void check(const JSONSource &source)
-    {
-        QPointer<CheckPass> pass(this);
-        m_store.check(source, [pass, host = source.baseHost](const SourceResult &result) {
-            if (pass)
-                pass->arrived(result, host);
-        });
-    }
-
-    void arrived(const SourceResult &result, const QString &host)
-    {
-        // A page that moved is asked again at the next pass which platform it is on.
-        if (!host.isEmpty() && JSONSource::pageMoved(result) &&
-            m_store.m_kinds.cache().contains(host.toLower()))
-            SettingsFile::update(m_store.m_defaults,
-                                 [this, &host] { m_store.m_kinds.forget(host); });
-        m_collected.append(result);
-        m_store.resultArrived(m_number, result);
-        if (--m_pending == 0)
-            finish();
-    }
-
-    void finish()
-    {
-        m_store.finishPass(m_number, m_sources, std::move(m_collected));
-        if (m_done)
-            m_done();
-        deleteLater();
-    }
-
-    LanternicStore &m_store;
-    const quint64 m_number;
-    std::function<void()> m_done;
-    QString m_text;
-    qsizetype m_pending = 0;
-    QList<JSONSource> m_sources;
-    QList<SourceResult> m_collected;
-};
 
 LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
                                QSettings &defaults, network::Session &session, QObject *parent)
@@ -217,7 +61,22 @@ void LanternicStore::refresh(std::function<void()> done)
     if (m_running++ == 0)
         m_busy.start();
     setRefreshing(true);
-    (new CheckPass(*this, ++m_passesStarted, std::move(done)))->run();
+    const quint64 number = ++m_passesStarted;
+    PassHost host{
+        m_settings,
+        m_kinds,
+        m_defaults,
+        m_session,
+        *m_queue,
+        [this](const JSONSource &source, std::function<void(const SourceResult &)> checked) {
+            check(source, std::move(checked));
+        },
+        [this, number](const QList<JSONSource> &sources) { beginPass(number, sources); },
+        [this, number](const SourceResult &result) { resultArrived(number, result); },
+        [this, number](const QList<JSONSource> &sources, QList<SourceResult> collected) {
+            finishPass(number, sources, std::move(collected));
+        }};
+    (new CheckPass(std::move(host), std::move(done), this))->run();
 }
 
 void LanternicStore::start()

@@ -97,7 +97,6 @@ Q_SIGNALS:
     void passFinished();
 
 private:
-    friend class CheckPass;
     // Checks source, or waits for the check of it already running.
     void check(const JSONSource &source, std::function<void(const SourceResult &)> done);
     // The rows become the pass's sources, with the results known of them so far.
