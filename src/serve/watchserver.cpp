@@ -121,7 +121,7 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
     });
     // Made once before any pass too, from the rows as they are ("Checking…" until a source's
     // first result): a request never costs an answer of its own.
-    publish();
+    publishRelay();
     m_metrics = encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
@@ -147,23 +147,23 @@ void WatchServer::passFinished()
 
 void WatchServer::publish()
 {
+    publishRelay();
+    // The exposition is over ten times the feed: written, then compressed, on the next two turns
+    // of the loop, so that the answers in flight wait for neither step in one piece. Until then
+    // /metrics answers as it did before.
+    QTimer::singleShot(0, this, [this] {
+        const QByteArray text = prometheusMetrics(m_store, m_statistics);
+        QTimer::singleShot(0, this, [this, text] { m_metrics = encoded(metricsType, text, {}); });
+    });
+}
+
+void WatchServer::publishRelay()
+{
     const QByteArray relay = QJsonDocument(relayDocument(m_store, m_relayName, std::nullopt))
                                  .toJson(QJsonDocument::Compact);
     m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
     m_relay =
         encoded("application/json", relay, m_tag, {{"Last-Modified", httpDate(m_store.now())}});
-    // The exposition is over ten times the feed: written, then compressed, on the next two turns
-    // of the loop, so that the answers in flight wait for neither step in one piece. Until then
-    // /metrics answers as it did before this pass.
-    publishMetrics();
-}
-
-void WatchServer::publishMetrics()
-{
-    QTimer::singleShot(0, this, [this] {
-        const QByteArray text = prometheusMetrics(m_store, m_statistics);
-        QTimer::singleShot(0, this, [this, text] { m_metrics = encoded(metricsType, text, {}); });
-    });
 }
 
 QByteArray WatchServer::answer(const HttpRequest &request) const

@@ -49,7 +49,7 @@ public:
 private:
     void passFinished();
     void publish();
-    void publishMetrics();
+    void publishRelay();
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
 

@@ -1,13 +1,12 @@
 #include "ui/widgets/buttons.h"
 
+#include "ui/widgets/elidedlabel.h"
 #include "ui/widgets/symbols.h"
 #include "ui/widgets/theme.h"
 
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
-#include <QToolTip>
 
 namespace lanternic {
 
@@ -58,11 +57,7 @@ QRect MenuActionRow::textArea() const
 bool MenuActionRow::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
-        // Only a title cut short has a tooltip: the whole of it.
-        if (fontMetrics().horizontalAdvance(text()) > textArea().width())
-            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), text(), this);
-        else
-            QToolTip::hideText();
+        tellWholeIfElided(this, event, text(), textArea().width());
         return true;
     }
     return PaneButton::event(event);

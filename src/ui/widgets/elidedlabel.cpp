@@ -41,15 +41,20 @@ QSize ElidedLabel::minimumSizeHint() const
     return {0, fontMetrics().height()};
 }
 
+void tellWholeIfElided(QWidget *widget, QEvent *event, const QString &text, int width)
+{
+    if (widget->fontMetrics().horizontalAdvance(text) > width)
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), text, widget);
+    else
+        QToolTip::hideText();
+}
+
 bool ElidedLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         // A text cut short shows the whole of it; a tooltip set on the label wins.
         if (toolTip().isEmpty()) {
-            if (fontMetrics().horizontalAdvance(m_text) > width())
-                QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), m_text, this);
-            else
-                QToolTip::hideText();
+            tellWholeIfElided(this, event, m_text, width());
             return true;
         }
     }

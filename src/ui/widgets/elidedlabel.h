@@ -6,6 +6,10 @@
 
 namespace lanternic {
 
+// Answers a tooltip event of a widget showing text in width: the whole text when it was cut
+// short, no tooltip when it fits.
+void tellWholeIfElided(QWidget *widget, QEvent *event, const QString &text, int width);
+
 // One line of plain text that elides at its end instead of growing wider.
 class ElidedLabel : public QWidget {
     Q_OBJECT
