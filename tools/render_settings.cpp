@@ -5,10 +5,12 @@
 #include "support/storefixture.h"
 #include "ui/catalogpicker.h"
 #include "ui/settingsview.h"
+#include "ui/translations.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QStyleFactory>
 #include <QTabWidget>
@@ -73,5 +75,18 @@ int main(int argc, char **argv)
     save(view, out + u"/settings-advanced.png"_s);
     tabs->setCurrentIndex(3);
     save(view, out + u"/settings-about.png"_s);
+
+    // German, the longest of the shipped languages, in a window made after its translations.
+    QObject german;
+    installTranslations(QLocale(QLocale::German), {QStringLiteral(LANTERNIC_BUILD_TRANSLATIONS)},
+                        &german);
+    SettingsView translated(fixture.settings, fixture.environment.notificationRules, login,
+                            {[] { return true; }, [](bool) {}, [] {}, false});
+    translated.general()->setKinds(&fixture.environment.kinds);
+    translated.resize(640, 460);
+    translated.show();
+    save(translated, out + u"/settings-german.png"_s);
+    translated.findChild<QTabWidget *>()->setCurrentWidget(translated.notifications());
+    save(translated, out + u"/settings-notifications-german.png"_s);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "model/feedtext.h"
 #include "model/newswords.h"
+#include "store/timetext.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -104,45 +105,21 @@ QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype m
     return updated.isValid() ? Text::tr("%1 (updated %2)").arg(line, agoText(updated, now)) : line;
 }
 
-// "Today", "Tomorrow", "Yesterday" or the weekday's short name, in local time.
-QString dayText(const QDateTime &time, const QDateTime &now)
-{
-    const qint64 days = now.toLocalTime().date().daysTo(time.toLocalTime().date());
-    if (days == 0)
-        return Text::tr("Today");
-    if (days == 1)
-        return Text::tr("Tomorrow");
-    if (days == -1)
-        return Text::tr("Yesterday");
-    return QLocale().toString(time.toLocalTime().date(), u"ddd"_s);
-}
-
-QString clockFormat()
-{
-    // Hours and minutes on the clock the locale reads; some locales' short form has seconds.
-    return QLocale().timeFormat(QLocale::ShortFormat).contains(u'a', Qt::CaseInsensitive)
-               ? u"h:mm AP"_s
-               : u"HH:mm"_s;
-}
-
-QString clockText(const QDateTime &time)
-{
-    return QLocale().toString(time.toLocalTime().time(), clockFormat());
-}
-
 QString windowText(const Maintenance &window, const QDateTime &now)
 {
     if (!window.startsAt.isValid())
-        return window.endsAt.isValid()
-                   ? Text::tr("until %1 %2")
-                         .arg(dayText(window.endsAt, now), clockText(window.endsAt))
-                   : QString();
-    const QString start = dayText(window.startsAt, now) + u' ' + clockText(window.startsAt);
+        return window.endsAt.isValid() ? Text::tr("until %1 %2")
+                                             .arg(TimeText::dayText(window.endsAt, now),
+                                                  TimeText::clockText(window.endsAt))
+                                       : QString();
+    const QString start =
+        TimeText::dayText(window.startsAt, now) + u' ' + TimeText::clockText(window.startsAt);
     if (!window.endsAt.isValid())
         return Text::tr("from %1").arg(start);
     if (window.startsAt.toLocalTime().date() == window.endsAt.toLocalTime().date())
-        return start + u'\u2013' + clockText(window.endsAt);
-    return start + u" \u2013 "_s + dayText(window.endsAt, now) + u' ' + clockText(window.endsAt);
+        return start + u'\u2013' + TimeText::clockText(window.endsAt);
+    return start + u" \u2013 "_s + TimeText::dayText(window.endsAt, now) + u' ' +
+           TimeText::clockText(window.endsAt);
 }
 
 QString maintenanceLine(const Maintenance &window, const QDateTime &now, qsizetype maximum)

@@ -24,12 +24,6 @@ QString stageText(const QString &stage);
 // A component's status word as people read it: the platforms' usual words in ours
 // ("major outage"), any other as the feed wrote it, cleaned.
 QString componentStatusText(const QString &status);
-// "Today", "Tomorrow", "Yesterday" or the weekday's short name, in local time.
-QString dayText(const QDateTime &time, const QDateTime &now);
-// A time of day as the locale reads its clock, in hours and minutes ("14:05", "2:05 PM").
-QString clockFormat();
-QString clockText(const QDateTime &time);
-
 // "Investigating: Incident with Packages and Pages (updated 25 min ago)", feed text cleaned.
 QString incidentLine(const Incident &incident, const QDateTime &now, qsizetype maximum = 200);
 // A window in local time: "Today 02:00–06:00", "Tue 09:00–21:00", "Tue 22:00 – Wed 02:00".

@@ -3,6 +3,7 @@
 #include "model/feedtext.h"
 #include "present/displaytext.h"
 #include "present/resultjson.h"
+#include "store/timetext.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -46,8 +47,8 @@ QString durationText(qint64 seconds)
 
 QString troubleWindowText(const Trouble &trouble, const QDateTime &now)
 {
-    const auto day = [&now](const QDateTime &time) { return DisplayText::dayText(time, now); };
-    const auto clock = &DisplayText::clockText;
+    const auto day = [&now](const QDateTime &time) { return TimeText::dayText(time, now); };
+    const auto clock = &TimeText::clockText;
     QString text = day(trouble.start) + u' ' + clock(trouble.start);
     if (!trouble.end)
         return Text::tr("%1 \u2013 ongoing").arg(text);

@@ -1,8 +1,9 @@
 #include "store/displaysummary.h"
 
+#include "store/timetext.h"
+
 #include <QCollator>
 #include <QCoreApplication>
-#include <QLocale>
 #include <algorithm>
 
 namespace lanternic::DisplaySummary {
@@ -65,11 +66,7 @@ QString maintenanceDetail(const SourceResult &result, const QDateTime &now)
     }
     if (!end.isValid())
         return Text::tr("Under maintenance");
-    const QDateTime local = end.toLocalTime();
-    const QString when = local.date() == now.toLocalTime().date()
-                             ? QLocale().toString(local.time(), QLocale::ShortFormat)
-                             : QLocale().toString(local, QLocale::ShortFormat);
-    return Text::tr("Under maintenance until %1").arg(when);
+    return Text::tr("Under maintenance until %1").arg(TimeText::momentText(end, now));
 }
 
 // Stable, so equal names keep their configured order.

@@ -5,6 +5,7 @@
 #include "store/appenvironment.h"
 #include "store/lanternicstore.h"
 #include "store/silencestore.h"
+#include "store/timetext.h"
 #include "ui/accessibility.h"
 #include "ui/panetext.h"
 #include "ui/widgets/buttons.h"
@@ -422,7 +423,7 @@ void LanternicPane::updatePauseRow()
     const QDateTime until = m_rules.pausedUntil();
     m_pauseRow->setText(
         m_rules.isPaused(m_store.now())
-            ? tr("Resume notifications (paused until %1)").arg(DisplayText::clockText(until))
+            ? tr("Resume notifications (paused until %1)").arg(TimeText::clockText(until))
             : tr("Pause notifications for 1 hour"));
     m_pauseRow->setAccessibleName(m_pauseRow->text());
     m_pauseRow->setVisible(m_settings.notifications());

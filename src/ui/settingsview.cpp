@@ -6,6 +6,7 @@
 #include "platform/loginitem.h"
 #include "present/displaytext.h"
 #include "store/notificationrules.h"
+#include "store/timetext.h"
 #include "ui/accessibility.h"
 #include "ui/catalogpicker.h"
 #include "ui/widgets/theme.h"
@@ -414,7 +415,7 @@ NotificationSettingsView::NotificationSettingsView(NotificationRules &rules, QWi
     m_from->setAccessibleName(tr("Quiet hours start"));
     m_until->setAccessibleName(tr("Quiet hours end"));
     for (QTimeEdit *edit : {m_from, m_until})
-        edit->setDisplayFormat(DisplayText::clockFormat());
+        edit->setDisplayFormat(TimeText::clockFormat());
     span->addWidget(fromLabel);
     span->addWidget(m_from);
     span->addWidget(untilLabel);

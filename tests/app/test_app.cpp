@@ -6,6 +6,7 @@
 #include "present/displaytext.h"
 #include "present/historyreport.h"
 #include "sources/network.h"
+#include "store/timetext.h"
 #include "support/loopbackserver.h"
 #include "support/storefixture.h"
 #include "ui/settingsview.h"
@@ -98,7 +99,7 @@ private Q_SLOTS:
                 // A vendor's words reach people as ours, numbers as the language writes them.
                 DisplayText::stageText(u"INVESTIGATING"_s),
                 DisplayText::componentStatusText(u"major_outage"_s), uptimeText(0.9634),
-                DisplayText::clockText(QDateTime(QDate(2026, 11, 25), QTime(14, 5)))};
+                TimeText::clockText(QDateTime(QDate(2026, 11, 25), QTime(14, 5)))};
         };
         {
             QObject owner;

@@ -1,8 +1,8 @@
 #include "store/displaysummary.h"
+#include "store/timetext.h"
 #include "support/fixtures.h"
 #include "support/results.h"
 
-#include <QLocale>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -84,8 +84,7 @@ private Q_SLOTS:
         SourceResult withIncident = results::withIncident(bare, u"i"_s, u"Errors"_s);
         withIncident.id = u"d"_s;
         withIncident.name = u"d"_s;
-        const QString until =
-            QLocale().toString(window.endsAt.toLocalTime().time(), QLocale::ShortFormat);
+        const QString until = TimeText::clockText(window.endsAt);
         QCOMPARE(rows({planned, mixed, bare, withIncident}),
                  u"a degraded Under maintenance until %1 (maintenance) | b down 2 components "
                  u"affected | c degraded Under maintenance (maintenance) | d degraded reader "
