@@ -2,7 +2,7 @@
 // 100 ms. The documents are relay feeds with a name of 100,000 combining marks, 20,000
 // affected components, and 20,000 operational components with long names. Runs offscreen.
 
-#include "sources/jsonsource.h"
+#include "sources/sourcecheck.h"
 #include "store/displaysummary.h"
 #include "ui/rowviews.h"
 
@@ -54,7 +54,7 @@ DisplayProvider rowFor(int which)
     JSONSource source;
     source.id = QStringLiteral("hostile");
     source.name = QStringLiteral("Hostile");
-    const SourceResult result = source.read(document(which));
+    const SourceResult result = SourceCheck::read(source, document(which));
     QSettings nothingStored(QString(), QSettings::IniFormat);
     SilenceStore silence(nothingStored);
     return DisplaySummary::providers({result}, silence, QDateTime::currentDateTimeUtc()).first();

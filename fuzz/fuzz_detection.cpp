@@ -1,7 +1,7 @@
 // Any response body through the detection chain: every reader may look at it.
 
 #include "model/feedtext.h"
-#include "sources/jsonsource.h"
+#include "sources/sourcecheck.h"
 
 #include <QByteArray>
 
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }();
     const QByteArray body =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), qsizetype(size));
-    const SourceResult result = source.read(body);
+    const SourceResult result = SourceCheck::read(source, body);
     // What a reader keeps is shown through the same cleaning, and so is any text at all.
     for (const ComponentStatus &component : result.components)
         FeedText::clean(component.name, 40);

@@ -2,7 +2,7 @@
 
 #include "model/health.h"
 #include "present/passreports.h"
-#include "sources/jsonsource.h"
+#include "sources/sourcecheck.h"
 
 #include <QString>
 #include <QStringList>

@@ -5,6 +5,7 @@
 #include "model/feedtext.h"
 #include "model/settingskeys.h"
 #include "present/historyreport.h"
+#include "sources/sourcekindstore.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

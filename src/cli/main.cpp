@@ -3,6 +3,7 @@
 #include "cli/passcommand.h"
 #include "present/resultjson.h"
 #include "sources/network.h"
+#include "sources/sourcecheck.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -53,7 +54,8 @@ int main(int argc, char **argv)
         const auto input = cli::readInput(invocation.target);
         if (auto *error = std::get_if<cli::UsageError>(&input))
             return usageError(error->message);
-        return report(invocation.source.read(std::get<QByteArray>(input)), invocation.pretty);
+        return report(SourceCheck::read(invocation.source, std::get<QByteArray>(input)),
+                      invocation.pretty);
     }
     case cli::Mode::pass:
         return cli::runPass(invocation);
@@ -65,7 +67,7 @@ int main(int argc, char **argv)
         return cli::runHistory(invocation);
     case cli::Mode::fetch: {
         network::Session session;
-        invocation.source.check(session, &app, [&](SourceResult result) {
+        SourceCheck::check(invocation.source, session, &app, [&](SourceResult result) {
             QCoreApplication::exit(report(result, invocation.pretty));
         });
         return QCoreApplication::exec();

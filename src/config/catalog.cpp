@@ -33,16 +33,8 @@ QString CatalogEntry::sourceLine() const
 
 std::optional<std::pair<QString, SourceKind>> CatalogEntry::knownKind() const
 {
-    static const QList<std::pair<QString, SourceKind>> kinds{
-        {u"statuspage"_s, SourceKind::atlassian},
-        {u"incidentio"_s, SourceKind::incidentio},
-        {u"instatus"_s, SourceKind::instatus},
-        {u"betterstack"_s, SourceKind::betterstack},
-    };
-    for (const auto &[word, kind] : kinds) {
-        if (platform == word)
-            return std::pair{hostOf(url).toLower(), kind};
-    }
+    if (const auto kind = Platforms::kindFromCatalogName(platform))
+        return std::pair{hostOf(url).toLower(), *kind};
     return std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sources/sourcekindstore.h"
+#include "sources/readers/platforms.h"
 
 #include <QList>
 #include <QString>

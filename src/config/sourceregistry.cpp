@@ -3,7 +3,6 @@
 #include "config/appsettings.h"
 #include "model/feedtext.h"
 #include "model/urls.h"
-#include "sources/incidentiosource.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -202,16 +201,11 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         lookupHost = host;
         key = urlKey(source.homeURL, host, true);
     } else if (const auto *base = std::get_if<Target::Base>(&target->value)) {
-        std::optional<QUrl> url;
         const SourceKind kind = kinds.value(base->host.toLower(), SourceKind::atlassian);
-        if (kind == SourceKind::incidentio)
-            url = IncidentIOSource::widgetURL(base->host, base->subpath);
-        else if (base->asIs && kind == SourceKind::atlassian)
-            url = base->asIs;
-        else
-            url =
-                parseUrl("https://"_L1 + base->host +
-                         (base->subpath ? u'/' + *base->subpath : QString()) + documentPath(kind));
+        const std::optional<QUrl> url =
+            base->asIs && kind == SourceKind::atlassian
+                ? base->asIs
+                : Platforms::of(kind).document(base->host, base->subpath);
         if (!url)
             return std::nullopt;
         source.url = *url;
@@ -363,11 +357,6 @@ bool hasUsableLine(const QString &text)
 
 QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds)
 {
-    static const QHash<SourceKind, QString> kindNames{
-        {SourceKind::atlassian, u"Statuspage"_s}, {SourceKind::incidentio, u"incident.io"_s},
-        {SourceKind::instatus, u"Instatus"_s},    {SourceKind::betterstack, u"Better Stack"_s},
-        {SourceKind::cachet, u"Cachet"_s},        {SourceKind::gatus, u"Gatus"_s},
-    };
     QList<LineReading> readings;
     SourceIds ids;
     QHash<QString, int> firstByUrl;
@@ -406,7 +395,7 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
                 reading.kind = u"Updog"_s;
             else if (auto kind = kinds.constFind(source->baseHost.toLower());
                      kind != kinds.constEnd())
-                reading.kind = kindNames.value(*kind);
+                reading.kind = Platforms::of(*kind).displayName;
             else
                 reading.kind = Text::tr("to be probed");
             const QString url = source->url.toString();

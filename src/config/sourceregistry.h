@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sources/jsonsource.h"
-#include "sources/sourcekindstore.h"
+#include "model/jsonsource.h"
+#include "sources/readers/platforms.h"
 
 #include <QHash>
 #include <QList>

@@ -2,7 +2,7 @@
 
 #include "model/feedtext.h"
 #include "present/resultjson.h"
-#include "sources/relayfeedsource.h"
+#include "sources/readers/relayfeed.h"
 #include "store/lanternicstore.h"
 
 #include <QJsonArray>

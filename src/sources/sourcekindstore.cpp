@@ -2,12 +2,8 @@
 
 #include "model/settingskeys.h"
 #include "model/urls.h"
-#include "sources/incidentiosource.h"
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
 #include "sources/network.h"
-#include "sources/platformreaders.h"
-#include "sources/statuspagesource.h"
+#include "sources/readers/jsondecoder.h"
 
 #include <QDeadlineTimer>
 #include <QSettings>
@@ -18,56 +14,16 @@ namespace lanternic {
 using namespace Qt::StringLiterals;
 
 namespace {
+
 const QString &storageKey = SettingsKeys::sourceKinds;
-}
 
-namespace {
-
-const std::pair<SourceKind, QString> kindNames[] = {
-    {SourceKind::atlassian, u"atlassian"_s}, {SourceKind::incidentio, u"incidentio"_s},
-    {SourceKind::instatus, u"instatus"_s},   {SourceKind::betterstack, u"betterstack"_s},
-    {SourceKind::cachet, u"cachet"_s},       {SourceKind::gatus, u"gatus"_s},
-};
-
-} // namespace
-
-QString rawValue(SourceKind kind)
+QVariantMap storedForm(const QHash<QString, SourceKind> &cache)
 {
-    for (const auto &[known, name] : kindNames) {
-        if (known == kind)
-            return name;
-    }
-    return u"atlassian"_s;
+    QVariantMap map;
+    for (auto it = cache.constBegin(); it != cache.constEnd(); ++it)
+        map.insert(it.key(), QString(Platforms::of(it.value()).storedName));
+    return map;
 }
-
-std::optional<SourceKind> sourceKindFromRawValue(QStringView text)
-{
-    for (const auto &[kind, name] : kindNames) {
-        if (text == name)
-            return kind;
-    }
-    return std::nullopt;
-}
-
-QString documentPath(SourceKind kind)
-{
-    switch (kind) {
-    case SourceKind::instatus:
-        return u"/summary.json"_s;
-    case SourceKind::betterstack:
-        return u"/index.json"_s;
-    case SourceKind::cachet:
-        return u"/api/v1/components"_s;
-    case SourceKind::gatus:
-        return u"/api/v1/endpoints/statuses"_s;
-    case SourceKind::atlassian:
-    case SourceKind::incidentio:
-        break;
-    }
-    return u"/api/v2/summary.json"_s;
-}
-
-namespace {
 
 QHash<QString, SourceKind> stored(QSettings &defaults)
 {
@@ -79,7 +35,7 @@ QHash<QString, SourceKind> stored(QSettings &defaults)
     for (auto it = map.constBegin(); it != map.constEnd(); ++it) {
         if (it.value().typeId() != QMetaType::QString)
             return {};
-        if (auto kind = sourceKindFromRawValue(it.value().toString()))
+        if (auto kind = Platforms::kindFromStoredName(it.value().toString()))
             loaded.insert(it.key(), *kind);
     }
     return loaded;
@@ -101,20 +57,13 @@ void SourceKindStore::record(const QString &host, SourceKind kind)
             m_cache.insert(it.key(), it.value());
     }
     m_cache.insert(host.toLower(), kind);
-    QVariantMap map;
-    for (auto it = m_cache.constBegin(); it != m_cache.constEnd(); ++it)
-        map.insert(it.key(), rawValue(it.value()));
-    m_defaults.setValue(storageKey, map);
+    m_defaults.setValue(storageKey, storedForm(m_cache));
 }
 
 void SourceKindStore::forget(const QString &host)
 {
-    if (!m_cache.remove(host.toLower()))
-        return;
-    QVariantMap map;
-    for (auto it = m_cache.constBegin(); it != m_cache.constEnd(); ++it)
-        map.insert(it.key(), rawValue(it.value()));
-    m_defaults.setValue(storageKey, map);
+    if (m_cache.remove(host.toLower()))
+        m_defaults.setValue(storageKey, storedForm(m_cache));
 }
 
 namespace {
@@ -130,59 +79,54 @@ public:
     {
     }
 
-    void widget()
+    // The platforms asked alone, in turn; then the others all at once.
+    void next(qsizetype index = 0)
     {
-        ask(u"/proxy/"_s + m_host, [this](const network::Response &response) {
-            if (!answered(response)) {
+        const std::span<const Platform> platforms = Platforms::all();
+        while (index < qsizetype(platforms.size()) && platforms[index].probe != Probe::alone)
+            ++index;
+        if (index == qsizetype(platforms.size())) {
+            together();
+            return;
+        }
+        const Platform &platform = platforms[index];
+        ask(platform, [this, index, &platform](const network::Response &response) {
+            if (index == firstAlone() && !answered(response))
                 finish(std::nullopt);
-            } else if (*response.httpStatus == 200 &&
-                       IncidentIOSource::looksLikeIncidentWidget(parseJson(response.body))) {
-                finish(SourceKind::incidentio);
-            } else {
-                summary();
-            }
+            else if (recognized(platform, response))
+                finish(platform.kind);
+            else
+                next(index + 1);
         });
     }
 
 private:
-    void summary()
+    static qsizetype firstAlone()
     {
-        ask(documentPath(SourceKind::atlassian), [this](const network::Response &response) {
-            if (ok(response) && StatuspageSource::decode(parseJson(response.body)))
-                finish(SourceKind::atlassian);
-            else
-                others();
-        });
+        const std::span<const Platform> platforms = Platforms::all();
+        return std::find_if(platforms.begin(), platforms.end(),
+                            [](const Platform &p) { return p.probe == Probe::alone; }) -
+               platforms.begin();
     }
 
-    // The platforms that live on the page's own host, asked at once; the first of them in
-    // this order whose document came wins.
-    void others()
+    // The first in table order whose document came wins.
+    void together()
     {
-        static const std::pair<SourceKind, PlatformReaders::Reader> platforms[] = {
-            {SourceKind::instatus, &PlatformReaders::instatus},
-            {SourceKind::betterstack, &PlatformReaders::betterStack},
-            {SourceKind::cachet, &PlatformReaders::cachet},
-            {SourceKind::gatus, &PlatformReaders::gatus},
-        };
-        m_found.fill(false, std::size(platforms));
-        m_pending = int(std::size(platforms));
-        for (qsizetype i = 0; i < qsizetype(std::size(platforms)); ++i) {
-            const PlatformReaders::Reader reader = platforms[i].second;
-            ask(documentPath(platforms[i].first),
-                [this, i, reader](const network::Response &response) {
-                    m_found[i] =
-                        ok(response) && reader(JSONSource(), parseJson(response.body)).has_value();
-                    if (--m_pending > 0)
-                        return;
-                    for (qsizetype j = 0; j < m_found.size(); ++j) {
-                        if (m_found[j]) {
-                            finish(platforms[j].first);
-                            return;
-                        }
-                    }
-                    finish(SourceKind::atlassian); // the host answers HTTP: as before
-                });
+        for (const Platform &platform : Platforms::all()) {
+            if (platform.probe == Probe::together)
+                m_together.append(&platform);
+        }
+        m_found.fill(false, m_together.size());
+        m_pending = int(m_together.size());
+        for (qsizetype i = 0; i < m_together.size(); ++i) {
+            ask(*m_together[i], [this, i](const network::Response &response) {
+                m_found[i] = recognized(*m_together[i], response);
+                if (--m_pending > 0)
+                    return;
+                const qsizetype first = m_found.indexOf(true);
+                // A host that answers HTTP with none of them: as before.
+                finish(first < 0 ? SourceKind::atlassian : *m_together[first]->kind);
+            });
         }
     }
 
@@ -191,14 +135,15 @@ private:
         return !response.transferFailure && response.httpStatus;
     }
 
-    static bool ok(const network::Response &response)
+    static bool recognized(const Platform &platform, const network::Response &response)
     {
-        return answered(response) && *response.httpStatus >= 200 && *response.httpStatus < 300;
+        return answered(response) &&
+               Platforms::recognizes(platform, *response.httpStatus, parseJson(response.body));
     }
 
-    void ask(const QString &path, std::function<void(const network::Response &)> then)
+    void ask(const Platform &platform, std::function<void(const network::Response &)> then)
     {
-        const auto url = parseUrl("https://"_L1 + m_host + path);
+        const auto url = platform.document(m_host, std::nullopt);
         const auto left = std::chrono::milliseconds(m_deadline.remainingTime());
         if (!url || left.count() <= 0) {
             then(network::Response{u"probe over"_s, std::nullopt, {}, {}});
@@ -220,6 +165,7 @@ private:
     network::Session &m_session;
     QDeadlineTimer m_deadline;
     Done m_done;
+    QList<const Platform *> m_together;
     QList<bool> m_found;
     int m_pending = 0;
 };
@@ -233,7 +179,7 @@ void SourceKindStore::probe(const QString &host, network::Session &session, QObj
         done(std::nullopt);
         return;
     }
-    (new KindProbe(host, session, context, std::move(done)))->widget();
+    (new KindProbe(host, session, context, std::move(done)))->next();
 }
 
 } // namespace lanternic

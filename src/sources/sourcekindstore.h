@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/readers/platforms.h"
+
 #include <QHash>
 #include <QString>
 #include <functional>
@@ -12,15 +14,6 @@ class QObject;
 class QSettings;
 
 namespace lanternic {
-
-// The page kind of a bare host: which document it publishes its status in.
-enum class SourceKind { atlassian, incidentio, instatus, betterstack, cachet, gatus };
-
-// Where a page of the kind publishes its document, below the host (and sub-page).
-QString documentPath(SourceKind kind);
-
-QString rawValue(SourceKind kind);
-std::optional<SourceKind> sourceKindFromRawValue(QStringView text);
 
 // Remembers, per host, which platform's page it turned out to be. A cache, never a fact: pages
 // move between platforms.
@@ -37,11 +30,11 @@ public:
     // Drops a kind that stopped working, so that the host is probed again.
     void forget(const QString &host);
 
-    // Asks the host which platform it is on, within the session's probe limit in all: an
-    // incident.io widget, then a Statuspage summary, then the documents of the platforms that
-    // live on the page's own host (Instatus, Better Stack, Cachet, Gatus). done gets the kind
-    // whose document came, atlassian when the host answered HTTP but with none of them, and
-    // nothing when the host could not be reached.
+    // Asks the host which platform it is on, within the session's probe limit in all: the
+    // platforms probed alone in turn (an incident.io widget, then a Statuspage summary), then
+    // all the others that live on a page's own host at once. done gets the kind whose document
+    // came, atlassian when the host answered HTTP but with none of them, and nothing when the
+    // host could not be reached.
     static void probe(const QString &host, network::Session &session, QObject *context,
                       std::function<void(std::optional<SourceKind>)> done);
 

@@ -3,6 +3,7 @@
 #include "config/appsettings.h"
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
+#include "sources/sourcecheck.h"
 #include "sources/sourcekindstore.h"
 #include "store/transferqueue.h"
 
@@ -88,7 +89,7 @@ void CheckPass::check(const JSONSource &source)
 void CheckPass::arrived(const SourceResult &result, const QString &host)
 {
     // A page that moved is asked again at the next pass which platform it is on.
-    if (!host.isEmpty() && JSONSource::pageMoved(result) &&
+    if (!host.isEmpty() && SourceCheck::pageMoved(result) &&
         m_host.kinds.cache().contains(host.toLower()))
         SettingsFile::update(m_host.defaults, [this, &host] { m_host.kinds.forget(host); });
     m_collected.append(result);

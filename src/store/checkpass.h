@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/sourceresult.h"
-#include "sources/jsonsource.h"
+#include "sources/sourcecheck.h"
 
 #include <QList>
 #include <QObject>

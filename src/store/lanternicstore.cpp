@@ -4,6 +4,7 @@
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "platform/sleeptimer.h"
+#include "sources/sourcecheck.h"
 #include "sources/sourcekindstore.h"
 #include "store/checkpass.h"
 #include "store/silencestore.h"
@@ -113,14 +114,14 @@ void LanternicStore::check(const JSONSource &source, std::function<void(const So
     m_checks.insert(key, {std::move(done)});
     // Checks belong to the store, not to one pass: a later pass may be waiting for them too.
     m_queue->enqueue([this, source, key] {
-        source.check(
-            m_session, this,
+        SourceCheck::check(
+            source, m_session, this,
             [this, key, source](SourceResult result) {
                 m_queue->finished();
                 if (!m_relayIdentity.isEmpty() && result.relayedVia.contains(m_relayIdentity))
-                    result =
-                        source.failure(tr("Relay loop"),
-                                       tr("This relay feed already passed through this watcher"));
+                    result = SourceCheck::failure(
+                        source, tr("Relay loop"),
+                        tr("This relay feed already passed through this watcher"));
                 for (const auto &done : m_checks.take(key))
                     done(result);
             },

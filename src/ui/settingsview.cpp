@@ -5,6 +5,7 @@
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "present/displaytext.h"
+#include "sources/sourcekindstore.h"
 #include "store/notificationrules.h"
 #include "store/timetext.h"
 #include "ui/accessibility.h"

@@ -2,8 +2,8 @@
 // requests, and requests and connections it must refuse without harm.
 
 #include "serve/watchserver.h"
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
+#include "sources/readers/jsondecoder.h"
+#include "sources/sourcecheck.h"
 #include "support/fixtures.h"
 #include "support/storefixture.h"
 
@@ -150,7 +150,7 @@ private Q_SLOTS:
         JSONSource team;
         team.id = u"team"_s;
         team.name = u"Team feed"_s;
-        const SourceResult read = team.read(feed.body);
+        const SourceResult read = SourceCheck::read(team, feed.body);
         QCOMPARE(read.name, u"Team"_s);
         QCOMPARE(read.health, fixture->store.overallHealth());
         QCOMPARE(read.detail, fixture->store.summaryText());

@@ -1,10 +1,10 @@
-#include "sources/incidentiosource.h"
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
-#include "sources/platformreaders.h"
-#include "sources/relayfeedsource.h"
-#include "sources/statuspagesource.h"
-#include "sources/updogsource.h"
+#include "sources/readers/incidentio.h"
+#include "sources/readers/jsondecoder.h"
+#include "sources/readers/platforms.h"
+#include "sources/readers/relayfeed.h"
+#include "sources/readers/statuspage.h"
+#include "sources/readers/updog.h"
+#include "sources/sourcecheck.h"
 #include "support/fixtures.h"
 
 #include <QDir>
@@ -324,7 +324,7 @@ private Q_SLOTS:
     {
         QFETCH(JSONSource, source);
         QFETCH(QByteArray, body);
-        QTEST(outline(source.read(body)), "expected");
+        QTEST(outline(SourceCheck::read(source, body)), "expected");
     }
 
     // Incidents and maintenance, from recorded and hand-written documents, at a fixed time.
@@ -384,8 +384,8 @@ private Q_SLOTS:
     void news()
     {
         QFETCH(QString, file);
-        const SourceResult result = source().read(
-            fixture(file), QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate));
+        const SourceResult result = SourceCheck::read(
+            source(), fixture(file), QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate));
         QTEST(rawValue(result.health), "health");
         QTEST(::news(result), "expected");
     }
@@ -393,30 +393,22 @@ private Q_SLOTS:
     // Each reader accepts its own platform's documents and nobody else's.
     void shapeTestsAcceptOnlyTheirOwn()
     {
-        using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
-        const QList<std::pair<const char *, Reader>> readers{
-            {"relay", &RelayFeedSource::parse},
-            {"incidentio", &IncidentIOSource::parse},
-            {"updog", &UpdogSource::parse},
-            {"statuspage", &StatuspageSource::parse},
-            {"instatus", &PlatformReaders::instatus},
-            {"betterstack", &PlatformReaders::betterStack},
-            {"statusio", &PlatformReaders::statusIo},
-            {"cachet", &PlatformReaders::cachet},
-            {"gatus", &PlatformReaders::gatus},
-            {"google", &PlatformReaders::google},
-            {"slack", &PlatformReaders::slack},
-            {"openstatus", &PlatformReaders::openStatus},
-        };
+        // Fixture files begin with the platform's name in lower case, or with these.
+        const QHash<QString, QString> prefixes{{u"lanternic.v1"_s, u"relay"_s},
+                                               {u"incident.io"_s, u"incidentio"_s},
+                                               {u"Better Stack"_s, u"betterstack"_s},
+                                               {u"status.io"_s, u"statusio"_s}};
         const QStringList files =
             QDir(QStringLiteral(LANTERNIC_FIXTURES_DIR)).entryList({u"*.json"_s}, QDir::Files);
         QVERIFY(files.size() >= 16);
         for (const QString &file : files) {
             const QJsonDocument document = parseJson(fixture(file));
-            for (const auto &[name, reader] : readers) {
-                const bool own = file.startsWith(QLatin1StringView(name));
-                QVERIFY2(reader(source(), document).has_value() == own,
-                         qPrintable(file + u" read by "_s + QLatin1StringView(name)));
+            for (const Platform &platform : Platforms::all()) {
+                const QString name =
+                    prefixes.value(platform.displayName, QString(platform.displayName).toLower());
+                const bool own = file.startsWith(name);
+                QVERIFY2(platform.read(source(), document).has_value() == own,
+                         qPrintable(file + u" read by "_s + name));
             }
         }
     }
@@ -449,7 +441,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, body);
         QFETCH(QString, url);
-        QCOMPARE(source().read(body).url, QUrl(url));
+        QCOMPARE(SourceCheck::read(source(), body).url, QUrl(url));
     }
 };
 

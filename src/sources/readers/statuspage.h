@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/jsonsource.h"
 #include "model/sourceresult.h"
 
 #include <QJsonDocument>
@@ -7,8 +8,6 @@
 #include <optional>
 
 namespace lanternic {
-
-struct JSONSource;
 
 // Reads the summary document that Atlassian Statuspage pages publish at /api/v2/summary.json.
 namespace StatuspageSource {

@@ -1,9 +1,9 @@
-#include "sources/relayfeedsource.h"
+#include "sources/readers/relayfeed.h"
 
+#include "model/jsonsource.h"
 #include "model/urls.h"
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
-#include "sources/newsreader.h"
+#include "sources/readers/jsondecoder.h"
+#include "sources/readers/newsreader.h"
 
 namespace lanternic::RelayFeedSource {
 

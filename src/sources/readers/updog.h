@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/jsonsource.h"
 #include "model/sourceresult.h"
 
 #include <QJsonDocument>
@@ -7,8 +8,6 @@
 #include <optional>
 
 namespace lanternic {
-
-struct JSONSource;
 
 // Reads the Updog cloud-outage feed for one provider, and optionally one of its services.
 namespace UpdogSource {

@@ -1,7 +1,7 @@
-#include "sources/newsreader.h"
+#include "sources/readers/newsreader.h"
 
 #include "model/urls.h"
-#include "sources/jsondecoder.h"
+#include "sources/readers/jsondecoder.h"
 
 #include <QJsonArray>
 
@@ -18,7 +18,7 @@ QString capped(const std::optional<QString> &text)
 
 QDateTime instant(const std::optional<QString> &text)
 {
-    return text ? parseInstant(*text) : QDateTime();
+    return text ? JsonValues::instant(*text) : QDateTime();
 }
 
 // The page's own link for an entry when the entry gives none of its own.
@@ -61,14 +61,6 @@ bool isOpen(const QString &stage)
 }
 
 } // namespace
-
-QDateTime parseInstant(const QString &text)
-{
-    QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
-    if (!time.isValid())
-        time = QDateTime::fromString(text, Qt::ISODate);
-    return time.isValid() ? time.toUTC() : QDateTime();
-}
 
 QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page)
 {

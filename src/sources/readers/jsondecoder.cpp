@@ -1,4 +1,6 @@
-#include "sources/jsondecoder.h"
+#include "sources/readers/jsondecoder.h"
+
+#include "model/urls.h"
 
 namespace lanternic {
 
@@ -170,5 +172,37 @@ QJsonObject JsonDecoder::root(const QJsonDocument &document)
         m_failure = QStringLiteral("the document is not a JSON object");
     return document.object();
 }
+
+namespace JsonValues {
+
+QString text(const QJsonValue &value)
+{
+    if (value.isDouble()) {
+        const double number = value.toDouble();
+        const qint64 whole = value.toInteger();
+        return number == double(whole) ? QString::number(whole) : QString::number(number);
+    }
+    return value.toString().left(maximumTextLength);
+}
+
+QDateTime instant(const QString &text)
+{
+    QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+    if (!time.isValid())
+        time = QDateTime::fromString(text, Qt::ISODate);
+    return time.isValid() ? time.toUTC() : QDateTime();
+}
+
+QDateTime instant(const QJsonValue &value)
+{
+    return instant(value.toString());
+}
+
+std::optional<QUrl> link(const QJsonValue &value)
+{
+    return parseWebUrl(value.toString());
+}
+
+} // namespace JsonValues
 
 } // namespace lanternic

@@ -1,9 +1,9 @@
-#include "sources/statuspagesource.h"
+#include "sources/readers/statuspage.h"
 
+#include "model/jsonsource.h"
 #include "model/urls.h"
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
-#include "sources/newsreader.h"
+#include "sources/readers/jsondecoder.h"
+#include "sources/readers/newsreader.h"
 
 #include <QCoreApplication>
 #include <QHash>

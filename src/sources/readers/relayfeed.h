@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/jsonsource.h"
 #include "model/sourceresult.h"
 
 #include <QJsonDocument>
@@ -8,8 +9,6 @@
 #include <optional>
 
 namespace lanternic {
-
-struct JSONSource;
 
 // Reads our own relay feed, schema "lanternic.v1": health, detail and components stated directly.
 namespace RelayFeedSource {

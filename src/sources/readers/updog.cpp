@@ -1,7 +1,7 @@
-#include "sources/updogsource.h"
+#include "sources/readers/updog.h"
 
-#include "sources/jsondecoder.h"
-#include "sources/jsonsource.h"
+#include "model/jsonsource.h"
+#include "sources/readers/jsondecoder.h"
 
 #include <QCoreApplication>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/jsonsource.h"
 #include "model/sourceresult.h"
 
 #include <QJsonDocument>
@@ -8,8 +9,6 @@
 #include <optional>
 
 namespace lanternic {
-
-struct JSONSource;
 
 // Reads the widget document that incident.io status pages publish at /proxy/<host>.
 namespace IncidentIOSource {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/sourceresult.h"
+#include "sources/readers/jsondecoder.h"
 
 #include <QDateTime>
 #include <QJsonObject>
@@ -15,7 +16,7 @@ namespace lanternic {
 namespace NewsReader {
 
 inline constexpr qsizetype maximumEntries = 50;
-inline constexpr qsizetype maximumTextLength = 4096;
+inline constexpr qsizetype maximumTextLength = JsonValues::maximumTextLength;
 
 // Statuspage's "incidents" and "scheduled_maintenances"; page is the status page's address.
 QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page);
@@ -33,9 +34,6 @@ QList<Maintenance> relayMaintenances(const QJsonObject &root);
 // What a result keeps of the windows read at now: not completed, not over, and begun or
 // beginning within the next seven days.
 QList<Maintenance> current(const QList<Maintenance> &windows, const QDateTime &now);
-
-// An instant as the feeds write it (ISO 8601, with or without milliseconds); invalid otherwise.
-QDateTime parseInstant(const QString &text);
 
 } // namespace NewsReader
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QLatin1StringView>
 #include <QString>
+#include <QUrl>
 #include <optional>
 
 namespace lanternic {
@@ -22,6 +24,22 @@ bool keyNamesField(QStringView key, QLatin1StringView field, KeyStyle style);
 
 // Parses a body into a document; anything that is not JSON yields an empty document.
 QJsonDocument parseJson(const QByteArray &body);
+
+// Lenient reads of single values, for the platforms whose documents are read field by field:
+// whatever a value holds gives a usable (if empty) result, and texts are capped.
+namespace JsonValues {
+
+inline constexpr qsizetype maximumTextLength = 4096;
+
+// Text of a string, or of a whole number (some platforms write ids as numbers).
+QString text(const QJsonValue &value);
+// An instant as the feeds write it (ISO 8601, with or without milliseconds); invalid otherwise.
+QDateTime instant(const QString &text);
+QDateTime instant(const QJsonValue &value);
+// An http or https link; nothing for anything else.
+std::optional<QUrl> link(const QJsonValue &value);
+
+} // namespace JsonValues
 
 // Strict typed reads of JSON objects. A missing required field or a value of the wrong type
 // marks the whole decode as failed; reads after a failure return empty values, so a decoder
