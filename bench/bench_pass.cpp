@@ -3,8 +3,8 @@
 // (sources whose URL says "silent" never answer), and the process's resident memory before
 // and at its peak.
 
+#include "environment/appenvironment.h"
 #include "processstats.h"
-#include "store/appenvironment.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -8,9 +8,9 @@
 //                                           started (the lag of the event loop) while a load
 //                                           generator asks it for /metrics and /lanternic.json
 
+#include "environment/appenvironment.h"
 #include "processstats.h"
 #include "serve/watchserver.h"
-#include "store/appenvironment.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

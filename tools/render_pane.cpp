@@ -40,7 +40,10 @@ void render(const QString &file, void (*scene)(StoreFixture &), int open)
 {
     StoreFixture fixture;
     scene(fixture);
-    LanternicPane pane(fixture.environment, {[] {}, [] {}, [] {}, [](const QUrl &) {}});
+    const AppEnvironment &environment = fixture.environment;
+    LanternicPane pane({fixture.store, *environment.recorder, fixture.settings, fixture.silence,
+                        fixture.environment.notificationRules},
+                       {[] {}, [] {}, [] {}, [](const QUrl &) {}});
     pane.setAutoFillBackground(true);
     QCoreApplication::processEvents();
     if (open & silenced) {

@@ -6,11 +6,11 @@
 #include "app/panewindow.h"
 #include "app/trayicon.h"
 #include "app/updatechecker.h"
+#include "environment/appenvironment.h"
 #include "platform/loginitem.h"
 #include "platform/notifier.h"
 #include "platform/systemevents.h"
 #include "platform/windowsystem.h"
-#include "store/appenvironment.h"
 #include "store/recheck.h"
 #include "ui/lanternicpane.h"
 #include "ui/settingsview.h"
@@ -84,7 +84,8 @@ void AppDelegate::launch()
 
     m_notifier = Notifier::forThisSession();
     auto *changes = new ChangeNotifier(
-        m_environment, *m_notifier,
+        {store, m_environment.silence, m_environment.notificationRules, m_environment.settings},
+        *m_notifier,
         [this](const QString &title, const QString &body, bool critical) {
             if (m_trayIcon)
                 m_trayIcon->showMessage(Notifier::inert(title), Notifier::inert(body),
@@ -155,7 +156,8 @@ void AppDelegate::showPaneWindow()
 
 LanternicPane *AppDelegate::makePane()
 {
-    return new LanternicPane(m_environment,
+    return new LanternicPane({*m_environment.store, *m_environment.recorder, m_environment.settings,
+                              m_environment.silence, m_environment.notificationRules},
                              {[this] { m_environment.store->refresh(); },
                               [this] { openSettings(); }, [] { QApplication::quit(); }});
 }

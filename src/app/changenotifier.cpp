@@ -1,17 +1,16 @@
 #include "app/changenotifier.h"
 
+#include "config/appsettings.h"
 #include "platform/notifier.h"
-#include "store/appenvironment.h"
+#include "store/lanternicstore.h"
 
 namespace lanternic {
 
-ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, Fallback fallback,
+ChangeNotifier::ChangeNotifier(Services services, Notifier &notifier, Fallback fallback,
                                QObject *parent)
-    : QObject(parent), m_environment(environment), m_notifier(notifier),
-      m_fallback(std::move(fallback))
+    : QObject(parent), m_services(services), m_notifier(notifier), m_fallback(std::move(fallback))
 {
-    connect(environment.store.get(), &LanternicStore::passFinished, this,
-            &ChangeNotifier::passFinished);
+    connect(&services.store, &LanternicStore::passFinished, this, &ChangeNotifier::passFinished);
     connect(&notifier, &Notifier::clicked, this, [this] { Q_EMIT openPanelRequested(); });
     connect(&notifier, &Notifier::closed, this, [this](quint32 id) { m_shown.remove(id); });
     connect(&notifier, &Notifier::actionInvoked, this, [this](quint32 id, Notifier::Action action) {
@@ -19,8 +18,7 @@ ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, 
         if (notice == m_shown.constEnd())
             return;
         if (action == Notifier::Action::silence) {
-            m_environment.silence.silenceUntil(notice->sourceId,
-                                               m_environment.store->now().addSecs(3600));
+            m_services.silence.silenceUntil(notice->sourceId, m_services.store.now().addSecs(3600));
         } else if (notice->page) {
             Q_EMIT openPageRequested(*notice->page);
         }
@@ -29,20 +27,19 @@ ChangeNotifier::ChangeNotifier(AppEnvironment &environment, Notifier &notifier, 
 
 void ChangeNotifier::passFinished()
 {
-    const LanternicStore &store = *m_environment.store;
+    const LanternicStore &store = m_services.store;
     if (store.isOffline())
         return;
-    ChangeNotice::Snapshot current =
-        ChangeNotice::snapshot(store.results(), m_environment.silence, store.now(),
-                               m_environment.notificationRules.entries());
+    ChangeNotice::Snapshot current = ChangeNotice::snapshot(
+        store.results(), m_services.silence, store.now(), m_services.rules.entries());
     if (m_previous)
         current = ChangeNotice::lastKnown(*m_previous, std::move(current));
     const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);
-    if (!previous || !m_environment.settings.notifications()) {
+    if (!previous || !m_services.settings.notifications()) {
         m_quiet.reset();
         return;
     }
-    if (m_environment.notificationRules.isMuted(store.now())) {
+    if (m_services.rules.isMuted(store.now())) {
         if (!m_quiet)
             m_quiet = ChangeNotice::quietFrom(*previous);
         ChangeNotice::record(*m_quiet, current);

@@ -10,7 +10,10 @@
 
 namespace lanternic {
 
-class AppEnvironment;
+class AppSettings;
+class LanternicStore;
+class NotificationRules;
+class SilenceStore;
 class Notifier;
 
 // Tells the user what changed between two passes (the first after start excepted), in one
@@ -26,7 +29,15 @@ class ChangeNotifier : public QObject {
 public:
     using Fallback = std::function<void(const QString &title, const QString &body, bool critical)>;
 
-    ChangeNotifier(AppEnvironment &environment, Notifier &notifier, Fallback fallback,
+    // What it reads, and the silences its notifications' action sets.
+    struct Services {
+        const LanternicStore &store;
+        SilenceStore &silence;
+        const NotificationRules &rules;
+        const AppSettings &settings;
+    };
+
+    ChangeNotifier(Services services, Notifier &notifier, Fallback fallback,
                    QObject *parent = nullptr);
 
 Q_SIGNALS:
@@ -36,7 +47,7 @@ Q_SIGNALS:
 private:
     void passFinished();
 
-    AppEnvironment &m_environment;
+    Services m_services;
     Notifier &m_notifier;
     Fallback m_fallback;
     void show(const ChangeNotice::Notice &notice);

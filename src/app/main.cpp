@@ -1,8 +1,8 @@
 #include "app/appdelegate.h"
 #include "app/singleinstance.h"
 #include "app/updatechecker.h"
+#include "environment/appenvironment.h"
 #include "platform/loginitem.h"
-#include "store/appenvironment.h"
 #include "ui/translations.h"
 
 #include <QApplication>

@@ -2,9 +2,9 @@
 
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
+#include "environment/appenvironment.h"
 #include "model/settingskeys.h"
 #include "present/passreports.h"
-#include "store/appenvironment.h"
 #include "store/silencestore.h"
 
 #include <QCoreApplication>

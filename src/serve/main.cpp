@@ -2,9 +2,9 @@
 // latest pass served over HTTP for a team's desktops and its monitoring.
 
 #include "config/sourceregistry.h"
+#include "environment/appenvironment.h"
 #include "model/settingskeys.h"
 #include "serve/watchserver.h"
-#include "store/appenvironment.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,7 +1,6 @@
 #include "store/lanternicstore.h"
 
 #include "config/appsettings.h"
-#include "config/settingsfile.h"
 #include "config/sourceregistry.h"
 #include "platform/sleeptimer.h"
 #include "sources/sourcecheck.h"
@@ -13,7 +12,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QHash>
-#include <QSet>
 #include <QTimer>
 #include <algorithm>
 
@@ -25,8 +23,6 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
       m_defaults(defaults), m_session(session), m_clock(&QDateTime::currentDateTimeUtc),
-      m_history(CheckHistory::load(defaults)),
-      m_healthLog(HealthLog::load(defaults).value_or(HealthLog())),
       m_queue(new TransferQueue(this)), m_pollTimer(new SleepTimer(this)),
       m_sourcesSettled(new QTimer(this))
 {
@@ -194,48 +190,7 @@ void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources
     const std::optional<QDateTime> previousPass = std::exchange(m_lastChecked, now);
     Q_EMIT lastCheckedChanged();
 
-    QSet<QString> trouble;
-    QSet<QString> unread;
-    bool logChanged = m_healthLog.trim(now);
-    for (const SourceResult &result : std::as_const(m_results)) {
-        // The log keeps health as read; while the system has no network nothing is watched.
-        if (m_isOffline) {
-            logChanged = m_healthLog.stop(result.id, previousPass.value_or(now)) || logChanged;
-        } else {
-            QStringList incidents;
-            for (const Incident &incident : result.incidents.mid(0, 5))
-                incidents.append(incident.name.left(200));
-            const QList<HealthTick> ticks = m_history.byId.value(result.id);
-            const std::optional<QDateTime> lastSeen =
-                previousPass ? previousPass
-                             : (ticks.isEmpty() ? std::nullopt : std::optional(ticks.last().date));
-            logChanged = m_healthLog.record(result.id, result.health, incidents, now, lastSeen) ||
-                         logChanged;
-        }
-        m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
-        if (result.health != Health::operational)
-            trouble.insert(result.id);
-        if (result.error)
-            unread.insert(result.id);
-        for (const ComponentStatus &component : result.affectedComponents())
-            trouble.insert(component.id);
-    }
-    // Another program on the same settings file may have kept ticks since: both are kept.
-    SettingsFile::update(m_defaults, [this, logChanged, &now] {
-        m_history.mergeAndSave(m_defaults);
-        // Written only when something changed, which most passes do not.
-        // What is stored but cannot be read is not saved over.
-        const std::optional<HealthLog> stored =
-            logChanged ? HealthLog::load(m_defaults) : std::nullopt;
-        if (stored) {
-            m_healthLog.merge(*stored);
-            m_healthLog.trim(now);
-            m_healthLog.save(m_defaults);
-        }
-    });
-    Q_EMIT historyChanged();
-
-    m_silence.prune(trouble, unread, now);
+    Q_EMIT passPublished(now, previousPass.value_or(QDateTime()));
     setRefreshing(m_running > 0);
     Q_EMIT passFinished();
 }

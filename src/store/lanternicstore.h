@@ -1,9 +1,7 @@
 #pragma once
 
 #include "model/sourceresult.h"
-#include "store/checkhistory.h"
 #include "store/displaysummary.h"
-#include "store/healthlog.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -29,7 +27,8 @@ class SleepTimer;
 class SourceKindStore;
 struct JSONSource;
 
-// The monitoring store: the latest result per source, the check history and the poll loop.
+// The monitoring store: the poll loop, the latest result per source, and the display values
+// derived from them. What a pass leaves behind is kept by the pass recorder.
 class LanternicStore : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingChanged)
@@ -49,15 +48,13 @@ public:
     // Whether the system reports no network; the header says so.
     bool isOffline() const { return m_isOffline; }
     void setOffline(bool offline);
-    const CheckHistory &history() const { return m_history; }
-    const HealthLog &healthLog() const { return m_healthLog; }
 
     // Starts the poll loop, replacing a running one: a pass, a wait of the refresh interval,
     // and again.
     void start();
     // One check pass; done runs when it has finished. Each source's result replaces its row
-    // as it comes (resultsChanged); the pass time, history, silence clean-up and passFinished
-    // come at its end. Passes may overlap: a source already being checked is not fetched
+    // as it comes (resultsChanged); the pass time, passPublished and passFinished come at its
+    // end. Passes may overlap: a source already being checked is not fetched
     // again, and a pass that a later one has overtaken publishes nothing at its end.
     void refresh(std::function<void()> done = {});
     // How long the pass published last took.
@@ -93,7 +90,9 @@ Q_SIGNALS:
     void lastCheckedChanged();
     void isRefreshingChanged();
     void offlineChanged();
-    void historyChanged();
+    // A pass has published its results: those that keep what passes leave behind keep it now,
+    // before passFinished. previousPass is invalid for the first.
+    void passPublished(const QDateTime &now, const QDateTime &previousPass);
     void passFinished();
 
 private:
@@ -128,8 +127,6 @@ private:
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
     QString m_relayIdentity;
-    CheckHistory m_history;
-    HealthLog m_healthLog;
     TransferQueue *m_queue;
 
     SleepTimer *m_pollTimer = nullptr;

@@ -2,8 +2,8 @@
 
 #include "config/appsettings.h"
 #include "present/displaytext.h"
-#include "store/appenvironment.h"
 #include "store/lanternicstore.h"
+#include "store/passrecorder.h"
 #include "store/silencestore.h"
 #include "store/timetext.h"
 #include "ui/accessibility.h"
@@ -106,9 +106,9 @@ private:
 
 } // namespace
 
-LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidget *parent)
-    : QWidget(parent), m_store(*environment.store), m_settings(environment.settings),
-      m_silence(environment.silence), m_rules(environment.notificationRules),
+LanternicPane::LanternicPane(Services services, Actions actions, QWidget *parent)
+    : QWidget(parent), m_store(services.store), m_settings(services.settings),
+      m_recorder(services.recorder), m_silence(services.silence), m_rules(services.rules),
       m_actions(std::move(actions)), m_updateTimer(new QTimer(this)), m_ticker(new QTimer(this))
 {
     installAccessibility();
@@ -150,7 +150,7 @@ LanternicPane::LanternicPane(AppEnvironment &environment, Actions actions, QWidg
     m_ticker->setInterval(std::chrono::seconds(5));
     connect(m_ticker, &QTimer::timeout, this, &LanternicPane::tick);
     connect(&m_store, &LanternicStore::resultsChanged, this, &LanternicPane::scheduleUpdate);
-    connect(&m_store, &LanternicStore::historyChanged, this, [this] {
+    connect(&m_recorder, &PassRecorder::historyChanged, this, [this] {
         m_past.clear();
         scheduleUpdate();
     });
@@ -447,7 +447,7 @@ RowHistory LanternicPane::pastOf(const QString &id, const QDateTime &now)
 {
     if (auto kept = m_past.constFind(id); kept != m_past.constEnd())
         return *kept;
-    const HealthLog &log = m_store.healthLog();
+    const HealthLog &log = m_recorder.healthLog();
     RowHistory &past = m_past[id];
     past.changes = log.byId.value(id);
     past.day = log.uptime(id, now.addDays(-1), now).share;
@@ -486,7 +486,7 @@ void LanternicPane::updateRows()
                  m_actions.openUrl},
                 m_rows);
         }
-        view->setContent(row, m_store.history().byId.value(row.result.id), now,
+        view->setContent(row, m_recorder.history().byId.value(row.result.id), now,
                          pastOf(row.result.id, now));
         if (m_rowsLayout->indexOf(view) != i + 1) {
             m_rowsLayout->removeWidget(view);

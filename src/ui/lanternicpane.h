@@ -15,11 +15,11 @@ class QVBoxLayout;
 
 namespace lanternic {
 
-class AppEnvironment;
 class MenuActionRow;
 class AppSettings;
 class LanternicStore;
 class NotificationRules;
+class PassRecorder;
 class RefreshButton;
 class SilenceStore;
 
@@ -37,9 +37,18 @@ public:
         StatusRowView::UrlOpener openUrl = openWebUrl;
     };
 
+    // What the pane reads, and the two stores it changes.
+    struct Services {
+        LanternicStore &store;
+        const PassRecorder &recorder;
+        const AppSettings &settings;
+        SilenceStore &silence;
+        NotificationRules &rules;
+    };
+
     static constexpr int columnWidth = 320;
 
-    LanternicPane(AppEnvironment &environment, Actions actions, QWidget *parent = nullptr);
+    LanternicPane(Services services, Actions actions, QWidget *parent = nullptr);
 
     // The panel's height for a content height: the content, up to 70 % of the main screen's
     // height (630 when no screen is known), after which it scrolls.
@@ -82,7 +91,8 @@ private:
     void revealScrollBar();
 
     LanternicStore &m_store;
-    AppSettings &m_settings;
+    const AppSettings &m_settings;
+    const PassRecorder &m_recorder;
     SilenceStore &m_silence;
     NotificationRules &m_rules;
     Actions m_actions;

@@ -69,6 +69,16 @@ private:
     QStringList m_capabilities;
 };
 
+namespace {
+
+ChangeNotifier::Services services(AppEnvironment &environment)
+{
+    return {*environment.store, environment.silence, environment.notificationRules,
+            environment.settings};
+}
+
+} // namespace
+
 class TestNotifications : public QObject {
     Q_OBJECT
 
@@ -100,7 +110,7 @@ private Q_SLOTS:
         QVERIFY(notifier->isAvailable());
         fallback.clear();
         changes = std::make_unique<ChangeNotifier>(
-            fixture->environment, *notifier,
+            services(fixture->environment), *notifier,
             [this](const QString &title, const QString &, bool) { fallback.append(title); });
         // The first pass after start is the baseline: nothing to tell.
         fixture->runPass();
@@ -259,7 +269,7 @@ private Q_SLOTS:
         notifier = Notifier::forThisSession();
         QVERIFY(!notifier->isAvailable());
         changes = std::make_unique<ChangeNotifier>(
-            fixture->environment, *notifier,
+            services(fixture->environment), *notifier,
             [this](const QString &title, const QString &, bool) { fallback.append(title); });
         fixture->runPass();
         fixture->server.route("/feed0.json", {200, relayFeed("degraded"), {}});

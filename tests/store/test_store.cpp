@@ -1,5 +1,5 @@
 #include "config/sourceregistry.h"
-#include "store/appenvironment.h"
+#include "environment/appenvironment.h"
 #include "store/recheck.h"
 #include "support/fakesystemevents.h"
 #include "support/fixtures.h"
@@ -198,8 +198,8 @@ private Q_SLOTS:
         silence->silence(b, SilenceDuration::untilResolved, clock);
         silence->silence(u"elsewhere"_s, SilenceDuration::untilResolved, clock);
         pass();
-        QCOMPARE(store->history().byId.value(a).last().healthRaw, u"operational"_s);
-        QCOMPARE(store->history().byId.value(b).last().healthRaw, u"degraded"_s);
+        QCOMPARE(environment->recorder->history().byId.value(a).last().healthRaw, u"operational"_s);
+        QCOMPARE(environment->recorder->history().byId.value(b).last().healthRaw, u"degraded"_s);
         QVERIFY(!silence->entries().contains(u"elsewhere"_s));
 
         // Two hours on, the dated silence no longer counts and goes at the end of the pass.
@@ -208,11 +208,11 @@ private Q_SLOTS:
         server->route("/b", {200, relayFeed("operational"), {}});
         pass();
         QVERIFY(silence->entries().isEmpty());
-        QCOMPARE(store->history().byId.value(a).size(), 2);
-        QCOMPARE(store->history().byId.value(a).last().healthRaw, u"degraded"_s);
+        QCOMPARE(environment->recorder->history().byId.value(a).size(), 2);
+        QCOMPARE(environment->recorder->history().byId.value(a).last().healthRaw, u"degraded"_s);
 
         const CheckHistory stored = CheckHistory::load(*defaults);
-        QCOMPARE(stored, store->history());
+        QCOMPARE(stored, environment->recorder->history());
     }
 
     // Two programs passing over one settings file (the watcher and lanternic-check, say) keep
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QCOMPARE(store->results()[0].health, Health::unknown);
         QCOMPARE(finished.size(), 1);
         for (const SourceResult &result : store->results())
-            QCOMPARE(store->history().byId.value(result.id).size(), 1);
+            QCOMPARE(environment->recorder->history().byId.value(result.id).size(), 1);
     }
 
     // With the preference on, every Statuspage source reads maintenance as operational.
@@ -299,7 +299,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(finished, 2, 10'000);
         QCOMPARE(server->requests().size(), 1);
         QCOMPARE(store->results().first().health, Health::degraded);
-        QCOMPARE(store->history().byId.begin()->size(), 1);
+        QCOMPARE(environment->recorder->history().byId.begin()->size(), 1);
     }
 
     // The health log: the time the app was not running is a gap, found from the last tick of
@@ -326,7 +326,7 @@ private Q_SLOTS:
         clock = clock.addSecs(5 * 3600);
         store->setClock([&] { return clock; });
         pass();
-        QList<HealthChange> changes = store->healthLog().byId.value(id);
+        QList<HealthChange> changes = environment->recorder->healthLog().byId.value(id);
         QCOMPARE(changes.size(), 3);
         QCOMPARE(changes[1], (HealthChange{lastTick, std::nullopt, {}}));
         QCOMPARE(changes[2].health, std::optional(Health::operational));
@@ -334,7 +334,7 @@ private Q_SLOTS:
         store->setOffline(true);
         clock = clock.addSecs(120);
         pass();
-        QVERIFY(!store->healthLog().byId.value(id).last().health);
+        QVERIFY(!environment->recorder->healthLog().byId.value(id).last().health);
         QCOMPARE(HealthLog::load(*defaults)->byId.value(id).size(), 4);
 
         // What is stored but cannot be read at all is not saved over.
@@ -342,7 +342,7 @@ private Q_SLOTS:
         store->setOffline(false);
         clock = clock.addSecs(120);
         pass();
-        QCOMPARE(store->healthLog().byId.value(id).size(), 5);
+        QCOMPARE(environment->recorder->healthLog().byId.value(id).size(), 5);
         QCOMPARE(defaults->value(u"Lanternic.healthLog"_s), QVariant(QByteArray("not a log")));
     }
 
@@ -366,7 +366,7 @@ private Q_SLOTS:
         QCOMPARE(resultLines(), QStringList{store->results().first().id + u" operational"_s});
         QCOMPARE(store->results().first().name, u"New"_s);
         QCOMPARE(published.size(), 1);
-        QCOMPARE(store->history().byId.size(), 1);
+        QCOMPARE(environment->recorder->history().byId.size(), 1);
     }
 
     void startingTwiceLeavesOneLoop()

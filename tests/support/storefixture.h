@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/appenvironment.h"
+#include "environment/appenvironment.h"
 #include "support/loopbackserver.h"
 
 #include <QSettings>

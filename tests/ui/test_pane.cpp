@@ -31,7 +31,8 @@ const QDateTime now = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODa
 
 struct Pane {
     explicit Pane(StoreFixture &fixture)
-        : pane(fixture.environment,
+        : pane({fixture.store, *fixture.environment.recorder, fixture.settings, fixture.silence,
+                fixture.environment.notificationRules},
                {[] {}, [] {}, [] {}, [this](const QUrl &url) { opened.append(url); }})
     {
         pane.resize(pane.sizeHint());

@@ -5,6 +5,7 @@
 #include "sources/sourcekindstore.h"
 #include "store/lanternicstore.h"
 #include "store/notificationrules.h"
+#include "store/passrecorder.h"
 #include "store/silencestore.h"
 
 #include <memory>
@@ -16,8 +17,8 @@ namespace lanternic {
 // The composition root: builds the long-lived services once, in order, over one settings
 // object: the network session everything fetches through, the settings, silences,
 // notification rules and kind cache, re-keys stored silences and rules, builds the store and
-// starts the launch pass. The app builds one; tests and lanternic-check build their own over
-// files of their choosing.
+// the recorder of its passes, and starts the launch pass. The app builds one; tests and
+// lanternic-check build their own over files of their choosing.
 class AppEnvironment {
 public:
     // The launch pass is the poll loop's first (the app and the watcher), one pass alone
@@ -33,6 +34,7 @@ public:
     NotificationRules notificationRules;
     SourceKindStore kinds;
     std::unique_ptr<LanternicStore> store;
+    std::unique_ptr<PassRecorder> recorder;
 };
 
 } // namespace lanternic

@@ -1,4 +1,4 @@
-#include "store/appenvironment.h"
+#include "environment/appenvironment.h"
 
 #include "config/settingsfile.h"
 #include "config/sourceregistry.h"
@@ -21,6 +21,7 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
     notificationRules.rekey(current);
 
     store = std::make_unique<LanternicStore>(settings, silence, kinds, defaults, session);
+    recorder = std::make_unique<PassRecorder>(*store, silence, defaults);
     if (launchPass == LaunchPass::none)
         return;
     // Queued, like a task that starts after construction, so callers can connect first.
