@@ -40,10 +40,7 @@ UpdateChecker::UpdateChecker(QSettings &defaults, network::Session &session, QUr
 
 bool UpdateChecker::automaticallyChecksForUpdates() const
 {
-    const QVariant stored = m_defaults.value(SettingsKeys::automaticallyChecksForUpdates);
-    if (stored.typeId() == QMetaType::Bool)
-        return stored.toBool();
-    return stored.toString() != "false"_L1;
+    return SettingsKeys::read(m_defaults, SettingsKeys::automaticallyChecksForUpdates);
 }
 
 void UpdateChecker::setAutomaticallyChecksForUpdates(bool enabled)

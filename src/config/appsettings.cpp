@@ -35,38 +35,19 @@ QString AppSettings::migratedSourcesText(const QString &stored)
     return lines.join(u'\n');
 }
 
-bool storedBool(const QSettings &defaults, const QString &key, bool fallback)
-{
-    const QVariant value = defaults.value(key);
-    if (value.typeId() == QMetaType::Bool)
-        return value.toBool();
-    if (value.typeId() == QMetaType::QString &&
-        (value.toString() == "true"_L1 || value.toString() == "false"_L1))
-        return value.toString() == "true"_L1;
-    return fallback;
-}
-
 AppSettings::AppSettings(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)
 {
-    const QVariant sources = defaults.value(SettingsKeys::sources);
-    const QString stored = sources.typeId() == QMetaType::QString ? sources.toString() : QString();
+    const QString stored = SettingsKeys::read(defaults, SettingsKeys::sources);
     m_sourcesText = migratedSourcesText(stored);
     if (m_sourcesText != stored)
         defaults.setValue(SettingsKeys::sources, m_sourcesText);
 
-    // Like an integer read from the platform's defaults: numbers and numeric text count.
-    const int interval = defaults.value(SettingsKeys::refreshIntervalMinutes).toInt();
-    m_refreshIntervalMinutes =
-        interval == 0 ? SettingsKeys::defaultRefreshIntervalMinutes : interval;
-
-    m_showOperational =
-        storedBool(defaults, SettingsKeys::showOperational, SettingsKeys::defaultShowOperational);
-    m_notifications =
-        storedBool(defaults, SettingsKeys::notifications, SettingsKeys::defaultNotifications);
+    m_refreshIntervalMinutes = SettingsKeys::read(defaults, SettingsKeys::refreshIntervalMinutes);
+    m_showOperational = SettingsKeys::read(defaults, SettingsKeys::showOperational);
+    m_notifications = SettingsKeys::read(defaults, SettingsKeys::notifications);
     m_treatMaintenanceAsOperational =
-        storedBool(defaults, SettingsKeys::treatMaintenanceAsOperational,
-                   SettingsKeys::defaultTreatMaintenanceAsOperational);
+        SettingsKeys::read(defaults, SettingsKeys::treatMaintenanceAsOperational);
 }
 
 void AppSettings::setSourcesText(const QString &text)

@@ -54,10 +54,6 @@ private:
     bool m_treatMaintenanceAsOperational;
 };
 
-// A stored switch; file-backed settings keep booleans as the words "true" and "false".
-// Anything else is the fallback.
-bool storedBool(const QSettings &defaults, const QString &key, bool fallback);
-
 // Blanks are the tab and the space separators (Unicode category Zs).
 bool isBlank(QChar c);
 QStringView trimmedOfBlanks(QStringView text);

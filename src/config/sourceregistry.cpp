@@ -184,7 +184,8 @@ private:
 };
 
 std::optional<JSONSource> buildSource(const SourceEntry &entry,
-                                      const QHash<QString, SourceKind> &kinds, SourceIds &ids)
+                                      const QHash<QString, SourceKind> &kinds, SourceIds &ids,
+                                      const SourceOptions &options = {})
 {
     const std::optional<Target> target = Target::classify(entry.value);
     if (!target)
@@ -231,6 +232,8 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         }
     }
 
+    if (options.treatMaintenanceAsOperational)
+        source.treatAsOperational.insert(u"under_maintenance"_s);
     source.id = ids.claim(key);
     // Ids keep the host as written, and so must whatever is matched against them.
     source.urlHost =
@@ -239,12 +242,13 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
 }
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
-                               const QHash<QString, SourceKind> &kinds)
+                               const QHash<QString, SourceKind> &kinds,
+                               const SourceOptions &options)
 {
     SourceIds ids;
     QList<JSONSource> sources;
     for (const SourceEntry &entry : entries) {
-        if (auto source = buildSource(entry, kinds, ids))
+        if (auto source = buildSource(entry, kinds, ids, options))
             sources.append(std::move(*source));
     }
     return sources;
@@ -313,11 +317,12 @@ QList<SourceEntry> entries(const QString &text)
     return entries;
 }
 
-QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds)
+QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds,
+                          const SourceOptions &options)
 {
-    QList<JSONSource> built = buildSources(entries(text), kinds);
+    QList<JSONSource> built = buildSources(entries(text), kinds, options);
     if (built.isEmpty())
-        built = buildSources(defaultEntries(), kinds);
+        built = buildSources(defaultEntries(), kinds, options);
     return built;
 }
 

@@ -52,13 +52,20 @@ struct LineReading {
     int sameAs = 0; // the earlier line with the same feed address, or 0
 };
 
+// What every source takes from the settings, beside what its own line says.
+struct SourceOptions {
+    // Statuspage's "under_maintenance" reads as operational on every source.
+    bool treatMaintenanceAsOperational = false;
+};
+
 // Turns the sources text into the sources to poll. Stateless.
 namespace SourceRegistry {
 
 inline const QString updogHost = QStringLiteral("updog.ai");
 
 // Never empty: text without a usable line gives the default sources.
-QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds);
+QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds,
+                          const SourceOptions &options = {});
 QList<SourceEntry> entries(const QString &text);
 // The hosts of the bare-host lines, first appearance first.
 QStringList baseHosts(const QString &text);

@@ -41,12 +41,9 @@ void CheckPass::run()
 
 QList<JSONSource> CheckPass::sources(const QHash<QString, SourceKind> &kinds) const
 {
-    QList<JSONSource> built = SourceRegistry::sources(m_text, kinds);
-    if (m_host.settings.treatMaintenanceAsOperational()) {
-        for (JSONSource &source : built)
-            source.treatAsOperational.insert(u"under_maintenance"_s);
-    }
-    return built;
+    return SourceRegistry::sources(
+        m_text, kinds,
+        {.treatMaintenanceAsOperational = m_host.settings.treatMaintenanceAsOperational()});
 }
 
 void CheckPass::probe(const QString &host)

@@ -20,12 +20,6 @@ constexpr std::pair<NotifyRule, QLatin1StringView> ruleWords[] = {
     {NotifyRule::outagesOnly, "down"_L1},
     {NotifyRule::never, "none"_L1}};
 
-QTime storedTime(const QSettings &defaults, const QString &key, QTime fallback)
-{
-    const QTime time = QTime::fromString(defaults.value(key).toString(), u"HH:mm"_s);
-    return time.isValid() ? time : fallback;
-}
-
 } // namespace
 
 bool QuietHours::contains(const QTime &time) const
@@ -41,10 +35,9 @@ NotificationRules::NotificationRules(QSettings &defaults, QObject *parent)
     const QVariant stored = defaults.value(SettingsKeys::notificationRules);
     if (stored.typeId() == QMetaType::QByteArray)
         m_entries = decode(stored.toByteArray()).value_or(Entries());
-    const QuietHours fallback;
-    m_quietHours.enabled = storedBool(defaults, SettingsKeys::quietHours, fallback.enabled);
-    m_quietHours.start = storedTime(defaults, SettingsKeys::quietHoursStart, fallback.start);
-    m_quietHours.end = storedTime(defaults, SettingsKeys::quietHoursEnd, fallback.end);
+    m_quietHours.enabled = SettingsKeys::read(defaults, SettingsKeys::quietHours);
+    m_quietHours.start = SettingsKeys::read(defaults, SettingsKeys::quietHoursStart);
+    m_quietHours.end = SettingsKeys::read(defaults, SettingsKeys::quietHoursEnd);
     m_pausedUntil = QDateTime::fromString(
         defaults.value(SettingsKeys::notificationsPausedUntil).toString(), Qt::ISODate);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/settingskeys.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
@@ -16,9 +18,9 @@ enum class NotifyRule { all, outagesOnly, never };
 
 // Nothing pops up between start and end, local time; the span may cross midnight.
 struct QuietHours {
-    bool enabled = false;
-    QTime start{22, 0};
-    QTime end{7, 0};
+    bool enabled = SettingsKeys::quietHours.fallback;
+    QTime start = SettingsKeys::quietHoursStart.fallback.time();
+    QTime end = SettingsKeys::quietHoursEnd.fallback.time();
 
     bool contains(const QTime &time) const;
     bool operator==(const QuietHours &) const = default;
