@@ -30,19 +30,19 @@ void ChangeNotifier::passFinished()
     const LanternicStore &store = m_services.store;
     if (store.isOffline())
         return;
-    ChangeNotice::Snapshot current = ChangeNotice::snapshot(
-        store.results(), m_services.silence, store.now(), m_services.rules.entries());
+    ChangeNews::Snapshot current = ChangeNews::snapshot(store.results(), m_services.silence,
+                                                        store.now(), m_services.rules.entries());
     if (m_previous)
-        current = ChangeNotice::lastKnown(*m_previous, std::move(current));
-    const std::optional<ChangeNotice::Snapshot> previous = std::exchange(m_previous, current);
+        current = ChangeNews::lastKnown(*m_previous, std::move(current));
+    const std::optional<ChangeNews::Snapshot> previous = std::exchange(m_previous, current);
     if (!previous || !m_services.settings.notifications()) {
         m_quiet.reset();
         return;
     }
     if (m_services.rules.isMuted(store.now())) {
         if (!m_quiet)
-            m_quiet = ChangeNotice::quietFrom(*previous);
-        ChangeNotice::record(*m_quiet, current);
+            m_quiet = ChangeNews::quietFrom(*previous);
+        ChangeNews::record(*m_quiet, current);
         return;
     }
     const auto notice =

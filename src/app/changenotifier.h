@@ -52,8 +52,8 @@ private:
     Fallback m_fallback;
     void show(const ChangeNotice::Notice &notice);
 
-    std::optional<ChangeNotice::Snapshot> m_previous;
-    std::optional<ChangeNotice::QuietLog> m_quiet;
+    std::optional<ChangeNews::Snapshot> m_previous;
+    std::optional<ChangeNews::QuietLog> m_quiet;
     QHash<quint32, ChangeNotice::Notice> m_shown;
 };
 

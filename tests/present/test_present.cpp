@@ -160,18 +160,18 @@ private Q_SLOTS:
         for (const QString &rule : rules)
             entries.insert(rule.section(u'=', 0, 0), words.value(rule.section(u'=', 1)));
         // As the notifier sees passes: each against what was last known.
-        ChangeNotice::Snapshot previous = ChangeNotice::snapshot(before, *silence, now, entries);
-        std::optional<ChangeNotice::QuietLog> log;
+        ChangeNews::Snapshot previous = ChangeNews::snapshot(before, *silence, now, entries);
+        std::optional<ChangeNews::QuietLog> log;
         if (quiet)
-            log = ChangeNotice::quietFrom(previous);
+            log = ChangeNews::quietFrom(previous);
         if (!between.isEmpty()) {
-            previous = ChangeNotice::lastKnown(
-                previous, ChangeNotice::snapshot(between, *silence, now, entries));
+            previous = ChangeNews::lastKnown(previous,
+                                             ChangeNews::snapshot(between, *silence, now, entries));
             if (log)
-                ChangeNotice::record(*log, previous);
+                ChangeNews::record(*log, previous);
         }
-        const auto last = ChangeNotice::lastKnown(
-            previous, ChangeNotice::snapshot(after, *silence, now, entries));
+        const auto last =
+            ChangeNews::lastKnown(previous, ChangeNews::snapshot(after, *silence, now, entries));
         const auto notice =
             log ? ChangeNotice::afterQuiet(*log, last) : ChangeNotice::between(previous, last);
         QTEST(notice ? notice->title + u" | "_s + notice->body : QString(), "notice");
@@ -182,19 +182,18 @@ private Q_SLOTS:
         const QList before{result(u"gh"_s, Health::operational),
                            result(u"aws"_s, Health::operational,
                                   {component(u"aws"_s, u"ec2"_s, Health::operational)})};
-        const auto watchedBefore = ChangeNotice::snapshot(before, *silence, now);
+        const auto watchedBefore = ChangeNews::snapshot(before, *silence, now);
         silence->silence(u"gh"_s, SilenceDuration::twoHours, now);
         silence->silence(u"aws::ec2"_s, SilenceDuration::twoHours, now);
         const QList after{
             result(u"gh"_s, Health::down),
             result(u"aws"_s, Health::down, {component(u"aws"_s, u"ec2"_s, Health::down)})};
-        const auto watchedDuring = ChangeNotice::snapshot(after, *silence, now);
+        const auto watchedDuring = ChangeNews::snapshot(after, *silence, now);
         QCOMPARE(ChangeNotice::between(watchedBefore, watchedDuring), std::nullopt);
         // When the silences end, what changed under them is not news either.
         const QDateTime later = now.addSecs(3 * 3600);
-        QCOMPARE(
-            ChangeNotice::between(watchedDuring, ChangeNotice::snapshot(after, *silence, later)),
-            std::nullopt);
+        QCOMPARE(ChangeNotice::between(watchedDuring, ChangeNews::snapshot(after, *silence, later)),
+                 std::nullopt);
     }
 
     // The last check seconds ago, and a silence's time left, as the panel words them.
