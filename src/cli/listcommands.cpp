@@ -5,6 +5,7 @@
 #include "model/feedtext.h"
 #include "model/settingskeys.h"
 #include "present/historyreport.h"
+#include "present/sourcelines.h"
 #include "sources/sourcekindstore.h"
 
 #include <QJsonArray>
@@ -84,7 +85,7 @@ int runSources(const Invocation &invocation)
     QString out;
     bool usable = false;
     for (const LineReading &reading : SourceRegistry::readLines(text, kinds)) {
-        out += SourceRegistry::describe(reading) + u'\n';
+        out += SourceLines::describe(reading) + u'\n';
         usable = usable || reading.source;
     }
     if (!usable)

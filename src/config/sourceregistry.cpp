@@ -1,10 +1,8 @@
 #include "config/sourceregistry.h"
 
 #include "config/appsettings.h"
-#include "model/feedtext.h"
 #include "model/urls.h"
 
-#include <QCoreApplication>
 #include <QSet>
 
 namespace lanternic {
@@ -12,10 +10,6 @@ namespace lanternic {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct Text {
-    Q_DECLARE_TR_FUNCTIONS(SourceRegistry)
-};
 
 struct KnownService {
     QString key;
@@ -384,51 +378,38 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
             equals < 0 ? QString() : trimmedOfBlanks(line.sliced(equals + 1)).toString();
         reading.label = label;
         if (equals < 0)
-            reading.reason = Text::tr("no \u201c=\u201d");
+            reading.ignored = LineReading::Ignored::noEquals;
         else if (label.isEmpty())
-            reading.reason = Text::tr("no label");
+            reading.ignored = LineReading::Ignored::noLabel;
         else if (value.isEmpty())
-            reading.reason = Text::tr("no address");
-        else if (const auto scheme = foreignScheme(value))
-            reading.reason = Text::tr("%1:// is not supported").arg(*scheme);
-        else if (const auto target = Target::classify(value); !target)
-            reading.reason = Text::tr("no host");
+            reading.ignored = LineReading::Ignored::noAddress;
+        else if (const auto scheme = foreignScheme(value)) {
+            reading.ignored = LineReading::Ignored::unsupportedScheme;
+            reading.scheme = *scheme;
+        } else if (const auto target = Target::classify(value); !target)
+            reading.ignored = LineReading::Ignored::noHost;
         else if (auto source = buildSource({label, value}, kinds, ids)) {
             if (std::holds_alternative<Target::Endpoint>(target->value))
-                reading.kind = Text::tr("feed");
+                reading.kind = LineReading::Kind::feed;
             else if (std::holds_alternative<Target::Updog>(target->value))
-                reading.kind = u"Updog"_s;
+                reading.kind = LineReading::Kind::updog;
             else if (auto kind = kinds.constFind(source->baseHost.toLower());
-                     kind != kinds.constEnd())
-                reading.kind = Platforms::of(*kind).displayName;
-            else
-                reading.kind = Text::tr("to be probed");
+                     kind != kinds.constEnd()) {
+                reading.kind = LineReading::Kind::platform;
+                reading.platform = *kind;
+            } else
+                reading.kind = LineReading::Kind::probe;
             const QString url = source->url.toString();
             reading.sameAs = firstByUrl.value(url);
             if (reading.sameAs == 0)
                 firstByUrl.insert(url, number);
             reading.source = std::move(*source);
         } else {
-            reading.reason = Text::tr("no host");
+            reading.ignored = LineReading::Ignored::noHost;
         }
         readings.append(std::move(reading));
     }
     return readings;
-}
-
-QString describe(const LineReading &reading)
-{
-    // The label and the address are the user's own text, shown in a terminal or a tooltip:
-    // cleaned like feed text, and given to one arg() call so that a "%1" in them stays as typed.
-    if (!reading.source)
-        return Text::tr("line %1: ignored \u2014 %2")
-            .arg(QString::number(reading.line), reading.reason);
-    const QString text = Text::tr("line %1: %2 \u2192 %3 (%4)")
-                             .arg(QString::number(reading.line), FeedText::clean(reading.label),
-                                  FeedText::clean(reading.source->url.toString()), reading.kind);
-    return reading.sameAs > 0
-               ? Text::tr("%1, the same feed as line %2").arg(text, QString::number(reading.sameAs))
-               : text;
 }
 
 } // namespace SourceRegistry

@@ -44,11 +44,23 @@ struct SourceEntry {
 
 // What one non-blank line of the sources text became, or why it is ignored.
 struct LineReading {
+    // How a line with a source is read.
+    enum class Kind {
+        feed,     // fetched as written
+        updog,    // a provider page on the Updog outage service
+        platform, // a bare host whose platform is known
+        probe,    // a bare host whose platform is not known yet
+    };
+    // Why a line without one is ignored.
+    enum class Ignored { noEquals, noLabel, noAddress, unsupportedScheme, noHost };
+
     int line = 0; // from 1
     QString label;
     std::optional<JSONSource> source;
-    QString kind;   // "feed", "Statuspage", …, "to be probed"; with a source
-    QString reason; // "no “=”", "no label", "no address", "no host"; without one
+    Kind kind = Kind::feed;                      // with a source
+    SourceKind platform = SourceKind::atlassian; // for Kind::platform
+    Ignored ignored = Ignored::noHost;           // without a source
+    QString scheme;                              // for Ignored::unsupportedScheme: "ftp"
     int sameAs = 0; // the earlier line with the same feed address, or 0
 };
 
@@ -74,8 +86,6 @@ QString defaultText();
 bool hasUsableLine(const QString &text);
 // Every non-blank line, and what it became: the same sources as sources() builds from text.
 QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds);
-// "line 3: GitHub → https://…/api/v2/summary.json (Statuspage)", "line 4: ignored — no host".
-QString describe(const LineReading &reading);
 
 } // namespace SourceRegistry
 

@@ -130,3 +130,34 @@ QString maintenanceLine(const Maintenance &window, const QDateTime &now, qsizety
 }
 
 } // namespace lanternic::DisplayText
+
+namespace lanternic {
+
+namespace {
+
+struct SilenceText {
+    Q_DECLARE_TR_FUNCTIONS(SilenceStore)
+};
+
+} // namespace
+
+QString label(SilenceDuration duration)
+{
+    switch (duration) {
+    case SilenceDuration::twoHours:
+        return SilenceText::tr("For 2 hours");
+    case SilenceDuration::oneDay:
+        return SilenceText::tr("For 1 day");
+    case SilenceDuration::twoDays:
+        return SilenceText::tr("For 2 days");
+    case SilenceDuration::oneWeek:
+        return SilenceText::tr("For 1 week");
+    case SilenceDuration::untilResolved:
+        return SilenceText::tr("Until resolved");
+    case SilenceDuration::forever:
+        break;
+    }
+    return SilenceText::tr("Forever");
+}
+
+} // namespace lanternic

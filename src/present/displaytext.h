@@ -33,4 +33,7 @@ QString maintenanceLine(const Maintenance &window, const QDateTime &now, qsizety
 
 } // namespace DisplayText
 
+// "For 2 hours", "Until resolved", "Forever": a choice in the silence menus.
+QString label(SilenceDuration duration);
+
 } // namespace lanternic

@@ -4,7 +4,6 @@
 #include "model/settingskeys.h"
 #include "store/storedjson.h"
 
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
@@ -13,33 +12,6 @@
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-struct Text {
-    Q_DECLARE_TR_FUNCTIONS(SilenceStore)
-};
-
-} // namespace
-
-QString label(SilenceDuration duration)
-{
-    switch (duration) {
-    case SilenceDuration::twoHours:
-        return Text::tr("For 2 hours");
-    case SilenceDuration::oneDay:
-        return Text::tr("For 1 day");
-    case SilenceDuration::twoDays:
-        return Text::tr("For 2 days");
-    case SilenceDuration::oneWeek:
-        return Text::tr("For 1 week");
-    case SilenceDuration::untilResolved:
-        return Text::tr("Until resolved");
-    case SilenceDuration::forever:
-        break;
-    }
-    return Text::tr("Forever");
-}
 
 SilenceUntil expiry(SilenceDuration duration, const QDateTime &now)
 {

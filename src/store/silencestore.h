@@ -37,7 +37,6 @@ inline constexpr std::array<SilenceDuration, 6> allSilenceDurations{
     SilenceDuration::twoHours, SilenceDuration::oneDay,        SilenceDuration::twoDays,
     SilenceDuration::oneWeek,  SilenceDuration::untilResolved, SilenceDuration::forever};
 
-QString label(SilenceDuration duration);
 // Fixed numbers of seconds, whatever the calendar says.
 SilenceUntil expiry(SilenceDuration duration, const QDateTime &now);
 

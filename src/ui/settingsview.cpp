@@ -5,6 +5,7 @@
 #include "config/sourceregistry.h"
 #include "platform/loginitem.h"
 #include "present/displaytext.h"
+#include "present/sourcelines.h"
 #include "sources/sourcekindstore.h"
 #include "store/notificationrules.h"
 #include "store/timetext.h"
@@ -292,11 +293,13 @@ void GeneralSettingsView::showUnderstanding()
     QHash<int, SourceLinesEdit::Note> notes;
     QStringList told;
     for (const LineReading &reading : readings) {
-        QString note = reading.source ? reading.kind : tr("ignored \u2014 %1").arg(reading.reason);
+        QString note = reading.source
+                           ? SourceLines::kindText(reading)
+                           : tr("ignored \u2014 %1").arg(SourceLines::ignoredText(reading));
         if (reading.sameAs > 0)
             note = tr("%1, as line %2").arg(note).arg(reading.sameAs);
         notes.insert(reading.line - 1, {note, !reading.source});
-        told.append(SourceRegistry::describe(reading));
+        told.append(SourceLines::describe(reading));
     }
     m_sources->setNotes(std::move(notes));
     // The same, whole, for screen readers and the tooltip.

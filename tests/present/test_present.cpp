@@ -1,5 +1,6 @@
 #include "present/changenotice.h"
 #include "present/displaytext.h"
+#include "present/sourcelines.h"
 #include "support/fixtures.h"
 #include "support/results.h"
 
@@ -22,6 +23,32 @@ class TestPresent : public QObject {
     std::unique_ptr<SilenceStore> silence;
 
 private Q_SLOTS:
+    // What each line became, as the settings window and lanternic-check sources tell it.
+    void lineReadings()
+    {
+        const QHash<QString, SourceKind> kinds{{u"fal.example"_s, SourceKind::instatus}};
+        QStringList told;
+        for (const LineReading &reading : SourceRegistry::readLines(
+                 u"Fal=fal.example\n\nnonsense line\n=x.example\nY=\nZ=https://\n"
+                 u"Feed=https://f.example/x.json\nAgain=https://f.example/x.json\nNew=n.example\n"
+                 u"Old=ftp://example.com/status"_s,
+                 kinds))
+            told.append(SourceLines::describe(reading));
+        QCOMPARE(
+            told,
+            (QStringList{
+                u"line 1: Fal \u2192 https://fal.example/summary.json (Instatus)"_s,
+                u"line 3: ignored \u2014 no \u201c=\u201d"_s, u"line 4: ignored \u2014 no label"_s,
+                u"line 5: ignored \u2014 no address"_s, u"line 6: ignored \u2014 no host"_s,
+                u"line 7: Feed \u2192 https://f.example/x.json (feed)"_s,
+                u"line 8: Again \u2192 https://f.example/x.json (feed), the same feed as "
+                u"line 7"_s,
+                u"line 9: New \u2192 https://n.example/api/v2/summary.json (to be "
+                u"probed)"_s,
+                u"line 10: ignored \u2014 ftp:// is not supported"_s}));
+        QVERIFY(!SourceRegistry::hasUsableLine(u"Old=gopher://example.com"_s));
+    }
+
     void init()
     {
         defaults = freshSettings(dir);

@@ -1,3 +1,4 @@
+#include "present/displaytext.h"
 #include "scenes.h"
 #include "support/fixtures.h"
 #include "tabstops.h"
