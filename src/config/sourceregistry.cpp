@@ -91,6 +91,17 @@ std::optional<QString> foreignScheme(const QString &value)
     return lower;
 }
 
+// A path that names a document rather than a page: JSON, XML, or an RSS or Atom feed.
+bool isDocumentAddress(QStringView tail)
+{
+    for (const QLatin1StringView end : {".json"_L1, ".xml"_L1, ".rss"_L1, ".atom"_L1})
+        if (tail.endsWith(end))
+            return true;
+    while (tail.endsWith(u'/'))
+        tail.chop(1);
+    return tail.endsWith("/feed"_L1) || tail.endsWith("/rss"_L1);
+}
+
 QString workingText(const QString &value)
 {
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
@@ -269,8 +280,7 @@ std::optional<Target> Target::classify(const QString &value)
     const QString afterScheme = explicitScheme ? value.mid(value.indexOf("//"_L1) + 2) : value;
     const qsizetype slash = afterScheme.indexOf(u'/');
     const QString tail = slash < 0 ? QString() : afterScheme.mid(slash).toLower();
-    if (tail.contains(u'?') || tail.contains("/api/"_L1) || tail.endsWith(".json"_L1) ||
-        tail.endsWith(".xml"_L1))
+    if (tail.contains(u'?') || tail.contains("/api/"_L1) || isDocumentAddress(tail))
         return Target{Endpoint{*url}};
 
     Base base;

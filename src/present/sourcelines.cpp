@@ -24,6 +24,8 @@ QString kindText(const LineReading &reading)
     case LineReading::Kind::updog:
         return u"Updog"_s;
     case LineReading::Kind::platform:
+        if (Platforms::of(reading.platform).readFeed)
+            return Text::tr("feed");
         return Platforms::of(reading.platform).displayName;
     case LineReading::Kind::probe:
         break;

@@ -2,6 +2,7 @@
 
 #include "model/newswords.h"
 #include "sources/network.h"
+#include "sources/readers/feeddocument.h"
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/newsreader.h"
 #include "sources/readers/platforms.h"
@@ -66,10 +67,19 @@ void check(const JSONSource &source, network::Session &session, QObject *context
 
 SourceResult read(const JSONSource &source, const QByteArray &body, const QDateTime &now)
 {
-    // Parsed once; every reader looks at the same document.
+    // Parsed once; every reader looks at the same document. A feed is parsed only when every
+    // JSON reader has declined.
     const QJsonDocument document = parseJson(body);
+    std::optional<std::optional<FeedDocument>> feed;
+    const auto readWith = [&](const Platform &platform) -> std::optional<SourceResult> {
+        if (platform.read)
+            return platform.read(source, document);
+        if (!feed)
+            feed = document.isNull() ? FeedDocument::parse(body) : std::nullopt;
+        return *feed ? platform.readFeed(source, **feed, now) : std::nullopt;
+    };
     for (const Platform &platform : Platforms::all()) {
-        if (auto result = platform.read(source, document)) {
+        if (auto result = readWith(platform)) {
             result->makeWellFormed();
             result->checkedAt = now;
             settleNews(*result, now);

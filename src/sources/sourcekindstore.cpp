@@ -79,36 +79,33 @@ public:
     {
     }
 
-    // The platforms asked alone, in turn; then the others all at once.
-    void next(qsizetype index = 0)
+    // The platforms asked alone, in turn, from index on; then the others all at once; then
+    // the ones asked last, in turn.
+    void inTurn(Probe phase = Probe::alone, qsizetype index = 0)
     {
         const std::span<const Platform> platforms = Platforms::all();
-        while (index < qsizetype(platforms.size()) && platforms[index].probe != Probe::alone)
+        while (index < qsizetype(platforms.size()) && platforms[index].probe != phase)
             ++index;
         if (index == qsizetype(platforms.size())) {
-            together();
+            if (phase == Probe::alone)
+                together();
+            else
+                finish(SourceKind::atlassian); // a host that answers HTTP with none of them
             return;
         }
         const Platform &platform = platforms[index];
-        ask(platform, [this, index, &platform](const network::Response &response) {
-            if (index == firstAlone() && !answered(response))
+        const bool first = phase == Probe::alone && !m_asked++;
+        ask(platform, [this, phase, index, first, &platform](const network::Response &response) {
+            if (first && !answered(response))
                 finish(std::nullopt);
             else if (recognized(platform, response))
                 finish(platform.kind);
             else
-                next(index + 1);
+                inTurn(phase, index + 1);
         });
     }
 
 private:
-    static qsizetype firstAlone()
-    {
-        const std::span<const Platform> platforms = Platforms::all();
-        return std::find_if(platforms.begin(), platforms.end(),
-                            [](const Platform &p) { return p.probe == Probe::alone; }) -
-               platforms.begin();
-    }
-
     // The first in table order whose document came wins.
     void together()
     {
@@ -124,8 +121,10 @@ private:
                 if (--m_pending > 0)
                     return;
                 const qsizetype first = m_found.indexOf(true);
-                // A host that answers HTTP with none of them: as before.
-                finish(first < 0 ? SourceKind::atlassian : *m_together[first]->kind);
+                if (first < 0)
+                    inTurn(Probe::last);
+                else
+                    finish(*m_together[first]->kind);
             });
         }
     }
@@ -138,7 +137,7 @@ private:
     static bool recognized(const Platform &platform, const network::Response &response)
     {
         return answered(response) &&
-               Platforms::recognizes(platform, *response.httpStatus, parseJson(response.body));
+               Platforms::recognizes(platform, *response.httpStatus, response.body);
     }
 
     void ask(const Platform &platform, std::function<void(const network::Response &)> then)
@@ -168,6 +167,7 @@ private:
     QList<const Platform *> m_together;
     QList<bool> m_found;
     int m_pending = 0;
+    int m_asked = 0;
 };
 
 } // namespace
@@ -179,7 +179,7 @@ void SourceKindStore::probe(const QString &host, network::Session &session, QObj
         done(std::nullopt);
         return;
     }
-    (new KindProbe(host, session, context, std::move(done)))->next();
+    (new KindProbe(host, session, context, std::move(done)))->inTurn();
 }
 
 } // namespace lanternic

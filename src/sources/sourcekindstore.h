@@ -32,9 +32,9 @@ public:
 
     // Asks the host which platform it is on, within the session's probe limit in all: the
     // platforms probed alone in turn (an incident.io widget, then a Statuspage summary), then
-    // all the others that live on a page's own host at once. done gets the kind whose document
-    // came, atlassian when the host answered HTTP but with none of them, and nothing when the
-    // host could not be reached.
+    // all the others that live on a page's own host at once, then its feeds (/history.atom,
+    // /feed) in turn. done gets the kind whose document came, atlassian when the host answered
+    // HTTP but with none of them, and nothing when the host could not be reached.
     static void probe(const QString &host, network::Session &session, QObject *context,
                       std::function<void(std::optional<SourceKind>)> done);
 

@@ -1,3 +1,4 @@
+#include "sources/readers/feeddocument.h"
 #include "sources/readers/incidentio.h"
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/platforms.h"
@@ -83,6 +84,32 @@ QStringList news(const SourceResult &result)
                                                             m.url ? m.url->toString() : u"-"_s));
     }
     return lines;
+}
+
+QByteArray rss(const QByteArray &items)
+{
+    return "<?xml version=\"1.0\"?><rss version=\"2.0\"><channel><title>T</title>" + items +
+           "</channel></rss>";
+}
+
+// An item of a status feed; an empty link or date is left out.
+QByteArray item(const QByteArray &title, const QByteArray &link = {}, const QByteArray &text = {},
+                const QByteArray &date = "Sun, 22 Nov 2026 19:00:00 GMT")
+{
+    QByteArray out = "<item><title>" + title + "</title><description>" + text + "</description>";
+    if (!link.isEmpty())
+        out += "<link>" + link + "</link>";
+    if (!date.isEmpty())
+        out += "<pubDate>" + date + "</pubDate>";
+    return out + "</item>";
+}
+
+QByteArray repeated(const QByteArray &part, int times)
+{
+    QByteArray out;
+    for (int i = 0; i < times; ++i)
+        out += part;
+    return out;
 }
 
 } // namespace
@@ -390,6 +417,145 @@ private Q_SLOTS:
         QTEST(::news(result), "expected");
     }
 
+    void feeds_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QStringList>("incidents"); // "name | stage | impact | started"
+        const QString feed = u"https://status.example.org/feed"_s;
+        const QString azure = u"https://azure.status.microsoft/en-us/status/feed/"_s;
+        const QString aws = u"https://status.aws.amazon.com/rss/all.rss"_s;
+        // The newest entry of each incident decides; resolved, or quiet for a day, is over.
+        QTest::newRow("Statuspage history (Atom)")
+            << feed << fixture(u"statuspage-history.atom"_s)
+            << u"degraded | Disruption with some GitHub services | "_s
+            << QStringList{u"Disruption with some GitHub services | investigating |  | "
+                           u"2026-11-22T18:38:12Z"_s};
+        QTest::newRow("general RSS, items grouped by link")
+            << feed << fixture(u"cachet-feed.rss"_s)
+            << u"degraded | Investigating: Mail delivery delayed | "_s
+            << QStringList{u"Investigating: Mail delivery delayed | investigating |  | "
+                           u"2026-11-22T18:50:00Z"_s};
+        QTest::newRow("AWS, one service-region")
+            << u"https://status.aws.amazon.com/rss/ec2-us-east-1.rss"_s
+            << fixture(u"aws-ec2-us-east-1.rss"_s) << u"degraded | Increased API error rates | "_s
+            << QStringList{u"Increased API error rates | investigating | minor | "
+                           u"2026-11-22T19:52:00Z"_s};
+        QTest::newRow("AWS, several service-regions")
+            << aws << fixture(u"aws-all.rss"_s)
+            << u"down | lambda-us-west-2 \u2014 down | lambda-us-west-2=down(down), "
+               u"iam-us-east-1=operational(operational), s3-eu-west-1=operational(operational)"_s
+            << QStringList{u"Elevated error rates | investigating | major | 2026-11-22T19:40:00Z"_s,
+                           u"Console sign-in latency | investigating | none | "
+                           u"2026-11-22T18:15:00Z"_s};
+        QTest::newRow("Azure, an event going on")
+            << azure << fixture(u"azure-status.rss"_s)
+            << u"degraded | Active - Azure Front Door - Intermittent connectivity issues | "_s
+            << QStringList{u"Active - Azure Front Door - Intermittent connectivity issues | "
+                           u"investigating |  | 2026-11-22T18:05:00Z"_s};
+        QTest::newRow("Azure, all well")
+            << azure << rss({}) << u"operational | Operational | "_s << QStringList{};
+        QTest::newRow("empty feed")
+            << feed << rss({}) << u"operational | Operational | "_s << QStringList{};
+        QTest::newRow("[RESOLVED], Completed and Postmortem are over")
+            << feed
+            << rss(item("[RESOLVED] Queue delays", "https://s.example/1") +
+                   item("Maintenance", "https://s.example/2", "Completed - done") +
+                   item("Outage", "https://s.example/3", "Postmortem - what happened"))
+            << u"operational | Operational | "_s << QStringList{};
+        QTest::newRow("older than a day is over")
+            << feed
+            << rss(item("Investigating: DNS", "https://s.example/1", {},
+                        "Fri, 20 Nov 2026 19:00:00 GMT"))
+            << u"operational | Operational | "_s << QStringList{};
+        QTest::newRow("first stage word in the text, markup removed")
+            << feed
+            << rss(item("&lt;b&gt;API &amp;amp; DB&lt;/b&gt;", "https://s.example/1",
+                        "&lt;p&gt;&lt;strong&gt;Monitoring&lt;/strong&gt; - fixed. "
+                        "Investigating - slow.&lt;/p&gt;"))
+            << u"degraded | API & DB | "_s
+            << QStringList{u"API & DB | monitoring |  | 2026-11-22T19:00:00Z"_s};
+        QTest::newRow("several incidents, without links by guid")
+            << feed
+            << rss("<item><title>Investigating: A</title><guid>a</guid></item>"
+                   "<item><title>Resolved: A</title><guid>a</guid>"
+                   "<pubDate>Sun, 22 Nov 2026 19:30:00 GMT</pubDate></item>"
+                   "<item><title>Identified: B</title><guid>b</guid></item>")
+            << u"degraded | Identified: B | "_s
+            << QStringList{u"Identified: B | identified |  | -"_s};
+        QTest::newRow("titles not AWS's read by the general rule")
+            << aws << rss(item("Service disruption: X", "https://s.example/1") + item("Other"))
+            << u"degraded | Service disruption: X | "_s
+            << QStringList{u"Service disruption: X | investigating |  | 2026-11-22T19:00:00Z"_s,
+                           u"Other | investigating |  | 2026-11-22T19:00:00Z"_s};
+        QTest::newRow("10,000 items read within bounds")
+            << feed << rss(repeated(item("Resolved: A", "https://s.example/1"), 10000))
+            << u"operational | Operational | "_s << QStringList{};
+        // Not feeds at all.
+        QTest::newRow("HTML page")
+            << feed << QByteArray("<!DOCTYPE html><html><body>Status</body></html>") << unrecognized
+            << QStringList{};
+        QTest::newRow("XML of another root")
+            << feed << QByteArray("<?xml version=\"1.0\"?><urlset><url/></urlset>") << unrecognized
+            << QStringList{};
+        QTest::newRow("rss without a channel")
+            << feed << QByteArray("<rss version=\"2.0\"><item><title>A</title></item></rss>")
+            << unrecognized << QStringList{};
+        QTest::newRow("billion laughs")
+            << feed
+            << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE rss [<!ENTITY a \"aaaaaaaaaa\">"
+                          "<!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
+                          "<!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">]>"
+                          "<rss><channel><item><title>&c;</title></item></channel></rss>")
+            << unrecognized << QStringList{};
+        QTest::newRow("external entity")
+            << feed
+            << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE rss [<!ENTITY x SYSTEM "
+                          "\"file:///etc/passwd\">]><rss><channel><item><title>&x;</title>"
+                          "</item></channel></rss>")
+            << unrecognized << QStringList{};
+        QTest::newRow("deep nesting")
+            << feed
+            << rss("<item><title>A</title><description>" + repeated("<b>", 100) +
+                   repeated("</b>", 100) + "</description></item>")
+            << unrecognized << QStringList{};
+    }
+
+    void feeds()
+    {
+        QFETCH(QString, url);
+        QFETCH(QByteArray, body);
+        JSONSource feedSource = source();
+        feedSource.url = QUrl(url);
+        const SourceResult result = SourceCheck::read(
+            feedSource, body, QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate));
+        QTEST(outline(result), "expected");
+        QStringList incidents;
+        for (const Incident &i : result.incidents)
+            incidents.append(
+                u"%1 | %2 | %3 | %4"_s.arg(i.name, i.stage, i.impact, instant(i.startedAt)));
+        QTEST(incidents, "incidents");
+    }
+
+    void feedDates_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("utc");
+        QTest::newRow("GMT") << u"Sun, 22 Nov 2026 19:00:00 GMT"_s << u"2026-11-22T19:00:00Z"_s;
+        QTest::newRow("PST") << u"Sun, 22 Nov 2026 11:52:00 PST"_s << u"2026-11-22T19:52:00Z"_s;
+        QTest::newRow("offset, no weekday, no seconds")
+            << u"22 Nov 2026 21:30 +0130"_s << u"2026-11-22T20:00:00Z"_s;
+        QTest::newRow("no zone") << u"Sun, 22 Nov 2026 19:00:00"_s << u"-"_s;
+        QTest::newRow("no such day") << u"31 Feb 2026 19:00:00 GMT"_s << u"-"_s;
+    }
+
+    void feedDates()
+    {
+        QFETCH(QString, text);
+        QTEST(instant(parseFeedDate(text)), "utc");
+    }
+
     // Each reader accepts its own platform's documents and nobody else's.
     void shapeTestsAcceptOnlyTheirOwn()
     {
@@ -404,6 +570,8 @@ private Q_SLOTS:
         for (const QString &file : files) {
             const QJsonDocument document = parseJson(fixture(file));
             for (const Platform &platform : Platforms::all()) {
+                if (!platform.read)
+                    continue;
                 const QString name =
                     prefixes.value(platform.displayName, QString(platform.displayName).toLower());
                 const bool own = file.startsWith(name);

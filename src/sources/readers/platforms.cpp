@@ -1,7 +1,9 @@
 #include "sources/readers/platforms.h"
 
 #include "model/urls.h"
+#include "sources/readers/feeddocument.h"
 #include "sources/readers/incidentio.h"
+#include "sources/readers/jsondecoder.h"
 #include "sources/readers/relayfeed.h"
 #include "sources/readers/statuspage.h"
 #include "sources/readers/updog.h"
@@ -22,6 +24,13 @@ std::optional<SourceResult> slack(const JSONSource &, const QJsonDocument &);
 std::optional<SourceResult> openStatus(const JSONSource &, const QJsonDocument &);
 } // namespace PlatformReaders
 
+// The feeds' readers: the two clouds', then any status feed's.
+namespace FeedReaders {
+std::optional<SourceResult> aws(const JSONSource &, const FeedDocument &, const QDateTime &);
+std::optional<SourceResult> azure(const JSONSource &, const FeedDocument &, const QDateTime &);
+std::optional<SourceResult> statusFeed(const JSONSource &, const FeedDocument &, const QDateTime &);
+} // namespace FeedReaders
+
 namespace {
 
 std::optional<QUrl> below(const QString &host, const std::optional<QString> &subpage,
@@ -41,46 +50,98 @@ constexpr char instatusSummary[] = "/summary.json";
 constexpr char betterStackIndex[] = "/index.json";
 constexpr char cachetComponents[] = "/api/v1/components";
 constexpr char gatusStatuses[] = "/api/v1/endpoints/statuses";
+constexpr char historyAtom[] = "/history.atom";
+constexpr char feedPath[] = "/feed";
 
 bool isSuccess(int httpStatus)
 {
     return httpStatus >= 200 && httpStatus < 300;
 }
 
-bool isStatuspageSummary(int httpStatus, const QJsonDocument &document)
+bool isStatuspageSummary(int httpStatus, const QByteArray &body)
 {
-    return isSuccess(httpStatus) && StatuspageSource::decode(document).has_value();
+    return isSuccess(httpStatus) && StatuspageSource::decode(parseJson(body)).has_value();
 }
 
 // A widget-shaped body counts only with a 200: an error page may be shaped like one.
-bool isIncidentWidget(int httpStatus, const QJsonDocument &document)
+bool isIncidentWidget(int httpStatus, const QByteArray &body)
 {
-    return httpStatus == 200 && IncidentIOSource::looksLikeIncidentWidget(document);
+    return httpStatus == 200 && IncidentIOSource::looksLikeIncidentWidget(parseJson(body));
 }
 
 using namespace PlatformReaders;
+using namespace FeedReaders;
 
 // Detection order: our own feed, incident.io, Updog and Statuspage, then the smaller platforms
-// (whose shape tests are narrower than Statuspage's is lenient).
+// (whose shape tests are narrower than Statuspage's is lenient), then the feeds: AWS's and
+// Azure's before the rule for any status feed, which takes every feed.
 const Platform table[] = {
     {"lanternic.v1"_L1, &RelayFeedSource::parse},
-    {"incident.io"_L1, &IncidentIOSource::parse, SourceKind::incidentio, "incidentio"_L1,
-     "incidentio"_L1, &IncidentIOSource::widgetURL, Probe::alone, &isIncidentWidget},
+    {.displayName = "incident.io"_L1,
+     .read = &IncidentIOSource::parse,
+     .kind = SourceKind::incidentio,
+     .storedName = "incidentio"_L1,
+     .catalogName = "incidentio"_L1,
+     .document = &IncidentIOSource::widgetURL,
+     .probe = Probe::alone,
+     .recognizes = &isIncidentWidget},
     {"Updog"_L1, &UpdogSource::parse},
-    {"Statuspage"_L1, &StatuspageSource::parse, SourceKind::atlassian, "atlassian"_L1,
-     "statuspage"_L1, &document<summaryJson>, Probe::alone, &isStatuspageSummary},
-    {"Instatus"_L1, &instatus, SourceKind::instatus, "instatus"_L1, "instatus"_L1,
-     &document<instatusSummary>, Probe::together},
-    {"Better Stack"_L1, &betterStack, SourceKind::betterstack, "betterstack"_L1, "betterstack"_L1,
-     &document<betterStackIndex>, Probe::together},
+    {.displayName = "Statuspage"_L1,
+     .read = &StatuspageSource::parse,
+     .kind = SourceKind::atlassian,
+     .storedName = "atlassian"_L1,
+     .catalogName = "statuspage"_L1,
+     .document = &document<summaryJson>,
+     .probe = Probe::alone,
+     .recognizes = &isStatuspageSummary},
+    {.displayName = "Instatus"_L1,
+     .read = &instatus,
+     .kind = SourceKind::instatus,
+     .storedName = "instatus"_L1,
+     .catalogName = "instatus"_L1,
+     .document = &document<instatusSummary>,
+     .probe = Probe::together},
+    {.displayName = "Better Stack"_L1,
+     .read = &betterStack,
+     .kind = SourceKind::betterstack,
+     .storedName = "betterstack"_L1,
+     .catalogName = "betterstack"_L1,
+     .document = &document<betterStackIndex>,
+     .probe = Probe::together},
     {"status.io"_L1, &statusIo},
-    {"Cachet"_L1, &cachet, SourceKind::cachet, "cachet"_L1, "cachet"_L1,
-     &document<cachetComponents>, Probe::together},
-    {"Gatus"_L1, &gatus, SourceKind::gatus, "gatus"_L1, "gatus"_L1, &document<gatusStatuses>,
-     Probe::together},
+    {.displayName = "Cachet"_L1,
+     .read = &cachet,
+     .kind = SourceKind::cachet,
+     .storedName = "cachet"_L1,
+     .catalogName = "cachet"_L1,
+     .document = &document<cachetComponents>,
+     .probe = Probe::together},
+    {.displayName = "Gatus"_L1,
+     .read = &gatus,
+     .kind = SourceKind::gatus,
+     .storedName = "gatus"_L1,
+     .catalogName = "gatus"_L1,
+     .document = &document<gatusStatuses>,
+     .probe = Probe::together},
     {"Google"_L1, &google},
     {"Slack"_L1, &slack},
     {"OpenStatus"_L1, &openStatus},
+    {.displayName = "AWS Health Dashboard"_L1, .readFeed = &aws},
+    {.displayName = "Azure status"_L1, .readFeed = &azure},
+    {.displayName = "feed"_L1,
+     .readFeed = &statusFeed,
+     .kind = SourceKind::atomFeed,
+     .storedName = "atom"_L1,
+     .catalogName = "atom"_L1,
+     .document = &document<historyAtom>,
+     .probe = Probe::last},
+    {.displayName = "feed"_L1,
+     .readFeed = &statusFeed,
+     .kind = SourceKind::feed,
+     .storedName = "feed"_L1,
+     .catalogName = "feed"_L1,
+     .document = &document<feedPath>,
+     .probe = Probe::last},
 };
 
 } // namespace
@@ -119,11 +180,16 @@ std::optional<SourceKind> kindFromCatalogName(QStringView name)
     return std::nullopt;
 }
 
-bool recognizes(const Platform &platform, int httpStatus, const QJsonDocument &document)
+bool recognizes(const Platform &platform, int httpStatus, const QByteArray &body)
 {
-    return platform.recognizes
-               ? platform.recognizes(httpStatus, document)
-               : isSuccess(httpStatus) && platform.read(JSONSource(), document).has_value();
+    if (platform.recognizes)
+        return platform.recognizes(httpStatus, body);
+    if (!isSuccess(httpStatus))
+        return false;
+    if (platform.read)
+        return platform.read(JSONSource(), parseJson(body)).has_value();
+    const std::optional<FeedDocument> feed = FeedDocument::parse(body);
+    return feed && platform.readFeed(JSONSource(), *feed, QDateTime::currentDateTimeUtc());
 }
 
 } // namespace Platforms

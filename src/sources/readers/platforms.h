@@ -13,23 +13,40 @@
 namespace lanternic {
 
 // The page kind of a bare host: which platform's document it publishes its status in.
-enum class SourceKind { atlassian, incidentio, instatus, betterstack, cachet, gatus };
+enum class SourceKind {
+    atlassian,
+    incidentio,
+    instatus,
+    betterstack,
+    cachet,
+    gatus,
+    atomFeed,
+    feed
+};
+
+struct FeedDocument;
 
 // Every reader has this shape: a pure function giving nothing when the document is not in its
 // platform's format, which no other platform's document passes.
 using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
+// The readers of RSS and Atom feeds, tried after every JSON reader has declined a body; now
+// tells which incidents are too old to be open.
+using FeedReader = std::optional<SourceResult> (*)(const JSONSource &, const FeedDocument &,
+                                                   const QDateTime &now);
 
 // How a bare host is asked whether it is on the platform.
 enum class Probe {
     never,    // not found on a page's own host
     alone,    // asked on its own, in table order, before the others
     together, // asked at once with the others of its kind, the first in table order wins
+    last,     // asked on its own, in table order, when all the others declined
 };
 
 // One status platform: everything the rest of the system needs to know of it.
 struct Platform {
     QLatin1StringView displayName; // "Statuspage", as source lines are described
-    Reader read = nullptr;
+    Reader read = nullptr;         // a JSON platform's; or
+    FeedReader readFeed = nullptr; // a feed's
     // For platforms found on a page's own host: the kind, its name in the stored kind cache,
     // the catalogue's word for it, the document below the host, and how it is probed.
     std::optional<SourceKind> kind = std::nullopt;
@@ -39,9 +56,9 @@ struct Platform {
     std::optional<QUrl> (*document)(const QString &host,
                                     const std::optional<QString> &subpage) = nullptr;
     Probe probe = Probe::never;
-    // Whether a probe's answer (HTTP status and document) is the platform's; when not set, a
-    // 2xx answer that the reader accepts.
-    bool (*recognizes)(int httpStatus, const QJsonDocument &) = nullptr;
+    // Whether a probe's answer (HTTP status and body) is the platform's; when not set, a 2xx
+    // answer that the reader accepts.
+    bool (*recognizes)(int httpStatus, const QByteArray &body) = nullptr;
 };
 
 namespace Platforms {
@@ -56,7 +73,7 @@ std::optional<SourceKind> kindFromStoredName(QStringView name);
 std::optional<SourceKind> kindFromCatalogName(QStringView name);
 
 // Whether a probe's answer is the platform's.
-bool recognizes(const Platform &platform, int httpStatus, const QJsonDocument &document);
+bool recognizes(const Platform &platform, int httpStatus, const QByteArray &body);
 
 } // namespace Platforms
 
