@@ -1,10 +1,13 @@
 // Reading a large Statuspage summary: through the whole detection chain versus the
 // Statuspage reader alone. The chain parses the body once, so the two should be close. Then a
 // body that no reader accepts, of 5 KB and 1 MB, through all twelve shape tests against one
-// reader's parse of it; and the catalogue's search as it answers each keystroke.
+// reader's parse of it; a 1 MB status feed read whole; a 1 MB HTML page through the whole chain
+// against the JSON readers alone (what the feeds' shape tests add); and the catalogue's search
+// as it answers each keystroke.
 
 #include "config/catalog.h"
 #include "sources/readers/jsondecoder.h"
+#include "sources/readers/platforms.h"
 #include "sources/readers/statuspage.h"
 #include "sources/sourcecheck.h"
 
@@ -143,6 +146,72 @@ void UnrecognizedOneReader(benchmark::State &state)
     }
 }
 
+// A status feed of about 1 MB: 1,000 items (as many as are read) of about 1 KB, in 250
+// incidents of four updates each.
+QByteArray largeFeed()
+{
+    QByteArray feed = "<?xml version=\"1.0\"?><rss version=\"2.0\"><channel><title>T</title>";
+    const QByteArray text(900, 'x');
+    for (int i = 0; i < 1000; ++i) {
+        feed += "<item><title>Investigating: incident " + QByteArray::number(i / 4) +
+                "</title><link>https://status.example.com/incidents/" + QByteArray::number(i / 4) +
+                "</link><description>&lt;p&gt;" + text +
+                "&lt;/p&gt;</description><pubDate>Sun, 22 Nov 2026 19:00:00 GMT</pubDate></item>";
+    }
+    return feed + "</channel></rss>";
+}
+
+void FeedOneMegabyte(benchmark::State &state)
+{
+    const QByteArray body = largeFeed();
+    const JSONSource s = source();
+    const QDateTime now = QDateTime::fromString(u"2026-11-22T20:00:00Z"_s, Qt::ISODate);
+    for (auto _ : state) {
+        SourceResult result = SourceCheck::read(s, body, now);
+        benchmark::DoNotOptimize(result);
+    }
+    if (SourceCheck::read(s, body, now).incidents.size() != 50)
+        state.SkipWithError("the feed was not read as expected");
+    state.counters["bodyBytes"] = double(body.size());
+}
+
+// A web page of about 1 MB, as a status page's address answers when it moved.
+QByteArray htmlPage(bool doctype)
+{
+    QByteArray page = doctype ? "<!DOCTYPE html>\n<html><head><title>Status</title></head><body>"
+                              : "<html><head><title>Status</title></head><body>";
+    while (page.size() < 1024 * 1024)
+        page += "<div class=\"row\"><span>Component</span><span>Operational</span></div>\n";
+    return page + "</body></html>";
+}
+
+void HtmlPageWholeChain(benchmark::State &state)
+{
+    const QByteArray body = htmlPage(state.range(0));
+    const JSONSource s = source();
+    for (auto _ : state) {
+        SourceResult result = SourceCheck::read(s, body);
+        benchmark::DoNotOptimize(result);
+    }
+    if (SourceCheck::read(s, body).detail != u"Unrecognized status format"_s)
+        state.SkipWithError("a reader accepted the page");
+}
+
+void HtmlPageJsonReadersOnly(benchmark::State &state)
+{
+    const QByteArray body = htmlPage(state.range(0));
+    const JSONSource s = source();
+    for (auto _ : state) {
+        const QJsonDocument document = parseJson(body);
+        for (const Platform &platform : Platforms::all()) {
+            if (platform.read) {
+                auto reading = platform.read(s, document);
+                benchmark::DoNotOptimize(reading);
+            }
+        }
+    }
+}
+
 // One search a keystroke, as "Add service…" runs it while "cloudflare" is typed.
 void CatalogSearchPerKeystroke(benchmark::State &state)
 {
@@ -164,6 +233,9 @@ BENCHMARK(DetectionChain)->Unit(benchmark::kMicrosecond);
 BENCHMARK(StatuspageReaderAlone)->Unit(benchmark::kMicrosecond);
 BENCHMARK(UnrecognizedChain)->Arg(5 * 1024)->Arg(1024 * 1024)->Unit(benchmark::kMicrosecond);
 BENCHMARK(UnrecognizedOneReader)->Arg(5 * 1024)->Arg(1024 * 1024)->Unit(benchmark::kMicrosecond);
+BENCHMARK(FeedOneMegabyte)->Unit(benchmark::kMicrosecond);
+BENCHMARK(HtmlPageWholeChain)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(HtmlPageJsonReadersOnly)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(CatalogSearchPerKeystroke)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();

@@ -9,7 +9,7 @@ build="build-fuzz"
 
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
     -DLANTERNIC_FUZZ=ON -DLANTERNIC_BUILD_TESTS=OFF -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
-targets=(detection stored sourcelines appcast)
+targets=(detection feeds stored sourcelines appcast)
 cmake --build "$build" -j "$(nproc)" --target "${targets[@]/#/fuzz_}"
 
 for target in "${targets[@]}"; do
@@ -17,6 +17,8 @@ for target in "${targets[@]}"; do
     mkdir -p "$corpus"
     if [ "$target" = detection ]; then
         cp samples/*.json fuzz/corpus/detection/* "$corpus/"
+    elif [ "$target" = feeds ]; then
+        cp samples/*.rss samples/*.atom fuzz/corpus/feeds/* "$corpus/"
     else
         cp fuzz/corpus/"$target"/* "$corpus/"
     fi

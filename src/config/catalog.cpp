@@ -21,7 +21,9 @@ QString CatalogEntry::sourceLine() const
 {
     const QUrl page(url);
     QString value = page.host() + (page.path() == "/"_L1 ? QString() : page.path());
-    if (platform == "google"_L1)
+    if (platform == "feed"_L1)
+        value = url;
+    else if (platform == "google"_L1)
         value = url + (url.endsWith(u'/') ? ""_L1 : "/"_L1) + "incidents.json"_L1;
     else if (platform == "slack"_L1)
         value = u"https://"_s + page.host() + u"/api/v2.0.0/current"_s;

@@ -13,12 +13,12 @@ namespace lanternic {
 struct CatalogEntry {
     QString name;
     QString url;      // the page's address as listed
-    QString platform; // "statuspage", "incidentio", …, or "unknown"
+    QString platform; // "statuspage", "incidentio", …, "feed" (url is the feed), or "unknown"
 
     bool operator==(const CatalogEntry &) const = default;
 
-    // The source line that watches it: "Name=host", or the feed's address where the platform
-    // publishes it elsewhere (Google, Slack).
+    // The source line that watches it: "Name=host", or the document's address where the
+    // platform publishes it elsewhere (Google, Slack) or the entry is a feed.
     QString sourceLine() const;
     // The page kind to remember for its host, so that adding it needs no probe.
     std::optional<std::pair<QString, SourceKind>> knownKind() const;

@@ -183,8 +183,9 @@ private Q_SLOTS:
             "Acme\thttps://status.gitacme.example\tinstatus\tstatusphere\n"
             "Slack\thttps://slack-status.com\tslack\tsentry\n"
             "Google Cloud\thttps://status.cloud.google.com\tgoogle\tsentry\n"
+            "AWS (feed)\thttps://status.aws.amazon.com/rss/all.rss\tfeed\tlanternic\n"
             "No address\tnot a url\tunknown\tsentry\n");
-        QCOMPARE(catalog.entries().size(), 7);
+        QCOMPARE(catalog.entries().size(), 8);
         QStringList names;
         for (const CatalogEntry &entry : catalog.search({u"Git"_s}))
             names.append(entry.name);
@@ -192,7 +193,7 @@ private Q_SLOTS:
                                      u"Acme"_s}));
         QCOMPARE(catalog.search({u"git"_s, u"hub"_s}).size(), 1);
         QVERIFY(catalog.search({u"nothing like it"_s}).isEmpty());
-        QCOMPARE(catalog.search({}).size(), 7);
+        QCOMPARE(catalog.search({}).size(), 8);
 
         const QList<CatalogEntry> all = catalog.entries();
         QCOMPARE(all[2].sourceLine(), u"GitHub=www.githubstatus.com"_s);
@@ -202,7 +203,9 @@ private Q_SLOTS:
         QCOMPARE(all[5].sourceLine(), u"Slack=https://slack-status.com/api/v2.0.0/current"_s);
         QCOMPARE(all[6].sourceLine(),
                  u"Google Cloud=https://status.cloud.google.com/incidents.json"_s);
-        QCOMPARE(Catalog::builtIn().entries().size(), 1207);
+        QCOMPARE(all[7].sourceLine(), u"AWS (feed)=https://status.aws.amazon.com/rss/all.rss"_s);
+        QCOMPARE(all[7].knownKind(), std::nullopt);
+        QCOMPARE(Catalog::builtIn().entries().size(), 1230);
         QVERIFY(Catalog::notices().contains(u"Copyright (c) 2024 Metoro Inc."_s));
     }
 

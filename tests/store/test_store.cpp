@@ -150,15 +150,21 @@ private Q_SLOTS:
     // again, and reads as unrecognised meanwhile, never as degraded.
     void otherPlatformsAndPagesThatMove()
     {
-        LoopbackServer instatus, moving;
+        LoopbackServer instatus, moving, feed;
         instatus.route("/summary.json", {200, fixture(u"instatus-summary.json"_s), {}});
         moving.route("/api/v2/summary.json", {200, fixture(u"statuspage-summary.json"_s), {}});
-        otherHosts = {{u"insta.example"_s, instatus.port()}, {u"moving.example"_s, moving.port()}};
-        makeStore(u"I=insta.example\nM=moving.example"_s);
+        // A host with nothing but a feed is asked for one last.
+        feed.route("/feed", {200, fixture(u"cachet-feed.rss"_s), {}});
+        otherHosts = {{u"insta.example"_s, instatus.port()},
+                      {u"moving.example"_s, moving.port()},
+                      {u"feed.example"_s, feed.port()}};
+        makeStore(u"I=insta.example\nM=moving.example\nF=feed.example"_s);
         pass();
         QCOMPARE(kinds->cache().value(u"insta.example"_s), SourceKind::instatus);
         QCOMPARE(kinds->cache().value(u"moving.example"_s), SourceKind::atlassian);
+        QCOMPARE(kinds->cache().value(u"feed.example"_s), SourceKind::feed);
         QCOMPARE(store->results()[0].detail, u"Queue delays for image models"_s);
+        QVERIFY(!store->results()[2].error);
 
         moving.route(
             "/api/v2/summary.json",

@@ -12,8 +12,9 @@ namespace {
 
 constexpr auto atomNamespace = "http://www.w3.org/2005/Atom"_L1;
 
-// The element's text, whatever markup (Atom's xhtml content) it holds, within the cap.
-QString elementText(QXmlStreamReader &xml, int depth)
+// The element's text, whatever markup (Atom's xhtml content) it holds, within the cap; with
+// keep false, the element is only read past.
+QString elementText(QXmlStreamReader &xml, int depth, bool keep = true)
 {
     QString text;
     int inner = 0;
@@ -30,7 +31,7 @@ QString elementText(QXmlStreamReader &xml, int depth)
                 return text;
             break;
         case QXmlStreamReader::Characters:
-            if (text.size() < FeedDocument::maximumTextLength)
+            if (keep && text.size() < FeedDocument::maximumTextLength)
                 text += xml.text().left(FeedDocument::maximumTextLength - text.size());
             break;
         default:
@@ -46,32 +47,69 @@ QDateTime instant(const QString &text, FeedDocument::Format format)
                                                 : parseFeedDate(text.trimmed());
 }
 
+enum class Field { other, title, link, id, text, content, published, updated };
+
+Field fieldOf(QStringView name)
+{
+    static const std::pair<QLatin1StringView, Field> fields[] = {{"title"_L1, Field::title},
+                                                                 {"link"_L1, Field::link},
+                                                                 {"guid"_L1, Field::id},
+                                                                 {"id"_L1, Field::id},
+                                                                 {"description"_L1, Field::text},
+                                                                 {"summary"_L1, Field::text},
+                                                                 {"content"_L1, Field::content},
+                                                                 {"pubDate"_L1, Field::published},
+                                                                 {"published"_L1, Field::published},
+                                                                 {"updated"_L1, Field::updated}};
+    for (const auto &[word, field] : fields) {
+        if (name == word)
+            return field;
+    }
+    return Field::other;
+}
+
+// Reads the element just opened into the item. Decided before reading on: the reader's name
+// and attributes are gone once it has moved.
 void readField(QXmlStreamReader &xml, int depth, FeedDocument::Format format,
                FeedDocument::Item &item)
 {
-    const QStringView name = xml.name();
-    if (format == FeedDocument::Format::atom && name == "link"_L1) {
+    const Field field = fieldOf(xml.name());
+    if (format == FeedDocument::Format::atom && field == Field::link) {
         const auto attributes = xml.attributes();
         const QStringView rel = attributes.value("rel"_L1);
         if (item.link.isEmpty() && (rel.isEmpty() || rel == "alternate"_L1))
             item.link = attributes.value("href"_L1).toString().trimmed();
-        elementText(xml, depth);
+        elementText(xml, depth, false);
         return;
     }
-    const QString text = elementText(xml, depth);
-    if (name == "title"_L1)
+    const bool wanted = field != Field::other && (field != Field::content || item.text.isEmpty());
+    const QString text = elementText(xml, depth, wanted);
+    switch (field) {
+    case Field::title:
         item.title = text;
-    else if (name == "link"_L1)
+        break;
+    case Field::link:
         item.link = text.trimmed();
-    else if (name == "guid"_L1 || name == "id"_L1)
+        break;
+    case Field::id:
         item.id = text.trimmed();
-    else if (name == "description"_L1 || name == "summary"_L1 ||
-             (name == "content"_L1 && item.text.isEmpty()))
+        break;
+    case Field::text:
         item.text = text;
-    else if (name == "pubDate"_L1 || name == "published"_L1)
+        break;
+    case Field::content:
+        if (item.text.isEmpty())
+            item.text = text;
+        break;
+    case Field::published:
         item.published = instant(text, format);
-    else if (name == "updated"_L1)
+        break;
+    case Field::updated:
         item.updated = instant(text, format);
+        break;
+    case Field::other:
+        break;
+    }
 }
 
 FeedDocument::Item readItem(QXmlStreamReader &xml, int depth, FeedDocument::Format format)
@@ -165,28 +203,90 @@ std::optional<FeedDocument> FeedDocument::parse(const QByteArray &body)
 
 QString plainFeedText(const QString &markup)
 {
-    QString text;
-    text.reserve(markup.size());
+    static const std::pair<QLatin1StringView, QChar> entities[] = {
+        {"&nbsp;"_L1, u' '}, {"&lt;"_L1, u'<'},    {"&gt;"_L1, u'>'}, {"&quot;"_L1, u'"'},
+        {"&#39;"_L1, u'\''}, {"&apos;"_L1, u'\''}, {"&amp;"_L1, u'&'}};
+    // One pass, written in place: tags and runs of white space become one space, the common
+    // entities their characters.
+    QString text(markup.size(), Qt::Uninitialized);
+    QChar *out = text.data();
+    const QChar *const begin = out;
     bool inTag = false;
-    for (const QChar c : markup) {
-        // A tag parts words ("UTC</small><br><strong>Resolved"), as it would on the page.
-        if (c == u'<') {
+    bool space = true; // nothing yet, so leading space is dropped
+    const auto blank = [&] {
+        if (!space)
+            *out++ = u' ';
+        space = true;
+    };
+    const QStringView in(markup);
+    for (qsizetype i = 0; i < in.size(); ++i) {
+        const QChar c = in[i];
+        if (inTag) {
+            inTag = c != u'>';
+        } else if (c == u'<') {
+            // A tag parts words ("UTC</small><br><strong>Resolved"), as it would on the page.
             inTag = true;
-            text.append(u' ');
-        } else if (c == u'>' && inTag) {
-            inTag = false;
-        } else if (!inTag) {
-            text.append(c);
+            blank();
+        } else if (c.isSpace()) {
+            blank();
+        } else if (c == u'&') {
+            const auto entity =
+                std::find_if(std::begin(entities), std::end(entities),
+                             [&](const auto &e) { return in.sliced(i).startsWith(e.first); });
+            const QChar decoded = entity == std::end(entities) ? c : entity->second;
+            if (entity != std::end(entities))
+                i += entity->first.size() - 1;
+            if (decoded == u' ') {
+                blank();
+            } else {
+                *out++ = decoded;
+                space = false;
+            }
+        } else {
+            *out++ = c;
+            space = false;
         }
     }
-    static const std::pair<QLatin1StringView, QLatin1StringView> entities[] = {
-        {"&nbsp;"_L1, " "_L1}, {"&lt;"_L1, "<"_L1},   {"&gt;"_L1, ">"_L1},  {"&quot;"_L1, "\""_L1},
-        {"&#39;"_L1, "'"_L1},  {"&apos;"_L1, "'"_L1}, {"&amp;"_L1, "&"_L1},
-    };
-    for (const auto &[entity, character] : entities)
-        text.replace(entity, character);
-    return text.simplified();
+    if (out != begin && space)
+        --out;
+    text.truncate(out - begin);
+    return text;
 }
+
+namespace {
+
+// Digits at text[from, from + count) as a number; -1 when they are not all digits.
+int number(QStringView text, qsizetype from, qsizetype count)
+{
+    if (from + count > text.size())
+        return -1;
+    int value = 0;
+    for (const QChar c : text.sliced(from, count)) {
+        if (!c.isDigit())
+            return -1;
+        value = value * 10 + c.digitValue();
+    }
+    return value;
+}
+
+// "+0130", "GMT", "PST": seconds east of UTC; nothing for anything else.
+std::optional<int> zoneOffset(QStringView zone)
+{
+    static const std::pair<QLatin1StringView, int> named[] = {
+        {"GMT"_L1, 0},  {"UT"_L1, 0},   {"UTC"_L1, 0},  {"Z"_L1, 0},
+        {"EST"_L1, -5}, {"EDT"_L1, -4}, {"CST"_L1, -6}, {"CDT"_L1, -5},
+        {"MST"_L1, -7}, {"MDT"_L1, -6}, {"PST"_L1, -8}, {"PDT"_L1, -7}};
+    for (const auto &[name, hours] : named) {
+        if (zone == name)
+            return hours * 3600;
+    }
+    const int hhmm = zone.size() == 5 ? number(zone, 1, 4) : -1;
+    if (hhmm < 0 || (zone[0] != u'+' && zone[0] != u'-'))
+        return std::nullopt;
+    return (hhmm / 100 * 3600 + hhmm % 100 * 60) * (zone[0] == u'-' ? -1 : 1);
+}
+
+} // namespace
 
 QDateTime parseFeedDate(QStringView text)
 {
@@ -196,38 +296,26 @@ QDateTime parseFeedDate(QStringView text)
     const QList<QStringView> parts = text.trimmed().split(u' ', Qt::SkipEmptyParts);
     if (parts.size() != 5)
         return {};
-    static const QStringList months{u"Jan"_s, u"Feb"_s, u"Mar"_s, u"Apr"_s, u"May"_s, u"Jun"_s,
-                                    u"Jul"_s, u"Aug"_s, u"Sep"_s, u"Oct"_s, u"Nov"_s, u"Dec"_s};
-    const int month = int(months.indexOf(parts[1].left(3).toString())) + 1;
-    bool dayOk = false, yearOk = false;
-    const int day = parts[0].toInt(&dayOk);
-    int year = parts[2].toInt(&yearOk);
-    if (yearOk && parts[2].size() == 2)
-        year += 1900 + (year < 50 ? 100 : 0);
-    const QTime time =
-        QTime::fromString(parts[3].toString(), parts[3].size() == 5 ? u"HH:mm"_s : u"HH:mm:ss"_s);
-    const QDate date(year, month, day);
-    if (!dayOk || !yearOk || month == 0 || !date.isValid() || !time.isValid())
+    static constexpr QLatin1StringView months[] = {"Jan"_L1, "Feb"_L1, "Mar"_L1, "Apr"_L1,
+                                                   "May"_L1, "Jun"_L1, "Jul"_L1, "Aug"_L1,
+                                                   "Sep"_L1, "Oct"_L1, "Nov"_L1, "Dec"_L1};
+    const auto month = std::find(std::begin(months), std::end(months), parts[1].left(3));
+    const int day = parts[0].size() <= 2 ? number(parts[0], 0, parts[0].size()) : -1;
+    int year =
+        parts[2].size() == 4 || parts[2].size() == 2 ? number(parts[2], 0, parts[2].size()) : -1;
+    if (parts[2].size() == 2 && year >= 0)
+        year += year < 50 ? 2000 : 1900;
+    const QStringView clock = parts[3];
+    const bool seconds = clock.size() == 8;
+    const int hour = number(clock, 0, 2), minute = number(clock, 3, 2);
+    const int second = seconds ? number(clock, 6, 2) : 0;
+    const std::optional<int> offset = zoneOffset(parts[4]);
+    const QDate date(year, int(month - std::begin(months)) + 1, day);
+    const QTime time(hour, minute, second);
+    if ((clock.size() != 5 && !seconds) || clock[2] != u':' || (seconds && clock[5] != u':') ||
+        month == std::end(months) || !date.isValid() || !time.isValid() || !offset)
         return {};
-    static const QHash<QString, int> zones{
-        {u"GMT"_s, 0},  {u"UT"_s, 0},   {u"UTC"_s, 0},  {u"Z"_s, 0},
-        {u"EST"_s, -5}, {u"EDT"_s, -4}, {u"CST"_s, -6}, {u"CDT"_s, -5},
-        {u"MST"_s, -7}, {u"MDT"_s, -6}, {u"PST"_s, -8}, {u"PDT"_s, -7},
-    };
-    const QString zone = parts[4].toString();
-    int offset = 0;
-    if (auto named = zones.constFind(zone); named != zones.constEnd()) {
-        offset = *named * 3600;
-    } else if (zone.size() == 5 && (zone[0] == u'+' || zone[0] == u'-')) {
-        bool ok = false;
-        const int hhmm = zone.sliced(1).toInt(&ok);
-        if (!ok)
-            return {};
-        offset = (hhmm / 100 * 3600 + hhmm % 100 * 60) * (zone[0] == u'-' ? -1 : 1);
-    } else {
-        return {};
-    }
-    return QDateTime(date, time, Qt::UTC).addSecs(-offset);
+    return QDateTime(date, time, Qt::UTC).addSecs(-*offset);
 }
 
 } // namespace lanternic
