@@ -9,11 +9,12 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 
 // Azure's feed lists the events going on now, and nothing while all is well. It is known by
-// the host it comes from: its items look like any feed's.
+// the host it comes from (or, read from a file, the home page given): its items look like any
+// feed's.
 std::optional<SourceResult> azure(const JSONSource &source, const FeedDocument &feed,
                                   const QDateTime &)
 {
-    const QString host = source.url.host();
+    const QString host = (source.url.isEmpty() ? source.homeURL : source.url).host();
     if (host != "azure.status.microsoft"_L1 && !host.endsWith(".azure.status.microsoft"_L1))
         return std::nullopt;
     SourceResult result = start(source);
