@@ -1,6 +1,7 @@
 #include "model/urls.h"
 #include "sources/readers/feeddocument.h"
 #include "sources/readers/jsondecoder.h"
+#include "sources/readers/newsreader.h"
 #include "sources/readers/readerkit.h"
 
 #include <QRegularExpression>
@@ -59,12 +60,14 @@ std::optional<SourceResult> statusFeed(const JSONSource &source, const FeedDocum
                 return a->when().isValid() && b->when().isValid() ? a->when() < b->when()
                                                                   : !a->when().isValid();
             });
+        if (newest->when().isValid() && newest->when().secsTo(now) > 24 * 3600)
+            continue;
         const QString title = plainFeedText(newest->title);
         const QString text = plainFeedText(newest->text);
         QString stage = firstStage(title);
         if (stage.isEmpty())
             stage = firstStage(text);
-        if (isOver(stage) || (newest->when().isValid() && newest->when().secsTo(now) > 24 * 3600))
+        if (isOver(stage))
             continue;
         Incident incident;
         incident.id = newest->link.isEmpty() ? newest->id : newest->link;
@@ -81,6 +84,9 @@ std::optional<SourceResult> statusFeed(const JSONSource &source, const FeedDocum
         incident.updatedAt = newest->when();
         incident.update = text.left(JsonValues::maximumTextLength);
         result.incidents.append(incident);
+        // As many as a result keeps; one open incident already decides the health.
+        if (result.incidents.size() == NewsReader::maximumEntries)
+            break;
     }
     const Health health = result.incidents.isEmpty() ? Health::operational : Health::degraded;
     return settle(std::move(result), health);
