@@ -42,12 +42,37 @@ AppSettings::AppSettings(QSettings &defaults, QObject *parent)
     m_sourcesText = migratedSourcesText(stored);
     if (m_sourcesText != stored)
         defaults.setValue(SettingsKeys::sources, m_sourcesText);
+    readPreferences();
+}
 
-    m_refreshIntervalMinutes = SettingsKeys::read(defaults, SettingsKeys::refreshIntervalMinutes);
-    m_showOperational = SettingsKeys::read(defaults, SettingsKeys::showOperational);
-    m_notifications = SettingsKeys::read(defaults, SettingsKeys::notifications);
+void AppSettings::readPreferences()
+{
+    m_refreshIntervalMinutes = SettingsKeys::read(m_defaults, SettingsKeys::refreshIntervalMinutes);
+    m_showOperational = SettingsKeys::read(m_defaults, SettingsKeys::showOperational);
+    m_notifications = SettingsKeys::read(m_defaults, SettingsKeys::notifications);
     m_treatMaintenanceAsOperational =
-        SettingsKeys::read(defaults, SettingsKeys::treatMaintenanceAsOperational);
+        SettingsKeys::read(m_defaults, SettingsKeys::treatMaintenanceAsOperational);
+}
+
+void AppSettings::reload()
+{
+    const QString sources = m_sourcesText;
+    const int interval = m_refreshIntervalMinutes;
+    const bool showOperational = m_showOperational;
+    const bool notifications = m_notifications;
+    const bool treatMaintenance = m_treatMaintenanceAsOperational;
+    m_sourcesText = migratedSourcesText(SettingsKeys::read(m_defaults, SettingsKeys::sources));
+    readPreferences();
+    if (m_sourcesText != sources)
+        Q_EMIT sourcesTextChanged();
+    if (m_refreshIntervalMinutes != interval)
+        Q_EMIT refreshIntervalMinutesChanged();
+    if (m_showOperational != showOperational)
+        Q_EMIT showOperationalChanged();
+    if (m_notifications != notifications)
+        Q_EMIT notificationsChanged();
+    if (m_treatMaintenanceAsOperational != treatMaintenance)
+        Q_EMIT treatMaintenanceAsOperationalChanged();
 }
 
 void AppSettings::setSourcesText(const QString &text)

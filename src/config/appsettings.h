@@ -35,6 +35,10 @@ public:
     void setNotifications(bool notify);
     void setTreatMaintenanceAsOperational(bool treat);
 
+    // Reads every preference again from the settings, which another program changed, and
+    // tells of those that changed.
+    void reload();
+
     // The older one-line form "a=x, b=y" as one entry per line; other text unchanged.
     static QString migratedSourcesText(const QString &stored);
 
@@ -46,6 +50,8 @@ Q_SIGNALS:
     void treatMaintenanceAsOperationalChanged();
 
 private:
+    void readPreferences();
+
     QSettings &m_defaults;
     QString m_sourcesText;
     int m_refreshIntervalMinutes;

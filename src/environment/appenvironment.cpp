@@ -10,7 +10,7 @@ namespace lanternic {
 AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options sessionOptions,
                                LaunchPass launchPass)
     : session(std::move(sessionOptions)), settings(defaults), silence(defaults),
-      notificationRules(defaults), kinds(defaults)
+      notificationRules(defaults), kinds(defaults), m_defaults(defaults)
 {
     SettingsFile::removeLeftovers(defaults.fileName(), QDateTime::currentDateTimeUtc());
 
@@ -34,6 +34,14 @@ AppEnvironment::AppEnvironment(QSettings &defaults, network::Session::Options se
                 store->refresh();
         },
         Qt::QueuedConnection);
+}
+
+void AppEnvironment::reload()
+{
+    m_defaults.sync();
+    settings.reload();
+    notificationRules.reload();
+    store->start();
 }
 
 } // namespace lanternic

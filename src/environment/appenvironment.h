@@ -28,6 +28,10 @@ public:
     explicit AppEnvironment(QSettings &defaults, network::Session::Options sessionOptions = {},
                             LaunchPass launchPass = LaunchPass::once);
 
+    // Reads the settings file again (sources, interval, notification rules), which another
+    // program or the user changed, and starts the poll loop anew with a pass at once.
+    void reload();
+
     network::Session session;
     AppSettings settings;
     SilenceStore silence;
@@ -35,6 +39,9 @@ public:
     SourceKindStore kinds;
     std::unique_ptr<LanternicStore> store;
     std::unique_ptr<PassRecorder> recorder;
+
+private:
+    QSettings &m_defaults;
 };
 
 } // namespace lanternic

@@ -24,9 +24,9 @@ namespace {
 
 int signalPipe[2] = {-1, -1};
 
-void onSignal(int)
+void onSignal(int number)
 {
-    const char byte = 1;
+    const char byte = char(number);
     [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
 }
 
@@ -65,18 +65,30 @@ QString watcherId(QSettings &defaults)
     return id;
 }
 
-// SIGTERM and SIGINT quit the event loop, through a pipe the loop watches; nothing when the
-// pipe cannot be made.
-std::unique_ptr<QSocketNotifier> quitOnSignals()
+// Signals reach the event loop through a pipe it watches: SIGTERM and SIGINT quit, SIGHUP
+// re-reads the settings file and checks at once, as daemons do. Nothing when the pipe cannot
+// be made.
+std::unique_ptr<QSocketNotifier> handleSignals(AppEnvironment &environment)
 {
     if (::pipe(signalPipe) != 0)
         return nullptr;
-    auto stop = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
-    QObject::connect(stop.get(), &QSocketNotifier::activated, QCoreApplication::instance(),
-                     &QCoreApplication::quit);
+    auto notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, QCoreApplication::instance(),
+                     [&environment] {
+                         char byte = 0;
+                         if (::read(signalPipe[0], &byte, 1) != 1)
+                             return;
+                         if (byte == SIGHUP) {
+                             std::fputs("lanternic-serve: reloading the settings\n", stderr);
+                             environment.reload();
+                         } else {
+                             QCoreApplication::quit();
+                         }
+                     });
     std::signal(SIGTERM, onSignal);
     std::signal(SIGINT, onSignal);
-    return stop;
+    std::signal(SIGHUP, onSignal);
+    return notifier;
 }
 
 } // namespace
@@ -150,9 +162,10 @@ int main(int argc, char **argv)
     std::fprintf(stderr, "lanternic-serve: serving on %s port %u\n",
                  qUtf8Printable(address->first.toString()), unsigned(port));
 
-    // SIGTERM and SIGINT end the loop; the history is saved with every pass already.
-    const std::unique_ptr<QSocketNotifier> stop = quitOnSignals();
-    if (!stop)
+    // SIGTERM and SIGINT end the loop (the history is saved with every pass already); SIGHUP
+    // reloads.
+    const std::unique_ptr<QSocketNotifier> handler = handleSignals(environment);
+    if (!handler)
         return 1;
 
     const int status = QCoreApplication::exec();

@@ -81,6 +81,8 @@ void LanternicStore::start()
     // A new generation makes the passes of an earlier loop end that loop when they finish.
     const quint64 generation = ++m_pollGeneration;
     m_pollTimer->stop();
+    // The pass it starts now reads the sources as they are.
+    m_sourcesSettled->stop();
     disconnect(m_pollTimer, nullptr, this, nullptr);
     auto pass = [this, generation] {
         refresh([this, generation] {

@@ -32,14 +32,30 @@ bool QuietHours::contains(const QTime &time) const
 NotificationRules::NotificationRules(QSettings &defaults, QObject *parent)
     : QObject(parent), m_defaults(defaults)
 {
-    const QVariant stored = defaults.value(SettingsKeys::notificationRules);
+    load();
+}
+
+void NotificationRules::reload()
+{
+    const Entries entries = m_entries;
+    const QuietHours hours = m_quietHours;
+    const QDateTime paused = m_pausedUntil;
+    load();
+    if (entries != m_entries || hours != m_quietHours || paused != m_pausedUntil)
+        Q_EMIT changed();
+}
+
+void NotificationRules::load()
+{
+    m_entries.clear();
+    const QVariant stored = m_defaults.value(SettingsKeys::notificationRules);
     if (stored.typeId() == QMetaType::QByteArray)
         m_entries = decode(stored.toByteArray()).value_or(Entries());
-    m_quietHours.enabled = SettingsKeys::read(defaults, SettingsKeys::quietHours);
-    m_quietHours.start = SettingsKeys::read(defaults, SettingsKeys::quietHoursStart);
-    m_quietHours.end = SettingsKeys::read(defaults, SettingsKeys::quietHoursEnd);
+    m_quietHours.enabled = SettingsKeys::read(m_defaults, SettingsKeys::quietHours);
+    m_quietHours.start = SettingsKeys::read(m_defaults, SettingsKeys::quietHoursStart);
+    m_quietHours.end = SettingsKeys::read(m_defaults, SettingsKeys::quietHoursEnd);
     m_pausedUntil = QDateTime::fromString(
-        defaults.value(SettingsKeys::notificationsPausedUntil).toString(), Qt::ISODate);
+        m_defaults.value(SettingsKeys::notificationsPausedUntil).toString(), Qt::ISODate);
 }
 
 QByteArray NotificationRules::encode(const Entries &entries)

@@ -57,10 +57,14 @@ public:
     static QByteArray encode(const Entries &entries);
     static std::optional<Entries> decode(const QByteArray &data);
 
+    // Reads everything again from the settings, which another program changed.
+    void reload();
+
 Q_SIGNALS:
     void changed();
 
 private:
+    void load();
     void replaceEntries(Entries entries);
 
     QSettings &m_defaults;

@@ -441,6 +441,28 @@ private Q_SLOTS:
         QCOMPARE(store->results().first().health, Health::operational);
     }
 
+    // What SIGHUP does to the watcher: the file another program wrote is read, and checked at
+    // once, once.
+    void reloadReadsTheFileAndChecksAtOnce()
+    {
+        server->route("/a", {200, relayFeed("operational"), {}});
+        server->route("/b", {200, relayFeed("degraded"), {}});
+        makeStore(line(u"A"_s, "/a?"));
+        QSettings other(defaults->fileName(), QSettings::IniFormat);
+        other.setValue(u"Lanternic.sources"_s, line(u"B"_s, "/b?"));
+        other.setValue(u"Lanternic.refreshIntervalMinutes"_s, 5);
+        other.setValue(u"Lanternic.quietHours"_s, true);
+        other.sync();
+        QSignalSpy passes(store, &LanternicStore::passFinished);
+        environment->reload();
+        QCOMPARE(settings->refreshIntervalMinutes(), 5);
+        QVERIFY(environment->notificationRules.quietHours().enabled);
+        QVERIFY(passes.wait(10'000));
+        QCOMPARE(resultLines(), QStringList{u"127.0.0.1:%1/b degraded"_s.arg(server->port())});
+        QTest::qWait(2500);
+        QCOMPARE(passes.size(), 1);
+    }
+
     void environmentRekeysAndRunsTheLaunchPass()
     {
         server->route("/feed", {200, relayFeed("operational"), {}});
