@@ -1,6 +1,7 @@
 #include "serve/watchserver.h"
 
 #include "present/relaydocument.h"
+#include "present/statuspagesummary.h"
 #include "store/lanternicstore.h"
 
 #include <QCryptographicHash>
@@ -121,7 +122,7 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
     });
     // Made once before any pass too, from the rows as they are ("Checking…" until a source's
     // first result): a request never costs an answer of its own.
-    publishRelay();
+    publishDocuments();
     m_metrics = encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
@@ -147,7 +148,7 @@ void WatchServer::passFinished()
 
 void WatchServer::publish()
 {
-    publishRelay();
+    publishDocuments();
     // The exposition is over ten times the feed: written, then compressed, on the next two turns
     // of the loop, so that the answers in flight wait for neither step in one piece. Until then
     // /metrics answers as it did before.
@@ -157,13 +158,30 @@ void WatchServer::publish()
     });
 }
 
-void WatchServer::publishRelay()
+void WatchServer::publishDocuments()
 {
-    const QByteArray relay = QJsonDocument(relayDocument(m_store, m_relayName, std::nullopt))
-                                 .toJson(QJsonDocument::Compact);
-    m_tag = QCryptographicHash::hash(relay, QCryptographicHash::Sha1).toHex().left(20);
-    m_relay =
-        encoded("application/json", relay, m_tag, {{"Last-Modified", httpDate(m_store.now())}});
+    const auto made = [this](const QJsonObject &object) {
+        const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+        const QByteArray tag =
+            QCryptographicHash::hash(body, QCryptographicHash::Sha1).toHex().left(20);
+        return Document{
+            encoded("application/json", body, tag, {{"Last-Modified", httpDate(m_store.now())}}),
+            tag};
+    };
+    m_relay = made(relayDocument(m_store, m_relayName, std::nullopt));
+    m_summary = made(statuspageSummary(m_store, m_relayName, std::nullopt));
+}
+
+HttpResponse WatchServer::document(const Document &published, const HttpRequest &request,
+                                   bool gzipped) const
+{
+    if (request.ifNoneMatch.contains(published.tag)) {
+        // Either encoding's tag names the same content.
+        return httpResponse(
+            "304 Not Modified", {}, {},
+            {{"Vary", "Accept-Encoding"}, {"ETag", entityTag(published.tag, gzipped)}});
+    }
+    return gzipped ? published.answer.gzip : published.answer.identity;
 }
 
 QByteArray WatchServer::answer(const HttpRequest &request) const
@@ -189,6 +207,7 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
         return httpResponse("200 OK", plainText,
                             "Lanternic watcher\n"
                             "/lanternic.json  the latest pass as a lanternic.v1 relay feed\n"
+                            "/api/v2/summary.json  the same as a Statuspage summary\n"
                             "/metrics         the latest pass for Prometheus\n"
                             "/healthz         200 while passes keep coming, 503 otherwise\n");
     }
@@ -202,14 +221,11 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
     }
     if (request.path == "/metrics")
         return pick(m_metrics);
-    if (request.path != "/lanternic.json")
-        return httpResponse("404 Not Found", plainText, "not found\n");
-    if (request.ifNoneMatch.contains(m_tag)) {
-        // Either encoding's tag names the same content.
-        return httpResponse("304 Not Modified", {}, {},
-                            {{"Vary", "Accept-Encoding"}, {"ETag", entityTag(m_tag, gzipped)}});
-    }
-    return pick(m_relay);
+    if (request.path == "/lanternic.json")
+        return document(m_relay, request, gzipped);
+    if (request.path == "/api/v2/summary.json")
+        return document(m_summary, request, gzipped);
+    return httpResponse("404 Not Found", plainText, "not found\n");
 }
 
 } // namespace lanternic

@@ -19,9 +19,10 @@ class LanternicStore;
 // each of a few hundred sockets; call before the application object exists.
 void preferLeanEventDispatcher();
 
-// Serves the latest pass over HTTP: /lanternic.json (the relay feed, with ETag and
-// Last-Modified), /metrics (Prometheus), /healthz (200 while passes keep coming) and / (an
-// index of those). Connections go through an HttpFront, which keeps hostile clients at bay.
+// Serves the latest pass over HTTP: /lanternic.json (the relay feed) and /api/v2/summary.json
+// (the same view as a Statuspage summary), both with ETag and Last-Modified, /metrics
+// (Prometheus), /healthz (200 while passes keep coming) and / (an index of those). Connections go
+// through an HttpFront, which keeps hostile clients at bay.
 class WatchServer : public QObject {
     Q_OBJECT
 
@@ -49,7 +50,7 @@ public:
 private:
     void passFinished();
     void publish();
-    void publishRelay();
+    void publishDocuments();
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
 
@@ -60,8 +61,15 @@ private:
     PassStatistics m_statistics;
     std::function<qint64()> m_monotonic;
     std::optional<qint64> m_lastPassAt; // on the monotonic clock
-    Encoded m_relay;                    // the feed of the last pass, and its tag
-    QByteArray m_tag;
+    // A document made from the last pass, and its tag.
+    struct Document {
+        Encoded answer;
+        QByteArray tag;
+    };
+    HttpResponse document(const Document &published, const HttpRequest &request,
+                          bool gzipped) const;
+    Document m_relay;
+    Document m_summary;
     Encoded m_metrics; // the exposition of the last pass, made a moment after it; empty before
 };
 

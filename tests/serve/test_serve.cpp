@@ -165,6 +165,21 @@ private Q_SLOTS:
         const Answer head = ask(port, "HEAD /lanternic.json HTTP/1.1\r\nHost: x\r\n\r\n");
         QCOMPARE(head.status, 200);
         QVERIFY(head.body.isEmpty());
+
+        // The same view as a Statuspage summary, which a Statuspage reader reads back: one
+        // component per source and per affected component, the incidents as they are.
+        const Answer summary = ask(port, get("/api/v2/summary.json"));
+        QCOMPARE(summary.status, 200);
+        const SourceResult page = SourceCheck::read(team, summary.body);
+        QCOMPARE(page.health, fixture->store.overallHealth());
+        QCOMPARE(page.components.size(), 3);
+        QCOMPARE(page.components[1].name, u"GitHub \u00b7 Git \"Ops\" "_s);
+        QCOMPARE(page.components[1].health, Health::down);
+        QCOMPARE(page.incidents.size(), 1);
+        QCOMPARE(page.incidents.first().name, u"Linear: Slow   sync"_s);
+        QCOMPARE(ask(port, get("/api/v2/summary.json", "If-None-Match: " + summary.etag() + "\r\n"))
+                     .status,
+                 304);
     }
 
     void gzipForClientsThatTakeIt()
