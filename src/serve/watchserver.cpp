@@ -13,6 +13,8 @@
 
 namespace lanternic {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray httpDate(const QDateTime &time)
@@ -143,7 +145,26 @@ void WatchServer::passFinished()
     m_lastPassAt = m_monotonic();
     m_statistics.lastDurationSeconds = double(m_store.lastPassDuration().count()) / 1e6;
     m_republish->stop();
+    recordChanges();
     publish();
+}
+
+void WatchServer::recordChanges()
+{
+    // Offline, nothing is watched; what is seen then is not compared with later passes.
+    if (m_store.isOffline())
+        return;
+    const QDateTime now = m_store.now();
+    ChangeNews::Snapshot current = ChangeNews::snapshot(m_store.results(), m_store.silence(), now);
+    if (m_previous)
+        current = ChangeNews::lastKnown(*m_previous, std::move(current));
+    if (m_previous) {
+        if (const auto news = ChangeNews::between(*m_previous, current)) {
+            m_changes = ChangeFeed::entries(*news, now) + m_changes;
+            m_changes.resize(std::min(m_changes.size(), maximumChanges));
+        }
+    }
+    m_previous = std::move(current);
 }
 
 void WatchServer::publish()
@@ -170,6 +191,14 @@ void WatchServer::publishDocuments()
     };
     m_relay = made(relayDocument(m_store, m_relayName, std::nullopt));
     m_summary = made(statuspageSummary(m_store, m_relayName, std::nullopt));
+    const QString feedId = m_store.relayIdentity().isEmpty()
+                               ? u"urn:lanternic:watcher"_s
+                               : u"urn:uuid:"_s + m_store.relayIdentity();
+    const QByteArray atom = ChangeFeed::atom(
+        m_changes, m_relayName, feedId, m_changes.isEmpty() ? m_store.now() : m_changes.first().at);
+    const QByteArray tag =
+        QCryptographicHash::hash(atom, QCryptographicHash::Sha1).toHex().left(20);
+    m_changeFeed = {encoded("application/atom+xml", atom, tag, {}), tag};
 }
 
 HttpResponse WatchServer::document(const Document &published, const HttpRequest &request,
@@ -208,6 +237,7 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
                             "Lanternic watcher\n"
                             "/lanternic.json  the latest pass as a lanternic.v1 relay feed\n"
                             "/api/v2/summary.json  the same as a Statuspage summary\n"
+                            "/feed.atom       the last changes between passes, as an Atom feed\n"
                             "/metrics         the latest pass for Prometheus\n"
                             "/healthz         200 while passes keep coming, 503 otherwise\n");
     }
@@ -225,6 +255,8 @@ HttpResponse WatchServer::route(const HttpRequest &request) const
         return document(m_relay, request, gzipped);
     if (request.path == "/api/v2/summary.json")
         return document(m_summary, request, gzipped);
+    if (request.path == "/feed.atom")
+        return document(m_changeFeed, request, gzipped);
     return httpResponse("404 Not Found", plainText, "not found\n");
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "present/changefeed.h"
 #include "present/metrics.h"
 #include "serve/httpfront.h"
 
@@ -19,8 +20,9 @@ class LanternicStore;
 // each of a few hundred sockets; call before the application object exists.
 void preferLeanEventDispatcher();
 
-// Serves the latest pass over HTTP: /lanternic.json (the relay feed) and /api/v2/summary.json
-// (the same view as a Statuspage summary), both with ETag and Last-Modified, /metrics
+// Serves the latest pass over HTTP: /lanternic.json (the relay feed), /api/v2/summary.json
+// (the same view as a Statuspage summary) and /feed.atom (the last changes between passes, as
+// an Atom feed), all with ETag and Last-Modified, /metrics
 // (Prometheus), /healthz (200 while passes keep coming) and / (an index of those). Connections go
 // through an HttpFront, which keeps hostile clients at bay.
 class WatchServer : public QObject {
@@ -51,6 +53,8 @@ private:
     void passFinished();
     void publish();
     void publishDocuments();
+    // Keeps what changed since the last pass among the latest changes.
+    void recordChanges();
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
 
@@ -70,6 +74,10 @@ private:
                           bool gzipped) const;
     Document m_relay;
     Document m_summary;
+    Document m_changeFeed;
+    std::optional<ChangeNews::Snapshot> m_previous;
+    QList<ChangeFeed::Entry> m_changes; // newest first
+    static constexpr qsizetype maximumChanges = 100;
     Encoded m_metrics; // the exposition of the last pass, made a moment after it; empty before
 };
 

@@ -43,6 +43,8 @@ public:
     ~LanternicStore() override;
 
     const QList<SourceResult> &results() const { return m_results; }
+    // The silences the display values leave out.
+    const SilenceStore &silence() const { return m_silence; }
     std::optional<QDateTime> lastChecked() const { return m_lastChecked; }
     bool isRefreshing() const { return m_isRefreshing; }
     // Whether the system reports no network; the header says so.

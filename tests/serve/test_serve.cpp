@@ -2,6 +2,7 @@
 // requests, and requests and connections it must refuse without harm.
 
 #include "serve/watchserver.h"
+#include "sources/readers/feeddocument.h"
 #include "sources/readers/jsondecoder.h"
 #include "sources/sourcecheck.h"
 #include "support/fixtures.h"
@@ -179,6 +180,34 @@ private Q_SLOTS:
         QCOMPARE(page.incidents.first().name, u"Linear: Slow   sync"_s);
         QCOMPARE(ask(port, get("/api/v2/summary.json", "If-None-Match: " + summary.etag() + "\r\n"))
                      .status,
+                 304);
+    }
+
+    // The changes between passes as an Atom feed that feed readers, chat tools and Lanternic's
+    // own feed reader follow.
+    void changesAsAnAtomFeed()
+    {
+        fixture->runPass();
+        const Answer first = ask(port, get("/feed.atom"));
+        QCOMPARE(first.status, 200);
+        QCOMPARE(FeedDocument::parse(first.body)->items.size(), 0);
+
+        fixture->server.route("/feed1.json", {200,
+                                              relayFeed("down", "[]",
+                                                        R"(,"incidents":[{"id":"i1","name":"Slow 
+ sync","status":"monitoring"}])"),
+                                              {}});
+        fixture->runPass();
+        const Answer feed = ask(port, get("/feed.atom"));
+        const std::optional<FeedDocument> read = FeedDocument::parse(feed.body);
+        QVERIFY(read);
+        QCOMPARE(read->items.size(), 1);
+        QCOMPARE(read->items.first().title, u"Linear is down"_s);
+        QCOMPARE(read->items.first().text, u"Monitoring: Slow   sync"_s);
+        QCOMPARE(read->items.first().updated, fixture->now);
+        JSONSource team;
+        QCOMPARE(SourceCheck::read(team, feed.body, fixture->now).detail, u"Linear is down"_s);
+        QCOMPARE(ask(port, get("/feed.atom", "If-None-Match: " + feed.etag() + "\r\n")).status,
                  304);
     }
 
