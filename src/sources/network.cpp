@@ -1,6 +1,7 @@
 #include "sources/network.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
@@ -9,6 +10,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <curl/curl.h>
+#include <deque>
 #include <sys/socket.h>
 
 namespace lanternic::network {
@@ -54,6 +56,8 @@ struct Session::Private {
     ~Private();
 
     void start(Transfer *transfer, const QUrl &url);
+    void awaitFirstByte(Transfer *transfer);
+    void checkFirstBytes();
     void socketAction(curl_socket_t socket, int events);
     void processFinished();
     void complete(Transfer *transfer, CURLcode code);
@@ -72,6 +76,16 @@ struct Session::Private {
     QList<SocketWatch *> spareWatches;
     // Proxy lookups ask the desktop's settings; one per host is enough while transfers run.
     QHash<QString, QByteArray> proxies;
+    // The hops waiting for the first byte of an answer, in the order they started. Every wait
+    // is as long, so they end in that order too: one timer for the first of them, not one
+    // per transfer (Qt keeps its timers in a sorted list, so thousands cost thousands each).
+    struct FirstByteWait {
+        qint64 deadline; // on QDeadlineTimer's clock, in milliseconds
+        QPointer<Transfer> transfer;
+        int hop;
+    };
+    std::deque<FirstByteWait> firstByteWaits;
+    QTimer firstByteTimer;
 };
 
 namespace {
@@ -240,6 +254,9 @@ Session::Private::Private(Session *session, Options options) : q(session), optio
     curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, q, [this] { socketAction(CURL_SOCKET_TIMEOUT, 0); });
+    firstByteTimer.setSingleShot(true);
+    firstByteTimer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&firstByteTimer, &QTimer::timeout, q, [this] { checkFirstBytes(); });
 }
 
 Session::Private::~Private()
@@ -375,15 +392,38 @@ void Session::Private::start(Transfer *transfer, const QUrl &url)
     // libcurl has no limit on the wait for an HTTP answer: a server that accepts and then says
     // nothing would hold the check for the whole transfer limit.
     transfer->answered = false;
-    const int hop = transfer->timing.redirects;
-    QTimer::singleShot(options.firstByteTimeout, Qt::PreciseTimer, transfer, [this, transfer, hop] {
-        if (transfer->answered || hop != transfer->timing.redirects ||
+    awaitFirstByte(transfer);
+}
+
+void Session::Private::awaitFirstByte(Transfer *transfer)
+{
+    const qint64 deadline = QDeadlineTimer::current().deadline() +
+                            std::chrono::milliseconds(options.firstByteTimeout).count();
+    firstByteWaits.push_back({deadline, transfer, transfer->timing.redirects});
+    if (!firstByteTimer.isActive())
+        firstByteTimer.start(std::chrono::milliseconds(options.firstByteTimeout));
+}
+
+void Session::Private::checkFirstBytes()
+{
+    const qint64 now = QDeadlineTimer::current().deadline();
+    // An answer's callback may end the session itself.
+    const QPointer<QObject> alive(q);
+    while (!firstByteWaits.empty() && firstByteWaits.front().deadline <= now) {
+        const FirstByteWait wait = firstByteWaits.front();
+        firstByteWaits.pop_front();
+        Transfer *transfer = wait.transfer.data();
+        if (!transfer || transfer->answered || wait.hop != transfer->timing.redirects ||
             !transfers.contains(transfer->easy))
-            return;
+            continue;
         transfer->unanswered = true;
         curl_multi_remove_handle(multi, transfer->easy);
         complete(transfer, CURLE_OPERATION_TIMEDOUT);
-    });
+        if (!alive)
+            return;
+    }
+    if (!firstByteWaits.empty())
+        firstByteTimer.start(std::chrono::milliseconds(firstByteWaits.front().deadline - now));
 }
 
 void Session::Private::detach(Transfer *transfer)

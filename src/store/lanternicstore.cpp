@@ -37,6 +37,7 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
     const QDateTime now = m_clock();
     for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
         m_results.append(placeholder(source, now));
+    indexRows();
 }
 
 SourceResult LanternicStore::placeholder(const JSONSource &source, const QDateTime &now)
@@ -144,6 +145,7 @@ void LanternicStore::beginPass(quint64 number, const QList<JSONSource> &sources)
     }
     if (rows != m_results) {
         m_results = std::move(rows);
+        indexRows();
         Q_EMIT resultsChanged();
     }
 }
@@ -152,15 +154,22 @@ void LanternicStore::resultArrived(quint64 number, const SourceResult &result)
 {
     if (number != m_rowsPass)
         return; // the rows are a later pass's now, which waits for the same check
-    for (SourceResult &row : m_results) {
-        if (row.id == result.id) {
-            if (row != result) {
-                row = result;
-                Q_EMIT resultsChanged();
-            }
-            return;
-        }
+    // By index, not by a walk: a pass of thousands of sources has as many results.
+    const qsizetype at = m_rowOf.value(result.id, -1);
+    if (at < 0 || m_results[at].id != result.id)
+        return;
+    if (m_results[at] != result) {
+        m_results[at] = result;
+        Q_EMIT resultsChanged();
     }
+}
+
+void LanternicStore::indexRows()
+{
+    m_rowOf.clear();
+    m_rowOf.reserve(m_results.size());
+    for (qsizetype i = 0; i < m_results.size(); ++i)
+        m_rowOf.insert(m_results[i].id, i);
 }
 
 void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources,
@@ -186,6 +195,7 @@ void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources
 
     if (collected != m_results) {
         m_results = std::move(collected);
+        indexRows();
         Q_EMIT resultsChanged();
     }
     const QDateTime now = m_clock();

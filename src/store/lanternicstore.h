@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <chrono>
@@ -103,6 +104,7 @@ private:
     // The rows become the pass's sources, with the results known of them so far.
     void beginPass(quint64 number, const QList<JSONSource> &sources);
     void resultArrived(quint64 number, const SourceResult &result);
+    void indexRows();
     void finishPass(quint64 number, const QList<JSONSource> &sources,
                     QList<SourceResult> collected);
     static SourceResult placeholder(const JSONSource &source, const QDateTime &now);
@@ -117,6 +119,7 @@ private:
     Clock m_clock;
 
     QList<SourceResult> m_results;
+    QHash<QString, qsizetype> m_rowOf; // row by source id
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;
     int m_running = 0;
