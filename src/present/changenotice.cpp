@@ -16,29 +16,54 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(ChangeNotice)
 };
 
+} // namespace
+
+QString headline(const Watched &item)
+{
+    if (item.health == Health::operational)
+        return Text::tr("%1 recovered").arg(item.sourceName);
+    if (item.maintenance)
+        return Text::tr("%1 is under maintenance").arg(item.sourceName);
+    return Text::tr("%1 is %2").arg(item.sourceName, stateWord(item.health));
+}
+
+QString changeLine(const Watched &item)
+{
+    return item.maintenance ? Text::tr("%1 \u2014 under maintenance").arg(item.name)
+                            : Text::tr("%1 \u2014 %2").arg(item.name, stateWord(item.health));
+}
+
+QString titledChange(const Watched &item)
+{
+    if (item.name == item.sourceName)
+        return headline(item);
+    return Text::tr("%1 \u2014 %2").arg(item.sourceName, changeLine(item));
+}
+
 QString incidentLine(const IncidentMention &incident)
 {
     return Text::tr("%1: %2").arg(DisplayText::stageText(incident.stage), incident.name);
 }
 
-QString openedLine(const OpenIncident *incident)
+QString openedLine(const OpenIncident &incident)
 {
-    return Text::tr("%1: new incident \u2014 %2")
-        .arg(incident->sourceName, incident->incident.name);
+    return Text::tr("%1: new incident \u2014 %2").arg(incident.sourceName, incident.incident.name);
 }
+
+namespace {
 
 // Nothing changed its health, but incidents opened: a quiet notice of them.
 Notice incidentNotice(const QList<const OpenIncident *> &opened)
 {
     Notice notice;
-    notice.title = openedLine(opened.first());
+    notice.title = openedLine(*opened.first());
     notice.worst = Health::operational;
     notice.quiet = true;
     notice.sourceId = opened.first()->sourceId;
     notice.page = opened.first()->page;
     QStringList lines{incidentLine(opened.first()->incident)};
     for (qsizetype i = 1; i < std::min<qsizetype>(opened.size(), 3); ++i)
-        lines.append(openedLine(opened[i]));
+        lines.append(openedLine(*opened[i]));
     if (opened.size() > 3)
         lines.append(Text::tr("and %n more", nullptr, int(opened.size() - 3)));
     notice.body = lines.join(u'\n');
@@ -54,10 +79,7 @@ Notice changeNotice(const QList<Change> &changes, const QList<const OpenIncident
     notice.worst = worst.health;
     notice.sourceId = worst.sourceId;
     notice.page = worst.page;
-    notice.title =
-        worst.health == Health::operational ? Text::tr("%1 recovered").arg(worst.sourceName)
-        : worst.maintenance ? Text::tr("%1 is under maintenance").arg(worst.sourceName)
-                            : Text::tr("%1 is %2").arg(worst.sourceName, stateWord(worst.health));
+    notice.title = headline(worst);
     QStringList lines;
     if (worst.health != Health::operational) {
         for (const IncidentMention &incident : worst.incidents.mid(0, 2))
@@ -65,15 +87,12 @@ Notice changeNotice(const QList<Change> &changes, const QList<const OpenIncident
     }
     qsizetype shown = 0;
     for (; shown < changes.size() && lines.size() < 3; ++shown) {
-        const Watched &item = *changes[shown].watched;
-        lines.append(item.maintenance
-                         ? Text::tr("%1 \u2014 under maintenance").arg(item.name)
-                         : Text::tr("%1 \u2014 %2").arg(item.name, stateWord(item.health)));
+        lines.append(changeLine(*changes[shown].watched));
     }
     if (shown < changes.size())
         lines.append(Text::tr("and %n more", nullptr, int(changes.size() - shown)));
     for (const OpenIncident *incident : opened.mid(0, 2))
-        lines.append(openedLine(incident));
+        lines.append(openedLine(*incident));
     notice.body = lines.join(u'\n');
     return notice;
 }

@@ -22,6 +22,18 @@ struct Notice {
     bool operator==(const Notice &) const = default;
 };
 
+// "GitHub is down", "GitHub recovered", "GitHub is under maintenance": a change of a source.
+QString headline(const ChangeNews::Watched &item);
+// "Git Operations — down", "Git Operations — under maintenance": a change as a line.
+QString changeLine(const ChangeNews::Watched &item);
+// A change that stands alone: the headline of a source's, "GitHub — Git Operations — down"
+// for a component's.
+QString titledChange(const ChangeNews::Watched &item);
+// "Investigating: Slow responses".
+QString incidentLine(const ChangeNews::IncidentMention &incident);
+// "GitHub: new incident — Slow responses".
+QString openedLine(const ChangeNews::OpenIncident &incident);
+
 // A source that gets worse names its open incidents first; incidents that opened elsewhere
 // come last. Nothing when nothing changed.
 std::optional<Notice> between(const ChangeNews::Snapshot &before,

@@ -23,12 +23,12 @@ QJsonValue textOrNull(const QString &text)
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
 
+} // namespace
+
 QJsonValue urlOrNull(const std::optional<QUrl> &url)
 {
     return url ? QJsonValue(url->toString(QUrl::FullyEncoded)) : QJsonValue();
 }
-
-} // namespace
 
 QJsonObject incidentToJson(const Incident &incident, const QString &id, const QString &name)
 {

@@ -3,6 +3,9 @@
 #include "model/sourceresult.h"
 
 #include <QJsonObject>
+#include <QJsonValue>
+#include <QUrl>
+#include <optional>
 
 namespace lanternic {
 
@@ -10,6 +13,8 @@ namespace lanternic {
 QJsonObject resultToJson(const SourceResult &result);
 
 QString isoTimestamp(const QDateTime &time);
+// A link as JSON, null for none.
+QJsonValue urlOrNull(const std::optional<QUrl> &url);
 
 // An incident or a maintenance window in the command line's and the relay feed's form, under
 // the id and name given (the relay feed prefixes both with their source's).

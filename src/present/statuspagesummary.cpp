@@ -1,6 +1,7 @@
 #include "present/statuspagesummary.h"
 
 #include "model/feedtext.h"
+#include "present/resultjson.h"
 #include "store/lanternicstore.h"
 
 #include <QJsonArray>
@@ -43,14 +44,10 @@ QString indicator(Health health)
     return u"unknown"_s;
 }
 
+// With milliseconds, as Statuspage writes its times.
 QJsonValue instant(const QDateTime &time)
 {
     return time.isValid() ? QJsonValue(time.toUTC().toString(Qt::ISODateWithMs)) : QJsonValue();
-}
-
-QJsonValue link(const std::optional<QUrl> &url)
-{
-    return url ? QJsonValue(url->toString(QUrl::FullyEncoded)) : QJsonValue();
 }
 
 QJsonObject component(const QString &id, const QString &name, const QString &status,
@@ -98,7 +95,7 @@ QJsonArray incidents(const LanternicStore &store)
                 {u"status"_s, FeedText::clean(incident.stage, 40)},
                 {u"impact"_s,
                  incident.impact.isEmpty() ? u"none"_s : FeedText::clean(incident.impact, 40)},
-                {u"shortlink"_s, link(incident.url)},
+                {u"shortlink"_s, urlOrNull(incident.url)},
                 {u"started_at"_s, instant(incident.startedAt)},
                 {u"created_at"_s, instant(incident.startedAt)},
                 {u"updated_at"_s, instant(incident.updatedAt)},
@@ -117,7 +114,7 @@ QJsonArray maintenances(const LanternicStore &store)
                 {u"id"_s, FeedText::clean(result.id + u"::"_s + window.id)},
                 {u"name"_s, FeedText::clean(result.name) + u": "_s + FeedText::clean(window.name)},
                 {u"status"_s, FeedText::clean(window.status, 40)},
-                {u"shortlink"_s, link(window.url)},
+                {u"shortlink"_s, urlOrNull(window.url)},
                 {u"scheduled_for"_s, instant(window.startsAt)},
                 {u"scheduled_until"_s, instant(window.endsAt)}});
         }
@@ -132,7 +129,7 @@ QJsonObject statuspageSummary(const LanternicStore &store, const QString &name,
 {
     QJsonObject page{{u"id"_s, u"lanternic"_s},
                      {u"name"_s, FeedText::clean(name)},
-                     {u"url"_s, link(url)},
+                     {u"url"_s, urlOrNull(url)},
                      {u"time_zone"_s, u"Etc/UTC"_s},
                      {u"updated_at"_s, instant(store.lastChecked().value_or(QDateTime()))}};
     return {{u"page"_s, page},

@@ -125,6 +125,7 @@ WatchServer::WatchServer(LanternicStore &store, QString relayName, QObject *pare
     // Made once before any pass too, from the rows as they are ("Checking…" until a source's
     // first result): a request never costs an answer of its own.
     publishDocuments();
+    publishChangeFeed();
     m_metrics = encoded(metricsType, prometheusMetrics(m_store, m_statistics), {});
 }
 
@@ -158,13 +159,27 @@ void WatchServer::recordChanges()
     ChangeNews::Snapshot current = ChangeNews::snapshot(m_store.results(), m_store.silence(), now);
     if (m_previous)
         current = ChangeNews::lastKnown(*m_previous, std::move(current));
-    if (m_previous) {
-        if (const auto news = ChangeNews::between(*m_previous, current)) {
-            m_changes = ChangeFeed::entries(*news, now) + m_changes;
-            m_changes.resize(std::min(m_changes.size(), maximumChanges));
-        }
+    // The news points into the current snapshot: worded before that is kept.
+    const std::optional<ChangeNews::News> news =
+        m_previous ? ChangeNews::between(*m_previous, current) : std::nullopt;
+    if (news) {
+        m_changes = ChangeFeed::entries(*news, now) + m_changes;
+        m_changes.resize(std::min(m_changes.size(), maximumChanges));
+        publishChangeFeed();
     }
     m_previous = std::move(current);
+}
+
+void WatchServer::publishChangeFeed()
+{
+    const QString feedId = m_store.relayIdentity().isEmpty()
+                               ? u"urn:lanternic:watcher"_s
+                               : u"urn:uuid:"_s + m_store.relayIdentity();
+    const QByteArray atom = ChangeFeed::atom(
+        m_changes, m_relayName, feedId, m_changes.isEmpty() ? m_store.now() : m_changes.first().at);
+    const QByteArray tag =
+        QCryptographicHash::hash(atom, QCryptographicHash::Sha1).toHex().left(20);
+    m_changeFeed = {encoded("application/atom+xml", atom, tag, {}), tag};
 }
 
 void WatchServer::publish()
@@ -191,14 +206,6 @@ void WatchServer::publishDocuments()
     };
     m_relay = made(relayDocument(m_store, m_relayName, std::nullopt));
     m_summary = made(statuspageSummary(m_store, m_relayName, std::nullopt));
-    const QString feedId = m_store.relayIdentity().isEmpty()
-                               ? u"urn:lanternic:watcher"_s
-                               : u"urn:uuid:"_s + m_store.relayIdentity();
-    const QByteArray atom = ChangeFeed::atom(
-        m_changes, m_relayName, feedId, m_changes.isEmpty() ? m_store.now() : m_changes.first().at);
-    const QByteArray tag =
-        QCryptographicHash::hash(atom, QCryptographicHash::Sha1).toHex().left(20);
-    m_changeFeed = {encoded("application/atom+xml", atom, tag, {}), tag};
 }
 
 HttpResponse WatchServer::document(const Document &published, const HttpRequest &request,

@@ -55,6 +55,7 @@ private:
     void publishDocuments();
     // Keeps what changed since the last pass among the latest changes.
     void recordChanges();
+    void publishChangeFeed();
     HttpResponse route(const HttpRequest &request) const;
     bool isStale() const;
 
