@@ -65,6 +65,8 @@ inline constexpr Setting<Document> silences{"Lanternic.silences"_L1, {}, record}
 inline constexpr Setting<Document> checkHistory{"Lanternic.checkHistory"_L1, {}, record};
 inline constexpr Setting<Document> healthLog{"Lanternic.healthLog"_L1, {}, record};
 inline constexpr Setting<Document> sourceKinds{"Lanternic.sourceKinds"_L1, {}, cache};
+// Where the watcher forwards its news: ntfy topics and JSON webhooks, one address a line.
+inline constexpr Setting<QLatin1StringView> forward{"Lanternic.forward"_L1, {}, preference};
 // The watcher's own id, made at its first start, which its relay feed carries.
 inline constexpr Setting<Document> watcherId{"Lanternic.watcherId"_L1, {}, identity};
 

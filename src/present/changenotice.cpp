@@ -108,8 +108,6 @@ std::optional<Notice> between(const Snapshot &before, const Snapshot &after)
                                    : changeNotice(news->changes, news->opened);
 }
 
-namespace {
-
 QString quietText(const QuietChange &change)
 {
     if (severity(change.peak) > severity(change.from) &&
@@ -122,8 +120,6 @@ QString quietText(const QuietChange &change)
                ? Text::tr("%1 recovered").arg(change.name)
                : Text::tr("%1 is %2").arg(change.name, stateWord(change.to));
 }
-
-} // namespace
 
 std::optional<Notice> afterQuiet(const QuietLog &log, const Snapshot &now)
 {

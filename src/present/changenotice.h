@@ -33,6 +33,8 @@ QString titledChange(const ChangeNews::Watched &item);
 QString incidentLine(const ChangeNews::IncidentMention &incident);
 // "GitHub: new incident — Slow responses".
 QString openedLine(const ChangeNews::OpenIncident &incident);
+// "GitHub went down and recovered": a source's change over a quiet spell.
+QString quietText(const ChangeNews::QuietChange &change);
 
 // A source that gets worse names its open incidents first; incidents that opened elsewhere
 // come last. Nothing when nothing changed.

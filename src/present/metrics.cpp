@@ -103,6 +103,16 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
     family(out, "lanternic_pass_duration_seconds", "gauge", "How long the last check pass took.");
     out += "lanternic_pass_duration_seconds " +
            QByteArray::number(statistics.lastDurationSeconds, 'f', 6) + '\n';
+    const ForwardCounts &forwarding = statistics.forwarding;
+    family(out, "lanternic_forward_pending", "gauge",
+           "Forwarded messages waiting in the outbox for their receiver.");
+    out += "lanternic_forward_pending " + QByteArray::number(forwarding.pending) + '\n';
+    family(out, "lanternic_forward_failures_total", "counter",
+           "Deliveries of forwarded messages that failed, to be retried.");
+    out += "lanternic_forward_failures_total " + QByteArray::number(forwarding.failures) + '\n';
+    family(out, "lanternic_forward_dropped_total", "counter",
+           "Forwarded messages dropped, oldest first, from a full outbox.");
+    out += "lanternic_forward_dropped_total " + QByteArray::number(forwarding.dropped) + '\n';
     family(out, "lanternic_passes_total", "counter", "Check passes finished since start.");
     out += "lanternic_passes_total " + QByteArray::number(statistics.passes) + '\n';
     return out;

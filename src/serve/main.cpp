@@ -4,10 +4,14 @@
 #include "config/sourceregistry.h"
 #include "environment/appenvironment.h"
 #include "model/settingskeys.h"
+#include "serve/forwarder.h"
 #include "serve/watchserver.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QSettings>
 #include <QSocketNotifier>
@@ -68,19 +72,19 @@ QString watcherId(QSettings &defaults)
 // Signals reach the event loop through a pipe it watches: SIGTERM and SIGINT quit, SIGHUP
 // re-reads the settings file and checks at once, as daemons do. Nothing when the pipe cannot
 // be made.
-std::unique_ptr<QSocketNotifier> handleSignals(AppEnvironment &environment)
+std::unique_ptr<QSocketNotifier> handleSignals(std::function<void()> reload)
 {
     if (::pipe(signalPipe) != 0)
         return nullptr;
     auto notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
     QObject::connect(notifier.get(), &QSocketNotifier::activated, QCoreApplication::instance(),
-                     [&environment] {
+                     [reload = std::move(reload)] {
                          char byte = 0;
                          if (::read(signalPipe[0], &byte, 1) != 1)
                              return;
                          if (byte == SIGHUP) {
                              std::fputs("lanternic-serve: reloading the settings\n", stderr);
-                             environment.reload();
+                             reload();
                          } else {
                              QCoreApplication::quit();
                          }
@@ -89,6 +93,30 @@ std::unique_ptr<QSocketNotifier> handleSignals(AppEnvironment &environment)
     std::signal(SIGINT, onSignal);
     std::signal(SIGHUP, onSignal);
     return notifier;
+}
+
+// The secret that signs webhook messages: the file's contents without the line break at its
+// end, as "$(cat FILE)" reads it in a shell. Nothing when it cannot be read or is empty.
+std::optional<QByteArray> readSecret(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray secret = file.readAll();
+    while (secret.endsWith('\n') || secret.endsWith('\r'))
+        secret.chop(1);
+    return secret.isEmpty() ? std::nullopt : std::optional(secret);
+}
+
+// The stored forwarding addresses; those that cannot be read are told and left out.
+QList<ForwardTarget> storedTargets(const QSettings &defaults)
+{
+    QStringList rejected;
+    const QList<ForwardTarget> targets =
+        ForwardTarget::parseLines(SettingsKeys::read(defaults, SettingsKeys::forward), &rejected);
+    for (const QString &problem : std::as_const(rejected))
+        std::fprintf(stderr, "lanternic-serve: forward %s; left out\n", qUtf8Printable(problem));
+    return targets;
 }
 
 } // namespace
@@ -117,7 +145,15 @@ int main(int argc, char **argv)
     const QCommandLineOption source(
         u"source"_s, u"A source line 'Label=value' to watch, kept in the settings (repeatable)."_s,
         u"LINE"_s);
-    parser.addOptions({settings, interval, listen, relayName, source});
+    const QCommandLineOption forward(
+        u"forward"_s,
+        u"Where to send news: ntfy[s]://HOST[:PORT]/TOPIC or json[s]://HOST[:PORT]/PATH, kept in "
+        u"the settings (repeatable)."_s,
+        u"URL"_s);
+    const QCommandLineOption secretFile(u"webhook-secret-file"_s,
+                                        u"Sign JSON webhook messages with the secret in FILE."_s,
+                                        u"FILE"_s);
+    parser.addOptions({settings, interval, listen, relayName, source, forward, secretFile});
     parser.addHelpOption();
     parser.addVersionOption();
     if (!parser.parse(QCoreApplication::arguments()))
@@ -143,7 +179,21 @@ int main(int argc, char **argv)
     if (!address)
         return usageError(u"not an ADDRESS:PORT: %1"_s.arg(parser.value(listen)));
 
+    for (const QString &address : parser.values(forward)) {
+        QString reason;
+        if (!ForwardTarget::parse(address, &reason))
+            return usageError(u"--forward %1: %2"_s.arg(address, reason));
+    }
+    std::optional<QByteArray> secret;
+    if (parser.isSet(secretFile)) {
+        secret = readSecret(parser.value(secretFile));
+        if (!secret)
+            return usageError(u"cannot read a secret from %1"_s.arg(parser.value(secretFile)));
+    }
+
     QSettings defaults(parser.value(settings), QSettings::IniFormat);
+    if (parser.isSet(forward))
+        defaults.setValue(SettingsKeys::forward, parser.values(forward).join(u'\n'));
     if (parser.isSet(source)) {
         const QString text = parser.values(source).join(u'\n');
         if (!SourceRegistry::hasUsableLine(text))
@@ -162,9 +212,28 @@ int main(int argc, char **argv)
     std::fprintf(stderr, "lanternic-serve: serving on %s port %u\n",
                  qUtf8Printable(address->first.toString()), unsigned(port));
 
+    // Its outbox is kept beside the settings file, in the watcher's state folder.
+    Forwarder forwarder(
+        {*environment.store, environment.notificationRules, environment.session},
+        QFileInfo(defaults.fileName()).absoluteDir().filePath(u"forward-outbox.json"_s), {});
+    QObject::connect(&forwarder, &Forwarder::countsChanged, &server,
+                     [&] { server.setForwardCounts(forwarder.counts()); });
+    forwarder.setSecret(secret.value_or(QByteArray()));
+    forwarder.setTargets(storedTargets(defaults));
+
     // SIGTERM and SIGINT end the loop (the history is saved with every pass already); SIGHUP
     // reloads.
-    const std::unique_ptr<QSocketNotifier> handler = handleSignals(environment);
+    const std::unique_ptr<QSocketNotifier> handler = handleSignals([&] {
+        environment.reload();
+        forwarder.setTargets(storedTargets(defaults));
+        if (parser.isSet(secretFile)) {
+            if (const auto again = readSecret(parser.value(secretFile)))
+                forwarder.setSecret(*again);
+            else
+                std::fputs("lanternic-serve: cannot read the secret again; kept the last\n",
+                           stderr);
+        }
+    });
     if (!handler)
         return 1;
 

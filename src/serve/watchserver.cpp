@@ -182,9 +182,20 @@ void WatchServer::publishChangeFeed()
     m_changeFeed = {encoded("application/atom+xml", atom, tag, {}), tag};
 }
 
+void WatchServer::setForwardCounts(const ForwardCounts &counts)
+{
+    m_statistics.forwarding = counts;
+    publishMetrics();
+}
+
 void WatchServer::publish()
 {
     publishDocuments();
+    publishMetrics();
+}
+
+void WatchServer::publishMetrics()
+{
     // The exposition is over ten times the feed: written, then compressed, on the next two turns
     // of the loop, so that the answers in flight wait for neither step in one piece. Until then
     // /metrics answers as it did before.

@@ -36,6 +36,8 @@ public:
 
     HttpFront &front() { return *m_front; }
     const PassStatistics &statistics() const { return m_statistics; }
+    // What forwarding has done, for the metrics, which are made again at once.
+    void setForwardCounts(const ForwardCounts &counts);
 
     // An answer as it is and gzip-compressed, for clients that take gzip.
     struct Encoded {
@@ -52,6 +54,7 @@ public:
 private:
     void passFinished();
     void publish();
+    void publishMetrics();
     void publishDocuments();
     // Keeps what changed since the last pass among the latest changes.
     void recordChanges();

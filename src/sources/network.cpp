@@ -105,6 +105,7 @@ public:
             owner->detach(this);
         curl_easy_cleanup(easy);
         curl_slist_free_all(connectTo);
+        curl_slist_free_all(headers);
     }
 
     static size_t onHeader(char *, size_t, size_t size, void *self)
@@ -162,6 +163,8 @@ public:
     std::function<void(Response)> done;
     QUrl url; // as asked for, before any loopback rewriting
     curl_slist *connectTo = nullptr;
+    curl_slist *headers = nullptr; // of a POST
+    bool followsRedirects = true;
     QByteArray body;
     bool tooLarge = false;
     bool answered = false;   // some byte of this hop's answer has come
@@ -449,7 +452,7 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
 
     Response response;
     curl_header *location = nullptr;
-    if (code == CURLE_OK && status >= 300 && status < 400 &&
+    if (code == CURLE_OK && transfer->followsRedirects && status >= 300 && status < 400 &&
         curl_easy_header(easy, "Location", 0, CURLH_HEADER, -1, &location) == CURLHE_OK) {
         // Resolved against the address asked for, not the loopback one it may have gone to.
         const QUrl next = transfer->url.resolved(QUrl::fromEncoded(location->value));
@@ -538,10 +541,12 @@ const Session::Options &Session::options() const
     return d->options;
 }
 
-void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done,
-                  std::optional<std::chrono::milliseconds> limit)
+namespace {
+
+Transfer *prepared(Session::Private *d, QObject *context, std::function<void(Response)> done,
+                   std::optional<std::chrono::milliseconds> limit)
 {
-    auto *transfer = new Transfer(d.get(), context, std::move(done));
+    auto *transfer = new Transfer(d, context, std::move(done));
     transfer->limit = limit.value_or(d->options.transferLimit);
     CURL *easy = transfer->easy;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, transfer);
@@ -571,6 +576,37 @@ void Session::get(const QUrl &url, QObject *context, std::function<void(Response
     if (!d->options.caFile.isEmpty())
         curl_easy_setopt(easy, CURLOPT_CAINFO, d->options.caFile.toLocal8Bit().constData());
     transfer->started.start();
+    return transfer;
+}
+
+} // namespace
+
+void Session::get(const QUrl &url, QObject *context, std::function<void(Response)> done,
+                  std::optional<std::chrono::milliseconds> limit)
+{
+    d->start(prepared(d.get(), context, std::move(done), limit), url);
+}
+
+void Session::post(const QUrl &url, const QByteArray &body, const Headers &headers,
+                   QObject *context, std::function<void(Response)> done,
+                   std::optional<std::chrono::milliseconds> limit)
+{
+    Transfer *transfer = prepared(d.get(), context, std::move(done), limit);
+    transfer->followsRedirects = false;
+    CURL *easy = transfer->easy;
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(body.size()));
+    curl_easy_setopt(easy, CURLOPT_COPYPOSTFIELDS, body.constData());
+    // Sent whole at once: no "Expect: 100-continue" round trip.
+    transfer->headers = curl_slist_append(nullptr, "Expect:");
+    for (const auto &[name, value] : headers) {
+        // A line break would end the header and start another the caller never wrote.
+        if (name.contains('\n') || name.contains('\r') || value.contains('\n') ||
+            value.contains('\r'))
+            continue;
+        transfer->headers =
+            curl_slist_append(transfer->headers, QByteArray(name + ": " + value).constData());
+    }
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, transfer->headers);
     d->start(transfer, url);
 }
 

@@ -74,6 +74,14 @@ public:
     void get(const QUrl &url, QObject *context, std::function<void(Response)> done,
              std::optional<std::chrono::milliseconds> limit = std::nullopt);
 
+    // A POST of body with the given headers (name and value, as sent), under the same rules as
+    // a GET, except that a redirect is its answer and not followed: a message is delivered to
+    // the address it was given, or not at all.
+    using Headers = QList<std::pair<QByteArray, QByteArray>>;
+    void post(const QUrl &url, const QByteArray &body, const Headers &headers, QObject *context,
+              std::function<void(Response)> done,
+              std::optional<std::chrono::milliseconds> limit = std::nullopt);
+
     const Options &options() const;
 
     qsizetype transfersInFlight() const;

@@ -107,7 +107,7 @@ QList<Change> healthChanges(const Snapshot &before, const Snapshot &after)
         if (it->outagesOnly && !outage)
             continue;
         if (auto rank = rankOf(previous->health, it->health))
-            changes.append({&*it, *rank});
+            changes.append({&*it, *rank, previous->health});
     }
     std::sort(changes.begin(), changes.end(), [](const Change &a, const Change &b) {
         if (a.rank != b.rank)

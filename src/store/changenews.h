@@ -71,6 +71,7 @@ Snapshot lastKnown(const Snapshot &previous, Snapshot current);
 struct Change {
     const Watched *watched; // into the later snapshot
     int rank;               // down 2, degraded 1, recovered 0
+    Health from;            // what it was in the earlier snapshot
 };
 
 // What changed between two snapshots, pointing into the later one.

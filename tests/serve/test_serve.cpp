@@ -1,6 +1,7 @@
 // The watcher's HTTP side over loopback: its routes, the relay round trip, conditional
 // requests, and requests and connections it must refuse without harm.
 
+#include "serve/forwarder.h"
 #include "serve/watchserver.h"
 #include "sources/readers/feeddocument.h"
 #include "sources/readers/jsondecoder.h"
@@ -9,6 +10,9 @@
 #include "support/storefixture.h"
 
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
@@ -106,6 +110,14 @@ std::unique_ptr<QTcpSocket> askInPieces(const QString &from, quint16 port, const
     socket->connectToHost(QHostAddress::LocalHost, port);
     socket->write("GET " + path + " HTTP/1.1\r\n");
     return socket;
+}
+
+// A port nothing listens on yet, for a receiver that comes up later.
+quint16 freePort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return probe.serverPort();
 }
 
 } // namespace
@@ -209,6 +221,137 @@ private Q_SLOTS:
         QCOMPARE(SourceCheck::read(team, feed.body, fixture->now).detail, u"Linear is down"_s);
         QCOMPARE(ask(port, get("/feed.atom", "If-None-Match: " + feed.etag() + "\r\n")).status,
                  304);
+    }
+
+    void forwardAddresses_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("endpoint"); // empty: refused
+        QTest::newRow("ntfy") << u"ntfy://10.0.0.5:8080/alerts"_s
+                              << u"http://10.0.0.5:8080/alerts"_s;
+        QTest::newRow("ntfy over TLS") << u" ntfys://ntfy.sh/team "_s << u"https://ntfy.sh/team"_s;
+        QTest::newRow("webhook") << u"jsons://hooks.example/in?x=1"_s
+                                 << u"https://hooks.example/in?x=1"_s;
+        QTest::newRow("loopback webhook") << u"json://127.0.0.1:9/"_s << u"http://127.0.0.1:9/"_s;
+        QTest::newRow("no topic") << u"ntfy://ntfy.sh/"_s << QString();
+        QTest::newRow("link-local") << u"json://169.254.169.254/latest"_s << QString();
+        QTest::newRow("link-local v6") << u"json://[fe80::1]/x"_s << QString();
+        QTest::newRow("other scheme") << u"https://ntfy.sh/team"_s << QString();
+        QTest::newRow("no host") << u"json:///x"_s << QString();
+    }
+
+    void forwardAddresses()
+    {
+        QFETCH(QString, address);
+        QFETCH(QString, endpoint);
+        const std::optional<ForwardTarget> target = ForwardTarget::parse(address);
+        QCOMPARE(target ? target->endpoint.toString() : QString(), endpoint);
+    }
+
+    // A change reaches ntfy at once, and a signed webhook that comes up only after it; both
+    // counted in the metrics as they go.
+    void forwardsChangesToNtfyAndWebhooks()
+    {
+        LoopbackServer ntfy;
+        ntfy.route("/alerts", {200, "{}", {}});
+        const quint16 hookPort = freePort();
+        Forwarder forwarder(
+            {fixture->store, fixture->environment.notificationRules, fixture->environment.session},
+            fixture->dir.filePath(u"outbox.json"_s), {.firstRetry = std::chrono::milliseconds(50)});
+        connect(&forwarder, &Forwarder::countsChanged, server.get(),
+                [&] { server->setForwardCounts(forwarder.counts()); });
+        forwarder.setSecret("s3cret");
+        forwarder.setTargets(ForwardTarget::parseLines(
+            ntfy.url("/alerts").toString().replace(u"http:"_s, u"ntfy:"_s) +
+            u"\njson://127.0.0.1:%1/hook"_s.arg(hookPort)));
+        fixture->runPass();
+        fixture->server.route(
+            "/feed1.json",
+            {200,
+             relayFeed("down", "[]",
+                       R"(,"url":"https://status.example.com/1",)"
+                       R"("incidents":[{"id":"i1","name":"Slow sync","status":"identified"}])"),
+             {}});
+        fixture->runPass();
+
+        QTRY_COMPARE(ntfy.received().size(), 1);
+        const LoopbackServer::Request &push = ntfy.received().first();
+        QCOMPARE(push.method, "POST");
+        QCOMPARE(push.header("title"), "Linear is down");
+        QCOMPARE(push.header("priority"), "5");
+        QCOMPARE(push.header("tags"), "rotating_light");
+        QCOMPARE(push.header("click"), "https://status.example.com/1");
+        QCOMPARE(QString::fromUtf8(push.body), u"Linear — down\nIdentified: Slow sync"_s);
+
+        QTRY_VERIFY(forwarder.counts().failures >= 1);
+        QCOMPARE(forwarder.counts().pending, 1);
+        QVERIFY(ask(port, get("/metrics")).body.contains("lanternic_forward_pending 1\n"));
+        LoopbackServer hook(QHostAddress::LocalHost, hookPort);
+        hook.route("/hook", {204, {}, {}});
+        QTRY_COMPARE(hook.received().size(), 1);
+        const LoopbackServer::Request &event = hook.received().first();
+        QCOMPARE(event.header("x-lanternic-signature"),
+                 ForwardEvent::signature(event.body, "s3cret"));
+        const QJsonObject json = QJsonDocument::fromJson(event.body).object();
+        QCOMPARE(json[u"schema"_s].toString(), u"lanternic.event.v1"_s);
+        QCOMPARE(json[u"source"_s][u"name"_s].toString(), u"Linear"_s);
+        QCOMPARE(json[u"source"_s][u"url"_s].toString(), u"https://status.example.com/1"_s);
+        QCOMPARE(json[u"from"_s].toString(), u"operational"_s);
+        QCOMPARE(json[u"to"_s].toString(), u"down"_s);
+        QCOMPARE(json[u"incidents"_s][0][u"name"_s].toString(), u"Slow sync"_s);
+        QCOMPARE(json[u"at"_s].toString(), u"2026-11-16T17:00:00Z"_s);
+        QTRY_COMPARE(forwarder.counts().pending, 0);
+        QVERIFY(ask(port, get("/metrics")).body.contains("lanternic_forward_pending 0\n"));
+        QCOMPARE(ntfy.received().size(), 1);
+    }
+
+    // What a receiver refused (here for a wrong secret) waits in the outbox across a restart
+    // and goes once it is taken; a full outbox drops its oldest.
+    void outboxOutlivesRestartsAndRefusals()
+    {
+        LoopbackServer hook;
+        hook.route("/hook", {401, "bad signature", {}});
+        const QList<ForwardTarget> targets =
+            ForwardTarget::parseLines(u"json://127.0.0.1:%1/hook"_s.arg(hook.port()));
+        const QString outbox = fixture->dir.filePath(u"outbox.json"_s);
+        const auto forwarder = [&](const QByteArray &secret) {
+            auto made = std::make_unique<Forwarder>(
+                Forwarder::Services{fixture->store, fixture->environment.notificationRules,
+                                    fixture->environment.session},
+                outbox,
+                Forwarder::Options{.firstRetry = std::chrono::milliseconds(50), .capacity = 2});
+            made->setSecret(secret);
+            made->setTargets(targets);
+            return made;
+        };
+        auto first = forwarder("wrong");
+        fixture->runPass();
+        for (const QByteArray health : {"down", "operational", "down"}) {
+            fixture->server.route("/feed1.json", {200, relayFeed(health), {}});
+            fixture->runPass();
+        }
+        QTRY_VERIFY(hook.received().size() >= 2);
+        QVERIFY(hook.received().last().header("x-lanternic-signature") !=
+                ForwardEvent::signature(hook.received().last().body, "right"));
+        QCOMPARE(first->counts().dropped, 1);
+        QCOMPARE(first->counts().pending, 2);
+        first.reset();
+
+        hook.route("/hook", {200, {}, {}});
+        const qsizetype before = hook.received().size();
+        auto second = forwarder("right");
+        QTRY_COMPARE(second->counts().pending, 0);
+        const QList<LoopbackServer::Request> sent = hook.received().mid(before);
+        QCOMPARE(sent.size(), 2);
+        QCOMPARE(QJsonDocument::fromJson(sent[0].body)[u"to"_s].toString(), u"operational"_s);
+        QCOMPARE(QJsonDocument::fromJson(sent[1].body)[u"to"_s].toString(), u"down"_s);
+        for (const LoopbackServer::Request &request : sent)
+            QCOMPARE(request.header("x-lanternic-signature"),
+                     ForwardEvent::signature(request.body, "right"));
+        second.reset();
+        auto third = forwarder("right");
+        QTest::qWait(200);
+        QCOMPARE(hook.received().size(), before + 2);
     }
 
     void gzipForClientsThatTakeIt()

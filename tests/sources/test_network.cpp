@@ -124,6 +124,25 @@ private Q_SLOTS:
         }
     }
 
+    // A POST goes as given, and its answer is the first one: a redirect is not followed.
+    void postsAreDeliveredWhereAddressed()
+    {
+        server->route("/in", {302, {}, {{"Location", server->url("/elsewhere").toEncoded()}}});
+        std::optional<Response> response;
+        session->post(server->url("/in"), "{\"a\":1}",
+                      {{"Content-Type", "application/json"}, {"X-Evil", "a\r\nInjected: yes"}},
+                      this, [&](Response r) { response = std::move(r); });
+        QTRY_VERIFY(response.has_value());
+        QCOMPARE(response->httpStatus, 302);
+        QCOMPARE(server->received().size(), 1);
+        const LoopbackServer::Request &request = server->received().first();
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.body, "{\"a\":1}");
+        QCOMPARE(request.header("content-type"), "application/json");
+        QCOMPARE(request.header("injected"), QByteArray());
+        QCOMPARE(request.header("x-evil"), QByteArray());
+    }
+
     void tls()
     {
         QTemporaryDir dir;

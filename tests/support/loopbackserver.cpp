@@ -46,10 +46,10 @@ LoopbackServer::LoopbackServer(QObject *parent)
     listen(QHostAddress::LocalHost);
 }
 
-LoopbackServer::LoopbackServer(const QHostAddress &address, QObject *parent)
+LoopbackServer::LoopbackServer(const QHostAddress &address, quint16 port, QObject *parent)
     : QObject(parent), m_server(std::make_unique<QTcpServer>()), m_host(address.toString())
 {
-    listen(address);
+    listen(address, port);
 }
 
 LoopbackServer::LoopbackServer(const QString &certificateFile, const QString &keyFile,
@@ -59,10 +59,10 @@ LoopbackServer::LoopbackServer(const QString &certificateFile, const QString &ke
     listen(QHostAddress::LocalHost);
 }
 
-void LoopbackServer::listen(const QHostAddress &address)
+void LoopbackServer::listen(const QHostAddress &address, quint16 port)
 {
     m_server->setListenBacklogSize(1024);
-    m_server->listen(address);
+    m_server->listen(address, port);
     connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = m_server->nextPendingConnection()) {
             m_mostOpen = std::max(m_mostOpen, ++m_open);
@@ -95,6 +95,15 @@ QUrl LoopbackServer::url(const QByteArray &path) const
                     .arg(QString::fromUtf8(path)));
 }
 
+QByteArray LoopbackServer::Request::header(const QByteArray &name) const
+{
+    for (const auto &[key, value] : headers) {
+        if (key == name.toLower())
+            return value;
+    }
+    return {};
+}
+
 void LoopbackServer::serve(QTcpSocket *socket)
 {
     QByteArray request = socket->property("request").toByteArray() + socket->readAll();
@@ -103,18 +112,26 @@ void LoopbackServer::serve(QTcpSocket *socket)
         socket->setProperty("request", request);
         return;
     }
-    socket->setProperty("request", request.mid(headerEnd + 4));
     const QList<QByteArray> lines = request.left(headerEnd).split('\n');
     const QList<QByteArray> requestLine = lines.value(0).trimmed().split(' ');
-    const QByteArray target = requestLine.value(1);
-    m_requests.append(target);
-    for (const QByteArray &line : lines) {
-        const QByteArray lower = line.toLower();
-        if (lower.startsWith("user-agent:"))
-            m_userAgents.append(line.mid(11).trimmed());
-        else if (lower.startsWith("host:"))
-            m_hosts.append(line.mid(5).trimmed());
+    Request whole{requestLine.value(0), requestLine.value(1), {}, {}};
+    for (const QByteArray &line : lines.mid(1)) {
+        const qsizetype colon = line.indexOf(':');
+        whole.headers.emplaceBack(line.left(colon).trimmed().toLower(),
+                                  line.mid(colon + 1).trimmed());
     }
+    const qsizetype length = whole.header("content-length").toLongLong();
+    if (request.size() - headerEnd - 4 < length) {
+        socket->setProperty("request", request); // the body is still coming
+        return;
+    }
+    whole.body = request.mid(headerEnd + 4, length);
+    socket->setProperty("request", request.mid(headerEnd + 4 + length));
+    const QByteArray target = whole.target;
+    m_requests.append(target);
+    m_userAgents.append(whole.header("user-agent"));
+    m_hosts.append(whole.header("host"));
+    m_received.append(whole);
 
     const QByteArray path =
         target.left(target.indexOf('?') < 0 ? target.size() : target.indexOf('?'));

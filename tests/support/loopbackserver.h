@@ -32,7 +32,9 @@ public:
     explicit LoopbackServer(QObject *parent = nullptr);
     // On another address of this machine, such as one added to loopback in a test's own
     // network namespace.
-    explicit LoopbackServer(const QHostAddress &address, QObject *parent = nullptr);
+    // On a given port (0: any free one), to stand for a receiver that comes up late.
+    explicit LoopbackServer(const QHostAddress &address, quint16 port = 0,
+                            QObject *parent = nullptr);
     LoopbackServer(const QString &certificateFile, const QString &keyFile,
                    QObject *parent = nullptr);
     ~LoopbackServer() override;
@@ -44,11 +46,21 @@ public:
     const QList<QByteArray> &requests() const { return m_requests; }
     const QList<QByteArray> &userAgents() const { return m_userAgents; }
     const QList<QByteArray> &hosts() const { return m_hosts; }
+    // Every request whole, in the order they arrived.
+    struct Request {
+        QByteArray method;
+        QByteArray target;
+        QList<std::pair<QByteArray, QByteArray>> headers; // names in lower case
+        QByteArray body;
+
+        QByteArray header(const QByteArray &name) const;
+    };
+    const QList<Request> &received() const { return m_received; }
     // The most connections that were open at once.
     int mostOpenAtOnce() const { return m_mostOpen; }
 
 private:
-    void listen(const QHostAddress &address);
+    void listen(const QHostAddress &address, quint16 port = 0);
     void serve(QTcpSocket *socket);
     void send(QTcpSocket *socket, const Response &response);
 
@@ -59,6 +71,7 @@ private:
     QList<QByteArray> m_requests;
     QList<QByteArray> m_userAgents;
     QList<QByteArray> m_hosts;
+    QList<Request> m_received;
     int m_open = 0;
     int m_mostOpen = 0;
 };
