@@ -305,6 +305,30 @@ private Q_SLOTS:
         QCOMPARE(ntfy.received().size(), 1);
     }
 
+    // Muted (a pause, or quiet hours), nothing goes; after it, what changed meanwhile does.
+    void forwardingKeepsTheNotificationTerms()
+    {
+        LoopbackServer ntfy;
+        ntfy.route("/alerts", {200, {}, {}});
+        Forwarder forwarder(
+            {fixture->store, fixture->environment.notificationRules, fixture->environment.session},
+            fixture->dir.filePath(u"outbox.json"_s), {});
+        forwarder.setTargets(
+            ForwardTarget::parseLines(u"ntfy://127.0.0.1:%1/alerts"_s.arg(ntfy.port())));
+        fixture->runPass();
+        fixture->environment.notificationRules.pauseUntil(fixture->now.addSecs(600));
+        fixture->server.route("/feed1.json", {200, relayFeed("down"), {}});
+        fixture->runPass();
+        QTest::qWait(100);
+        QCOMPARE(ntfy.received().size(), 0);
+        fixture->now = fixture->now.addSecs(900);
+        fixture->server.route("/feed1.json", {200, relayFeed("degraded"), {}});
+        fixture->runPass();
+        QTRY_COMPARE(ntfy.received().size(), 1);
+        QCOMPARE(ntfy.received().first().header("title"), "Linear went down and is degraded now");
+        QCOMPARE(ntfy.received().first().header("priority"), "4");
+    }
+
     // What a receiver refused (here for a wrong secret) waits in the outbox across a restart
     // and goes once it is taken; a full outbox drops its oldest.
     void outboxOutlivesRestartsAndRefusals()
