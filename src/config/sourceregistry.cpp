@@ -76,8 +76,9 @@ bool isLineBreak(QChar c)
 // such a line names something no check can fetch, and is not read as a host.
 std::optional<QString> foreignScheme(const QString &value)
 {
-    const qsizetype end = value.indexOf("://"_L1);
-    if (end <= 0)
+    // Most values are bare hosts: a colon is looked for first, which is quick.
+    const qsizetype end = value.indexOf(u':');
+    if (end <= 0 || !QStringView(value).sliced(end).startsWith(u"://"))
         return std::nullopt;
     const QStringView scheme = QStringView(value).first(end);
     const auto isSchemeChar = [](QChar c) {
@@ -105,11 +106,11 @@ bool isDocumentAddress(QStringView tail)
 QString workingText(const QString &value)
 {
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
-    return explicitScheme ? value : "https://"_L1 + value;
+    return explicitScheme ? value : u"https://"_s + value;
 }
 
 // The host as the user wrote it: parsing lower-cases it, but ids and lookups keep the case.
-QString writtenHost(const QString &urlText)
+QString hostAsWritten(const QString &urlText)
 {
     QStringView authority = QStringView(urlText).sliced(urlText.indexOf("//"_L1) + 2);
     for (QChar end : {u'/', u'?', u'#'}) {
@@ -132,14 +133,6 @@ QString withPort(const QString &host, const QUrl &url)
     return url.port() < 0 ? host : host + u':' + QString::number(url.port());
 }
 
-std::optional<QUrl> urlWithHost(const QString &text)
-{
-    auto url = parseUrl(text);
-    if (!url || url->host().isEmpty())
-        return std::nullopt;
-    return url;
-}
-
 QString urlKey(const QUrl &url, const QString &host, bool withPath)
 {
     if (url.host().isEmpty())
@@ -152,6 +145,14 @@ QString urlKey(const QUrl &url, const QString &host, bool withPath)
         key += path;
     }
     return key;
+}
+
+// The Updog outage service's own host, or one below it (host as a URL gives it: lower case).
+bool isUpdogHost(const QString &host)
+{
+    const QString &updog = SourceRegistry::updogHost;
+    return host.endsWith(updog) &&
+           (host.size() == updog.size() || host[host.size() - updog.size() - 1] == u'.');
 }
 
 Target::Updog updogTarget(const QUrl &url)
@@ -188,39 +189,45 @@ private:
     QHash<QString, int> m_next;
 };
 
-std::optional<JSONSource> buildSource(const SourceEntry &entry,
-                                      const QHash<QString, SourceKind> &kinds, SourceIds &ids,
-                                      const SourceOptions &options = {})
-{
-    const std::optional<Target> target = Target::classify(entry.value);
-    if (!target)
-        return std::nullopt;
-
+// A source as a value makes it, but for its name and id, the key its id is claimed under, and
+// which form of target the value is (the index of its alternative in Target::value).
+struct Built {
     JSONSource source;
-    source.name = entry.label;
-    const QString host = writtenHost(workingText(entry.value));
-    QString lookupHost;
     QString key;
-    if (const auto *endpoint = std::get_if<Target::Endpoint>(&target->value)) {
+    std::size_t form = 0;
+};
+
+std::optional<Built> buildSource(const Target &target, const QHash<QString, SourceKind> &kinds,
+                                 const SourceOptions &options)
+{
+    Built built;
+    built.form = target.value.index();
+    JSONSource &source = built.source;
+    QString &key = built.key;
+    const QString &host = target.writtenHost;
+    QString lookupHost;
+    if (const auto *endpoint = std::get_if<Target::Endpoint>(&target.value)) {
         source.url = endpoint->url;
         source.homeURL = endpoint->url;
         lookupHost = host;
         key = urlKey(source.homeURL, host, true);
-    } else if (const auto *base = std::get_if<Target::Base>(&target->value)) {
-        const SourceKind kind = kinds.value(base->host.toLower(), SourceKind::atlassian);
+    } else if (const auto *base = std::get_if<Target::Base>(&target.value)) {
+        const SourceKind kind = kinds.isEmpty()
+                                    ? SourceKind::atlassian
+                                    : kinds.value(base->host.toLower(), SourceKind::atlassian);
         const std::optional<QUrl> url =
             base->asIs && kind == SourceKind::atlassian
                 ? base->asIs
-                : Platforms::of(kind).document(base->host, base->subpath);
+                : Platforms::of(kind).document({base->host, base->home}, base->subpath);
         if (!url)
             return std::nullopt;
         source.url = *url;
         source.homeURL = base->home;
         source.baseHost = base->host;
         lookupHost = base->host;
-        key = urlKey(source.homeURL, host, base->subpath.has_value());
+        key = base->subpath ? urlKey(source.homeURL, host, true) : base->host;
     } else {
-        const auto &updog = std::get<Target::Updog>(target->value);
+        const auto &updog = std::get<Target::Updog>(target.value);
         source.url =
             QUrl("https://"_L1 + SourceRegistry::updogHost + "/data/third-party-outages.json"_L1);
         source.homeURL = updog.home;
@@ -229,7 +236,7 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
         key = urlKey(source.homeURL, host, updog.provider.has_value());
     }
 
-    if (!std::holds_alternative<Target::Updog>(target->value)) {
+    if (!std::holds_alternative<Target::Updog>(target.value)) {
         if (const KnownService *known = knownService(lookupHost)) {
             key = known->key;
             source.treatAsOperational = known->treatAsOperational;
@@ -239,22 +246,62 @@ std::optional<JSONSource> buildSource(const SourceEntry &entry,
 
     if (options.treatMaintenanceAsOperational)
         source.treatAsOperational.insert(u"under_maintenance"_s);
-    source.id = ids.claim(key);
     // Ids keep the host as written, and so must whatever is matched against them.
+    const QString urlHost = source.url.host();
     source.urlHost =
-        source.url.host().compare(host, Qt::CaseInsensitive) == 0 ? host : source.url.host();
-    return source;
+        urlHost == host || urlHost.compare(host, Qt::CaseInsensitive) == 0 ? host : urlHost;
+    return built;
 }
+
+// Makes the sources of lines in their order and claims their ids. A value written on several
+// lines makes the same source each time but for its name and id: it is made once, then copied.
+static_assert(
+    std::is_same_v<std::variant_alternative_t<Target::endpointForm, decltype(Target::value)>,
+                   Target::Endpoint> &&
+    std::is_same_v<std::variant_alternative_t<Target::updogForm, decltype(Target::value)>,
+                   Target::Updog>);
+
+class SourceMaker {
+public:
+    SourceMaker(const QHash<QString, SourceKind> &kinds, const SourceOptions &options)
+        : m_kinds(kinds), m_options(options)
+    {
+    }
+
+    // The source and the form of its target; nothing when the value makes none.
+    std::optional<Built> make(const SourceEntry &entry)
+    {
+        auto made = m_made.constFind(entry.value);
+        if (made == m_made.constEnd()) {
+            const std::optional<Target> target = Target::classify(entry.value);
+            made = m_made.insert(entry.value,
+                                 target ? buildSource(*target, m_kinds, m_options) : std::nullopt);
+        }
+        if (!*made)
+            return std::nullopt;
+        Built built = **made;
+        built.source.name = entry.label;
+        built.source.id = m_ids.claim(built.key);
+        return built;
+    }
+
+private:
+    const QHash<QString, SourceKind> &m_kinds;
+    SourceOptions m_options;
+    SourceIds m_ids;
+    QHash<QString, std::optional<Built>> m_made; // by value
+};
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
                                const QHash<QString, SourceKind> &kinds,
                                const SourceOptions &options)
 {
-    SourceIds ids;
+    SourceMaker maker(kinds, options);
     QList<JSONSource> sources;
+    sources.reserve(entries.size());
     for (const SourceEntry &entry : entries) {
-        if (auto source = buildSource(entry, kinds, ids, options))
-            sources.append(std::move(*source));
+        if (std::optional<Built> built = maker.make(entry))
+            sources.append(std::move(built->source));
     }
     return sources;
 }
@@ -267,36 +314,41 @@ std::optional<Target> Target::classify(const QString &value)
         return std::nullopt;
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
     const QString working = workingText(value);
-
-    const auto url = urlWithHost(working);
-    if (url) {
-        const QString host = url->host().toLower();
-        if (host == SourceRegistry::updogHost || host.endsWith(u'.' + SourceRegistry::updogHost))
-            return Target{updogTarget(*url)};
-    }
+    const auto url = parseUrl(working);
     if (!url)
         return std::nullopt;
+    const QString parsedHost = url->host();
+    if (parsedHost.isEmpty())
+        return std::nullopt;
+    QString host = hostAsWritten(working);
+    if (isUpdogHost(parsedHost))
+        return Target{updogTarget(*url), std::move(host)};
 
-    const QString afterScheme = explicitScheme ? value.mid(value.indexOf("//"_L1) + 2) : value;
+    const QStringView afterScheme =
+        explicitScheme ? QStringView(value).sliced(value.indexOf("//"_L1) + 2) : QStringView(value);
     const qsizetype slash = afterScheme.indexOf(u'/');
-    const QString tail = slash < 0 ? QString() : afterScheme.mid(slash).toLower();
-    if (tail.contains(u'?') || tail.contains("/api/"_L1) || isDocumentAddress(tail))
-        return Target{Endpoint{*url}};
+    if (slash >= 0) {
+        const QString tail = afterScheme.sliced(slash).toString().toLower();
+        if (tail.contains(u'?') || tail.contains("/api/"_L1) || isDocumentAddress(tail))
+            return Target{Endpoint{*url}, std::move(host)};
+    }
 
     Base base;
-    base.host = withPort(writtenHost(working), *url);
-    const QString fullPath = url->path();
-    QStringView path = fullPath;
-    while (path.startsWith(u'/'))
-        path = path.sliced(1);
-    while (path.endsWith(u'/'))
-        path.chop(1);
-    if (!path.isEmpty())
-        base.subpath = path.toString();
+    base.host = withPort(host, *url);
+    if (slash >= 0) {
+        const QString fullPath = url->path();
+        QStringView path = fullPath;
+        while (path.startsWith(u'/'))
+            path = path.sliced(1);
+        while (path.endsWith(u'/'))
+            path.chop(1);
+        if (!path.isEmpty())
+            base.subpath = path.toString();
+    }
     base.home = *url;
     if (explicitScheme && base.subpath)
         base.asIs = *url;
-    return Target{base};
+    return Target{std::move(base), std::move(host)};
 }
 
 namespace SourceRegistry {
@@ -367,8 +419,8 @@ bool hasUsableLine(const QString &text)
 QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds)
 {
     QList<LineReading> readings;
-    SourceIds ids;
-    QHash<QString, int> firstByUrl;
+    SourceMaker maker(kinds, {});
+    QHash<QUrl, int> firstByUrl;
     qsizetype start = 0;
     int number = 0;
     for (qsizetype i = 0; i <= text.size(); ++i) {
@@ -396,24 +448,22 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
         else if (const auto scheme = foreignScheme(value)) {
             reading.ignored = LineReading::Ignored::unsupportedScheme;
             reading.scheme = *scheme;
-        } else if (const auto target = Target::classify(value); !target)
-            reading.ignored = LineReading::Ignored::noHost;
-        else if (auto source = buildSource({label, value}, kinds, ids)) {
-            if (std::holds_alternative<Target::Endpoint>(target->value))
+        } else if (auto built = maker.make({label, value})) {
+            JSONSource &source = built->source;
+            if (built->form == Target::endpointForm)
                 reading.kind = LineReading::Kind::feed;
-            else if (std::holds_alternative<Target::Updog>(target->value))
+            else if (built->form == Target::updogForm)
                 reading.kind = LineReading::Kind::updog;
-            else if (auto kind = kinds.constFind(source->baseHost.toLower());
+            else if (auto kind = kinds.constFind(source.baseHost.toLower());
                      kind != kinds.constEnd()) {
                 reading.kind = LineReading::Kind::platform;
                 reading.platform = *kind;
             } else
                 reading.kind = LineReading::Kind::probe;
-            const QString url = source->url.toString();
-            reading.sameAs = firstByUrl.value(url);
+            reading.sameAs = firstByUrl.value(source.url);
             if (reading.sameAs == 0)
-                firstByUrl.insert(url, number);
-            reading.source = std::move(*source);
+                firstByUrl.insert(source.url, number);
+            reading.source = std::move(source);
         } else {
             reading.ignored = LineReading::Ignored::noHost;
         }

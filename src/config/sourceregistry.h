@@ -33,6 +33,8 @@ struct Target {
     };
 
     std::variant<Endpoint, Base, Updog> value;
+    static constexpr std::size_t endpointForm = 0, baseForm = 1, updogForm = 2;
+    QString writtenHost; // the host as written: parsing lower-cases it, but ids keep the case
 
     static std::optional<Target> classify(const QString &value);
 };

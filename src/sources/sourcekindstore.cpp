@@ -74,7 +74,7 @@ public:
     using Done = std::function<void(std::optional<SourceKind>)>;
 
     KindProbe(QString host, network::Session &session, QObject *context, Done done)
-        : QObject(context), m_host(std::move(host)), m_session(session),
+        : QObject(context), m_site{host, QUrl(u"https://"_s + host)}, m_session(session),
           m_deadline(session.options().probeLimit), m_done(std::move(done))
     {
     }
@@ -142,7 +142,7 @@ private:
 
     void ask(const Platform &platform, std::function<void(const network::Response &)> then)
     {
-        const auto url = platform.document(m_host, std::nullopt);
+        const auto url = platform.document(m_site, std::nullopt);
         const auto left = std::chrono::milliseconds(m_deadline.remainingTime());
         if (!url || left.count() <= 0) {
             then(network::Response{u"probe over"_s, std::nullopt, {}, {}});
@@ -160,7 +160,7 @@ private:
         done(kind);
     }
 
-    QString m_host;
+    Site m_site;
     network::Session &m_session;
     QDeadlineTimer m_deadline;
     Done m_done;

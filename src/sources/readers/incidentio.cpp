@@ -144,12 +144,12 @@ int statusSeverity(const QString &status)
 
 } // namespace
 
-std::optional<QUrl> widgetURL(const QString &host, const std::optional<QString> &subpage)
+std::optional<QUrl> widgetURL(const Site &site, const std::optional<QString> &subpage)
 {
-    QString text = "https://"_L1 + host + "/proxy/"_L1 + host;
-    if (subpage && !subpage->isEmpty())
-        text += "?subpage_slug="_L1 + percentEncodeQuery(*subpage);
-    return parseUrl(text);
+    return Platforms::below(site, "/proxy/"_L1 + site.host,
+                            subpage && !subpage->isEmpty()
+                                ? "subpage_slug="_L1 + percentEncodeQuery(*subpage)
+                                : QString());
 }
 
 bool looksLikeIncidentWidget(const QJsonDocument &document)

@@ -2,6 +2,7 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
+#include "sources/readers/platforms.h"
 
 #include <QJsonDocument>
 #include <QString>
@@ -54,7 +55,7 @@ struct Summary {
     std::optional<QList<Incident>> ongoingIncidents;
 };
 
-std::optional<QUrl> widgetURL(const QString &host, const std::optional<QString> &subpage);
+std::optional<QUrl> widgetURL(const Site &site, const std::optional<QString> &subpage);
 
 // A test of key presence only: does the body look like a widget document at all?
 bool looksLikeIncidentWidget(const QJsonDocument &document);

@@ -33,16 +33,11 @@ std::optional<SourceResult> statusFeed(const JSONSource &, const FeedDocument &,
 
 namespace {
 
-std::optional<QUrl> below(const QString &host, const std::optional<QString> &subpage,
-                          QLatin1StringView path)
-{
-    return parseUrl("https://"_L1 + host + (subpage ? u'/' + *subpage : QString()) + path);
-}
-
 template<const char *path>
-std::optional<QUrl> document(const QString &host, const std::optional<QString> &subpage)
+std::optional<QUrl> document(const Site &site, const std::optional<QString> &subpage)
 {
-    return below(host, subpage, QLatin1StringView(path));
+    return Platforms::below(site,
+                            (subpage ? u'/' + *subpage : QString()) + QLatin1StringView(path));
 }
 
 constexpr char summaryJson[] = "/api/v2/summary.json";
@@ -149,6 +144,24 @@ namespace Platforms {
 std::span<const Platform> all()
 {
     return table;
+}
+
+std::optional<QUrl> below(const Site &site, const QString &path, const QString &query)
+{
+    QUrl url = site.url;
+    // Only what differs is set: each setter checks its part again.
+    if (url.scheme() != "https"_L1)
+        url.setScheme(u"https"_s);
+    if (!url.userInfo().isEmpty())
+        url.setUserInfo(QString());
+    if (url.hasFragment())
+        url.setFragment(QString());
+    if (url.hasQuery() || !query.isEmpty())
+        url.setQuery(query.isEmpty() ? QString() : query, QUrl::StrictMode);
+    url.setPath(path, QUrl::StrictMode);
+    if (!url.isValid() || url.host().isEmpty())
+        return std::nullopt;
+    return url;
 }
 
 const Platform &of(SourceKind kind)

@@ -42,6 +42,13 @@ enum class Probe {
     last,     // asked on its own, in table order, when all the others declined
 };
 
+// A page's own host as written (its case kept, with a port when one was written), and the
+// same parsed once as an address, from which its platforms' documents are made.
+struct Site {
+    QString host;
+    QUrl url;
+};
+
 // One status platform: everything the rest of the system needs to know of it.
 struct Platform {
     QLatin1StringView displayName; // "Statuspage", as source lines are described
@@ -52,8 +59,8 @@ struct Platform {
     std::optional<SourceKind> kind = std::nullopt;
     QLatin1StringView storedName = {};
     QLatin1StringView catalogName = {};
-    // The document's URL for a host and optional sub-page; nothing when they make no URL.
-    std::optional<QUrl> (*document)(const QString &host,
+    // The document's URL for a site and optional sub-page; nothing when they make no URL.
+    std::optional<QUrl> (*document)(const Site &site,
                                     const std::optional<QString> &subpage) = nullptr;
     Probe probe = Probe::never;
     // Whether a probe's answer (HTTP status and body) is the platform's; when not set, a 2xx
@@ -71,6 +78,10 @@ const Platform &of(SourceKind kind);
 
 std::optional<SourceKind> kindFromStoredName(QStringView name);
 std::optional<SourceKind> kindFromCatalogName(QStringView name);
+
+// The address at path (and query, when given) on site, over HTTPS; nothing when they make no
+// URL. The site's host is not parsed again.
+std::optional<QUrl> below(const Site &site, const QString &path, const QString &query = {});
 
 // Whether a probe's answer is the platform's.
 bool recognizes(const Platform &platform, int httpStatus, const QByteArray &body);
