@@ -63,6 +63,7 @@ struct Session::Private {
     void complete(Transfer *transfer, CURLcode code);
     void detach(Transfer *transfer);
     QByteArray proxyFor(const QUrl &url);
+    CURLSH *nameCache();
 
     static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watch);
     static int onTimer(CURLM *, long timeoutMs, void *self);
@@ -70,6 +71,10 @@ struct Session::Private {
     Session *q;
     Options options;
     CURLM *multi = nullptr;
+    // The resolved names, kept for one burst of transfers. libcurl walks its whole name cache
+    // to prune it as each transfer ends, unless entries never expire: so they never do, and
+    // the cache is replaced whenever the session has been idle.
+    CURLSH *names = nullptr;
     QTimer timer;
     QHash<CURL *, Transfer *> transfers;
     QSet<SocketWatch *> watches; // in use
@@ -268,6 +273,7 @@ Session::Private::~Private()
     for (Transfer *transfer : transfers.values())
         delete transfer;
     curl_multi_cleanup(multi);
+    curl_share_cleanup(names);
     // The notifiers are the session's children and go with it.
     qDeleteAll(watches);
     qDeleteAll(spareWatches);
@@ -508,6 +514,17 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
     done(std::move(response));
 }
 
+CURLSH *Session::Private::nameCache()
+{
+    if (names && transfers.isEmpty() && curl_share_cleanup(names) == CURLSHE_OK)
+        names = nullptr;
+    if (!names) {
+        names = curl_share_init();
+        curl_share_setopt(names, CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
+    }
+    return names;
+}
+
 QByteArray Session::Private::proxyFor(const QUrl &url)
 {
     // Loopback addresses never go through a proxy, as in browsers.
@@ -568,6 +585,8 @@ Transfer *prepared(Session::Private *d, QObject *context, std::function<void(Res
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, transfer);
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.connectTimeout.count()));
+    curl_easy_setopt(easy, CURLOPT_SHARE, d->nameCache());
+    curl_easy_setopt(easy, CURLOPT_DNS_CACHE_TIMEOUT, -1L);
     // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
     // limit on the whole transfer.
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
