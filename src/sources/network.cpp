@@ -22,6 +22,26 @@ namespace {
 
 class Transfer;
 
+// Names resolved for a few hundred transfers at most, and only while they run. libcurl keeps
+// resolved names in a hash of seven buckets, which it also walks whole to prune as each
+// transfer ends: with thousands of hosts in one cache both cost thousands of steps a transfer.
+// So entries never expire (no pruning walk), and each cache serves a bounded number of
+// transfers, and goes with the last of them.
+struct NameCache {
+    static constexpr int transfers = 256;
+
+    NameCache() : share(curl_share_init())
+    {
+        curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
+    }
+    ~NameCache() { curl_share_cleanup(share); }
+    NameCache(const NameCache &) = delete;
+    NameCache &operator=(const NameCache &) = delete;
+
+    CURLSH *share;
+    int handedOut = 0;
+};
+
 // The notifiers that watch one socket libcurl asked us to watch. They are kept for the next
 // socket when this one closes: making and destroying them per connection costs more than the
 // rest of a loopback transfer's event handling.
@@ -63,7 +83,7 @@ struct Session::Private {
     void complete(Transfer *transfer, CURLcode code);
     void detach(Transfer *transfer);
     QByteArray proxyFor(const QUrl &url);
-    CURLSH *nameCache();
+    std::shared_ptr<NameCache> nameCache();
 
     static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watch);
     static int onTimer(CURLM *, long timeoutMs, void *self);
@@ -71,10 +91,8 @@ struct Session::Private {
     Session *q;
     Options options;
     CURLM *multi = nullptr;
-    // The resolved names, kept for one burst of transfers. libcurl walks its whole name cache
-    // to prune it as each transfer ends, unless entries never expire: so they never do, and
-    // the cache is replaced whenever the session has been idle.
-    CURLSH *names = nullptr;
+    // The cache of resolved names that new transfers share; see NameCache.
+    std::shared_ptr<NameCache> names;
     QTimer timer;
     QHash<CURL *, Transfer *> transfers;
     QSet<SocketWatch *> watches; // in use
@@ -104,6 +122,7 @@ public:
         error[0] = '\0';
     }
 
+    // The easy handle goes before its name cache, which cannot go while a handle uses it.
     ~Transfer() override
     {
         if (owner)
@@ -164,6 +183,7 @@ public:
     }
 
     Session::Private *owner;
+    std::shared_ptr<NameCache> names;
     CURL *easy;
     std::function<void(Response)> done;
     QUrl url; // as asked for, before any loopback rewriting
@@ -273,7 +293,6 @@ Session::Private::~Private()
     for (Transfer *transfer : transfers.values())
         delete transfer;
     curl_multi_cleanup(multi);
-    curl_share_cleanup(names);
     // The notifiers are the session's children and go with it.
     qDeleteAll(watches);
     qDeleteAll(spareWatches);
@@ -514,14 +533,12 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
     done(std::move(response));
 }
 
-CURLSH *Session::Private::nameCache()
+std::shared_ptr<NameCache> Session::Private::nameCache()
 {
-    if (names && transfers.isEmpty() && curl_share_cleanup(names) == CURLSHE_OK)
-        names = nullptr;
-    if (!names) {
-        names = curl_share_init();
-        curl_share_setopt(names, CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
-    }
+    // A new one after an idle spell too, so that no name outlives the burst it was resolved in.
+    if (!names || names->handedOut == NameCache::transfers || transfers.isEmpty())
+        names = std::make_shared<NameCache>();
+    ++names->handedOut;
     return names;
 }
 
@@ -585,7 +602,8 @@ Transfer *prepared(Session::Private *d, QObject *context, std::function<void(Res
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, transfer);
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.connectTimeout.count()));
-    curl_easy_setopt(easy, CURLOPT_SHARE, d->nameCache());
+    transfer->names = d->nameCache();
+    curl_easy_setopt(easy, CURLOPT_SHARE, transfer->names->share);
     curl_easy_setopt(easy, CURLOPT_DNS_CACHE_TIMEOUT, -1L);
     // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
     // limit on the whole transfer.
