@@ -1,6 +1,7 @@
 #include "model/health.h"
 
 #include <QCoreApplication>
+#include <array>
 
 namespace lanternic {
 
@@ -93,6 +94,19 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
     if (status == QLatin1StringView("major_outage") || status == QLatin1StringView("full_outage"))
         return Health::down;
     return Health::degraded;
+}
+
+QString sharedStatusWord(QString status)
+{
+    static const std::array<QString, 5> words{
+        QStringLiteral("operational"), QStringLiteral("degraded_performance"),
+        QStringLiteral("partial_outage"), QStringLiteral("major_outage"),
+        QStringLiteral("under_maintenance")};
+    for (const QString &word : words) {
+        if (status == word)
+            return word;
+    }
+    return status;
 }
 
 bool isMaintenanceStatus(QStringView status)

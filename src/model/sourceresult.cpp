@@ -7,6 +7,14 @@
 
 namespace lanternic {
 
+QString componentId(QStringView sourceId, QStringView key)
+{
+    QString id;
+    id.reserve(sourceId.size() + 2 + key.size());
+    id.append(sourceId).append(u"::").append(key);
+    return id;
+}
+
 void SourceResult::makeWellFormed()
 {
     using FeedText::makeWellFormed;

@@ -13,6 +13,9 @@
 namespace lanternic {
 
 // One component of a service as its feed reported it.
+// "source id::key", the id of a component, made at its exact size: results hold thousands.
+QString componentId(QStringView sourceId, QStringView key);
+
 struct ComponentStatus {
     QString id; // the source id, "::" and the feed's own key, unique across sources
     QString name;

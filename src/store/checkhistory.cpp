@@ -57,8 +57,12 @@ void CheckHistory::merge(const CheckHistory &other)
 
 QByteArray CheckHistory::encode() const
 {
+    // Reserved at about its size: the settings keep the bytes with whatever room they have.
+    qsizetype ticks = 0;
+    for (const QList<HealthTick> &list : byId)
+        ticks += list.size();
     QByteArray out;
-    out.reserve(byId.size() * (maximumTicks * 48 + 64));
+    out.reserve(byId.size() * 64 + ticks * 48);
     out += "{\"byId\":{";
     bool firstId = true;
     for (auto it = byId.constBegin(); it != byId.constEnd(); ++it) {

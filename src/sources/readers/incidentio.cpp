@@ -187,7 +187,7 @@ QHash<QString, QString> worstStatusByKey(const QList<AffectedRef> &references)
 
 QList<ComponentStatus> structuredComponents(const Summary &summary,
                                             const QHash<QString, QString> &worstStatus,
-                                            const QString &prefix)
+                                            const QString &sourceId)
 {
     QList<ComponentStatus> components;
     const QList<Item> items =
@@ -205,22 +205,22 @@ QList<ComponentStatus> structuredComponents(const Summary &summary,
             if (!key)
                 continue;
             const QString status = worstStatus.value(*key, u"operational"_s);
-            components.append(
-                {prefix + *key, component.name.value_or(*key), componentHealth(status), status});
+            components.append({componentId(sourceId, *key), component.name.value_or(*key),
+                               componentHealth(status), status});
         }
     }
     return components;
 }
 
 QList<ComponentStatus> referencedComponents(const QList<AffectedRef> &references,
-                                            const QString &prefix)
+                                            const QString &sourceId)
 {
     QList<ComponentStatus> components;
     for (const AffectedRef &reference : references) {
         const auto keyed = keyedStatus(reference);
         if (!keyed || keyed->status == "operational"_L1)
             continue;
-        components.append({prefix + keyed->key, reference.name.value_or(keyed->key),
+        components.append({componentId(sourceId, keyed->key), reference.name.value_or(keyed->key),
                            componentHealth(keyed->status), keyed->status});
     }
     return components;
@@ -241,16 +241,15 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     for (const Incident &incident : incidents)
         references += incident.affectedComponents.value_or(QList<AffectedRef>());
 
-    const QString prefix = source.id + "::"_L1;
     SourceResult result;
     result.id = source.id;
     result.name = source.name;
 
     // The page's own structure, each component at the worst status referenced; without one,
     // the components the references name.
-    result.components = structuredComponents(*summary, worstStatusByKey(references), prefix);
+    result.components = structuredComponents(*summary, worstStatusByKey(references), source.id);
     if (result.components.isEmpty())
-        result.components = referencedComponents(references, prefix);
+        result.components = referencedComponents(references, source.id);
 
     result.url = source.homeURL;
     if (summary->publicUrl) {

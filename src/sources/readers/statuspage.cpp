@@ -28,7 +28,7 @@ std::optional<Summary> decode(const QJsonDocument &document)
             Summary::Component component;
             component.id = d.string(object, "id"_L1);
             component.name = d.string(object, "name"_L1);
-            component.status = d.string(object, "status"_L1);
+            component.status = sharedStatusWord(d.string(object, "status"_L1));
             component.group = d.optionalBool(object, "group"_L1);
             component.groupId = d.optionalString(object, "groupId"_L1);
             if (!d.ok())
@@ -87,7 +87,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
             if (group == groupNames.constEnd() || !includeGroups->contains(*group))
                 continue;
         }
-        result.components.append({source.id + "::"_L1 + component.id, component.name,
+        result.components.append({componentId(source.id, component.id), component.name,
                                   componentHealth(component.status, source.treatAsOperational),
                                   component.status});
     }

@@ -51,7 +51,7 @@ std::optional<QList<Provider>> decodeProviders(const QJsonDocument &document)
 ComponentStatus componentOf(const QString &id, const Provider &provider)
 {
     const bool outage = provider.hasOngoingOutage();
-    return {id + "::"_L1 + provider.componentKey(), provider.componentName(),
+    return {componentId(id, provider.componentKey()), provider.componentName(),
             outage ? Health::degraded : Health::operational,
             outage ? u"ongoing outage"_s : u"operational"_s};
 }
