@@ -3,7 +3,7 @@
 # so per-host connection limits never apply), against curl fetching the same URLs with
 # --parallel-max 300, interleaved, ROUNDS rounds (default 5). The server answers with about
 # 1 KB of CDN-like headers and the 5 KB summary. Prints each round, the medians and the
-# ratios, then the pass's syscalls per request under strace.
+# ratios, then the pass's syscalls per request under strace (not with SYSCALLS=0).
 # Usage: bench/pass-vs-curl.sh BUILD-DIR [N] [ROUNDS]
 set -euo pipefail
 build=${1:?usage: pass-vs-curl.sh BUILD-DIR [N] [ROUNDS]}
@@ -46,7 +46,7 @@ echo "median curl ${cw}s wall ${cc}s cpu; pass ${pw}s wall ${pc}s cpu;" \
     "cpu ratio $(awk "BEGIN { printf \"%.2f\", $pc / $cc }")" \
     "memory growth $(awk "BEGIN { printf \"%.1f\", ($peak - $idle) / 1024 }") MB"
 
-if command -v strace >/dev/null; then
+if [ "${SYSCALLS:-1}" != 0 ] && command -v strace >/dev/null; then
     strace -f -c -o "$work/strace" "$build/bench/bench_pass" $port "$work/urls" >/dev/null
     calls=$(awk '$NF == "total" { print $(NF - 2) }' "$work/strace")
     echo "syscalls per request (whole process, start-up included): $(awk "BEGIN { printf \"%.1f\", $calls / $count }")"

@@ -85,7 +85,24 @@ QJsonValue JsonDecoder::find(const QJsonObject &object, QLatin1StringView field)
         return it.value();
     if (m_style == KeyStyle::exact)
         return QJsonValue(QJsonValue::Undefined);
-    // Only keys with an underscore can convert to a different spelling.
+    // Next its usual snake_case spelling, "group_id" for "groupId", also a direct lookup.
+    char snake[64];
+    qsizetype length = 0;
+    for (const char c : field) {
+        if (length + 2 > qsizetype(sizeof snake))
+            break;
+        if (c >= 'A' && c <= 'Z') {
+            snake[length++] = '_';
+            snake[length++] = char(c - 'A' + 'a');
+        } else {
+            snake[length++] = c;
+        }
+    }
+    if (length != field.size()) {
+        if (auto it = object.constFind(QLatin1StringView(snake, length)); it != object.constEnd())
+            return it.value();
+    }
+    // Then any other key with an underscore that converts to it.
     for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
         const QString key = it.key();
         if (key.contains(u'_') && snakeKeyNamesField(key, field))
