@@ -4,7 +4,9 @@
 #include "store/notificationrules.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -188,21 +190,24 @@ void Forwarder::send(Queue &queue)
     m_services.session.post(
         queue.target.endpoint, message.request.body, headers, this,
         [this, address = queue.target.address, id = message.id](network::Response response) {
-            delivered(address, id,
-                      !response.transferFailure && response.httpStatus &&
-                          *response.httpStatus >= 200 && *response.httpStatus < 300);
+            std::optional<QString> failure = response.transferFailure;
+            if (!failure &&
+                (!response.httpStatus || *response.httpStatus < 200 || *response.httpStatus >= 300))
+                failure = u"HTTP %1"_s.arg(response.httpStatus.value_or(0));
+            delivered(address, id, failure);
         },
         m_options.attemptLimit);
 }
 
-void Forwarder::delivered(const QString &address, const QString &id, bool ok)
+void Forwarder::delivered(const QString &address, const QString &id,
+                          const std::optional<QString> &failure)
 {
     const auto queue = m_queues.find(address);
     // Its target was let go while the message was on its way.
     if (queue == m_queues.end() || !queue->inFlight)
         return;
     queue->inFlight = false;
-    if (ok) {
+    if (!failure) {
         if (!queue->messages.isEmpty() && queue->messages.first().id == id)
             queue->messages.removeFirst();
         queue->wait = milliseconds(0);
@@ -213,6 +218,7 @@ void Forwarder::delivered(const QString &address, const QString &id, bool ok)
         queue->wait = queue->wait.count() == 0 ? m_options.firstRetry
                                                : std::min(queue->wait * 2, m_options.longestWait);
         queue->dueAt = monotonicNow() + queue->wait.count();
+        Q_EMIT deliveryFailed(address, *failure, queue->wait);
     }
     countsMayHaveChanged();
     deliver();
@@ -305,6 +311,7 @@ void Forwarder::save()
                         {u"body"_s, QString::fromLatin1(message->request.body.toBase64())},
                         {u"headers"_s, headers}});
     }
+    QDir().mkpath(QFileInfo(m_outboxFile).absolutePath());
     QSaveFile file(m_outboxFile);
     if (file.open(QIODevice::WriteOnly)) {
         file.write(QJsonDocument(QJsonObject{{u"version"_s, 1}, {u"messages"_s, messages}})

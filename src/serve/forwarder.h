@@ -65,6 +65,9 @@ public:
 
 Q_SIGNALS:
     void countsChanged();
+    // A delivery to address failed (why: the HTTP status or the transfer's failure), and is
+    // tried again after wait.
+    void deliveryFailed(const QString &address, const QString &why, std::chrono::milliseconds wait);
 
 private:
     struct Message {
@@ -85,7 +88,8 @@ private:
     void dropOldest();
     void deliver();
     void send(Queue &queue);
-    void delivered(const QString &address, const QString &id, bool ok);
+    void delivered(const QString &address, const QString &id,
+                   const std::optional<QString> &failure);
     void scheduleRetry();
     void load();
     void save();

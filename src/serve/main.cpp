@@ -218,6 +218,15 @@ int main(int argc, char **argv)
         QFileInfo(defaults.fileName()).absoluteDir().filePath(u"forward-outbox.json"_s), {});
     QObject::connect(&forwarder, &Forwarder::countsChanged, &server,
                      [&] { server.setForwardCounts(forwarder.counts()); });
+    QObject::connect(
+        &forwarder, &Forwarder::deliveryFailed,
+        [](const QString &address, const QString &why, std::chrono::milliseconds wait) {
+            std::fprintf(stderr,
+                         "lanternic-serve: forwarding to %s failed (%s); trying "
+                         "again in %lld s\n",
+                         qUtf8Printable(address), qUtf8Printable(why),
+                         qlonglong(wait.count() / 1000));
+        });
     forwarder.setSecret(secret.value_or(QByteArray()));
     forwarder.setTargets(storedTargets(defaults));
 
