@@ -221,11 +221,11 @@ int main(int argc, char **argv)
     QObject::connect(
         &forwarder, &Forwarder::deliveryFailed,
         [](const QString &address, const QString &why, std::chrono::milliseconds wait) {
-            std::fprintf(stderr,
-                         "lanternic-serve: forwarding to %s failed (%s); trying "
-                         "again in %lld s\n",
-                         qUtf8Printable(address), qUtf8Printable(why),
-                         qlonglong(wait.count() / 1000));
+            // Without a password the address may hold.
+            const QString shown = QUrl(address).toString(QUrl::RemoveUserInfo);
+            std::fprintf(
+                stderr, "lanternic-serve: forwarding to %s failed (%s); trying again in %lld s\n",
+                qUtf8Printable(shown), qUtf8Printable(why), qlonglong(wait.count() / 1000));
         });
     forwarder.setSecret(secret.value_or(QByteArray()));
     forwarder.setTargets(storedTargets(defaults));
