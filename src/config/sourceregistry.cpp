@@ -271,15 +271,17 @@ public:
     // The source and the form of its target; nothing when the value makes none.
     std::optional<Built> make(const SourceEntry &entry)
     {
-        auto made = m_made.constFind(entry.value);
-        if (made == m_made.constEnd()) {
+        const qsizetype next = m_made.size();
+        const qsizetype index = m_index.value(entry.value, next);
+        if (index == next) {
             const std::optional<Target> target = Target::classify(entry.value);
-            made = m_made.insert(entry.value,
-                                 target ? buildSource(*target, m_kinds, m_options) : std::nullopt);
+            m_made.append(target ? buildSource(*target, m_kinds, m_options) : std::nullopt);
+            m_index.insert(entry.value, index);
         }
-        if (!*made)
+        const std::optional<Built> &made = m_made[index];
+        if (!made)
             return std::nullopt;
-        Built built = **made;
+        Built built = *made;
         built.source.name = entry.label;
         built.source.id = m_ids.claim(built.key);
         return built;
@@ -289,7 +291,9 @@ private:
     const QHash<QString, SourceKind> &m_kinds;
     SourceOptions m_options;
     SourceIds m_ids;
-    QHash<QString, std::optional<Built>> m_made; // by value
+    // What each value made, in the order first written, and where, by value.
+    QList<std::optional<Built>> m_made;
+    QHash<QString, qsizetype> m_index;
 };
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
