@@ -105,8 +105,10 @@ void Forwarder::setSecret(const QByteArray &secret)
 void Forwarder::passFinished()
 {
     const LanternicStore &store = m_services.store;
-    // Offline nothing is watched; what is seen then is not compared with later passes.
-    if (m_queues.isEmpty() || store.isOffline())
+    // Offline nothing is watched; what is seen then is not compared with later passes. Without
+    // targets too the passes are followed, so that forwards added by a reload tell the next
+    // change.
+    if (store.isOffline())
         return;
     const QDateTime now = store.now();
     ChangeNews::Snapshot current =
@@ -132,7 +134,7 @@ void Forwarder::passFinished()
 
 void Forwarder::enqueue(const QList<ForwardEvent::Event> &events)
 {
-    if (events.isEmpty())
+    if (events.isEmpty() || m_queues.isEmpty())
         return;
     for (Queue &queue : m_queues) {
         for (const ForwardEvent::Event &event : events) {
