@@ -1,5 +1,6 @@
 #include "present/changenotice.h"
 #include "present/displaytext.h"
+#include "present/forwardevent.h"
 #include "present/sourcelines.h"
 #include "support/fixtures.h"
 #include "support/results.h"
@@ -13,6 +14,7 @@ using namespace results;
 using namespace Qt::StringLiterals;
 
 Q_DECLARE_METATYPE(lanternic::SourceResult)
+Q_DECLARE_METATYPE(lanternic::ForwardEvent::Event)
 
 // What notifications and time texts say of results.
 class TestPresent : public QObject {
@@ -23,6 +25,78 @@ class TestPresent : public QObject {
     std::unique_ptr<SilenceStore> silence;
 
 private Q_SLOTS:
+    // What an ntfy message carries in its headers: text beyond ASCII as an RFC 2047 word,
+    // priority and tag by what changed, and a link only to a web page.
+    void ntfyHeaders_data()
+    {
+        QTest::addColumn<ForwardEvent::Event>("event");
+        QTest::addColumn<QList<QByteArray>>("headers"); // Title, Priority, Tags, Click
+        const QDateTime at = QDateTime::fromString(u"2026-11-16T17:00:00Z"_s, Qt::ISODate);
+        const QUrl page(u"https://status.example.com"_s);
+        QTest::newRow("down") << ForwardEvent::Event{u"s"_s,
+                                                     u"GitHub"_s,
+                                                     page,
+                                                     Health::operational,
+                                                     Health::down,
+                                                     u"GitHub is down"_s,
+                                                     u"GitHub \u2014 down"_s,
+                                                     {},
+                                                     at}
+                              << QList<QByteArray>{"GitHub is down", "5", "rotating_light",
+                                                   page.toEncoded()};
+        QTest::newRow("beyond ASCII, no web page")
+            << ForwardEvent::Event{u"s"_s,
+                                   u"Stra\u00dfe"_s,
+                                   QUrl(u"ftp://x.example/"_s),
+                                   Health::down,
+                                   Health::degraded,
+                                   u"Stra\u00dfe\n is degraded"_s,
+                                   u"Stra\u00dfe \u2014 degraded"_s,
+                                   {},
+                                   at}
+            << QList<QByteArray>{"=?UTF-8?B?" +
+                                     QByteArray("Stra\xc3\x9f"
+                                                "e  is degraded")
+                                         .toBase64() +
+                                     "?=",
+                                 "4",
+                                 "warning",
+                                 {}};
+        QTest::newRow("new incident")
+            << ForwardEvent::Event{u"s"_s,
+                                   u"Linear"_s,
+                                   std::nullopt,
+                                   Health::operational,
+                                   Health::operational,
+                                   u"Linear: new incident \u2014 Sync"_s,
+                                   u"Investigating: Sync"_s,
+                                   {{u"investigating"_s, u"Sync"_s}},
+                                   at,
+                                   true}
+            << QList<QByteArray>{
+                   "=?UTF-8?B?" + u"Linear: new incident \u2014 Sync"_s.toUtf8().toBase64() + "?=",
+                   "3",
+                   "loudspeaker",
+                   {}};
+    }
+
+    void ntfyHeaders()
+    {
+        QFETCH(ForwardEvent::Event, event);
+        QFETCH(QList<QByteArray>, headers);
+        const ForwardEvent::Request request = ForwardEvent::ntfy(event);
+        const auto header = [&](const QByteArray &name) {
+            for (const auto &[key, value] : request.headers) {
+                if (key == name)
+                    return value;
+            }
+            return QByteArray();
+        };
+        QCOMPARE((QList<QByteArray>{header("Title"), header("Priority"), header("Tags"),
+                                    header("Click")}),
+                 headers);
+    }
+
     // What each line became, as the settings window and lanternic-check sources tell it.
     void lineReadings()
     {
