@@ -108,10 +108,15 @@ Request ntfy(const Event &event)
     }
     if (lines.isEmpty())
         lines.append(event.title);
-    QStringList clean;
-    for (const QString &line : lines)
-        clean.append(FeedText::clean(line, 1000));
-    Request request{clean.join(u'\n').toUtf8(),
+    // ntfy turns a message over 4,096 bytes into an attachment: whole lines up to that.
+    QByteArray body;
+    for (const QString &line : lines) {
+        const QByteArray text = FeedText::clean(line, 1000).toUtf8();
+        if (!body.isEmpty() && body.size() + 1 + text.size() > 4096)
+            break;
+        body += (body.isEmpty() ? "" : "\n") + text;
+    }
+    Request request{body,
                     {{"Content-Type", "text/plain; charset=utf-8"},
                      {"Title", headerText(event.title)},
                      {"Priority", priorityFor(event)},

@@ -62,6 +62,20 @@ private Q_SLOTS:
                                  "4",
                                  "warning",
                                  {}};
+        QList<ChangeNews::IncidentMention> many;
+        for (int i = 0; i < 10; ++i)
+            many.append({u"identified"_s, QString(900, QChar(u'0' + i))});
+        QTest::newRow("more incidents than a message holds")
+            << ForwardEvent::Event{u"s"_s,
+                                   u"AWS"_s,
+                                   page,
+                                   Health::degraded,
+                                   Health::down,
+                                   u"AWS is down"_s,
+                                   u"AWS \u2014 down"_s,
+                                   many,
+                                   at}
+            << QList<QByteArray>{"AWS is down", "5", "rotating_light", page.toEncoded()};
         QTest::newRow("new incident")
             << ForwardEvent::Event{u"s"_s,
                                    u"Linear"_s,
@@ -92,6 +106,12 @@ private Q_SLOTS:
             }
             return QByteArray();
         };
+        // ntfy would make a longer message an attachment; whole lines are kept.
+        QVERIFY(request.body.size() <= 4096);
+        QStringList whole{event.title, event.detail};
+        for (const ChangeNews::IncidentMention &incident : event.incidents)
+            whole.append(ChangeNotice::incidentLine(incident));
+        QVERIFY(whole.contains(QString::fromUtf8(request.body.split('\n').last())));
         QCOMPARE((QList<QByteArray>{header("Title"), header("Priority"), header("Tags"),
                                     header("Click")}),
                  headers);
