@@ -30,24 +30,19 @@ void ChangeNotifier::passFinished()
     const LanternicStore &store = m_services.store;
     if (store.isOffline())
         return;
-    ChangeNews::Snapshot current = ChangeNews::snapshot(store.results(), m_services.silence,
-                                                        store.now(), m_services.rules.entries());
-    if (m_previous)
-        current = ChangeNews::lastKnown(*m_previous, std::move(current));
-    const std::optional<ChangeNews::Snapshot> previous = std::exchange(m_previous, current);
-    if (!previous || !m_services.settings.notifications()) {
-        m_quiet.reset();
+    const bool notifications = m_services.settings.notifications();
+    // Without notifications a quiet spell ends untold.
+    const ChangeNews::Follower::Step step =
+        m_follower.follow(ChangeNews::snapshot(store.results(), m_services.silence, store.now(),
+                                               m_services.rules.entries()),
+                          notifications && m_services.rules.isMuted(store.now()));
+    if (!notifications)
         return;
-    }
-    if (m_services.rules.isMuted(store.now())) {
-        if (!m_quiet)
-            m_quiet = ChangeNews::quietFrom(*previous);
-        ChangeNews::record(*m_quiet, current);
-        return;
-    }
-    const auto notice =
-        m_quiet ? ChangeNotice::afterQuiet(*std::exchange(m_quiet, std::nullopt), current)
-                : ChangeNotice::between(*previous, current);
+    std::optional<ChangeNotice::Notice> notice;
+    if (step == ChangeNews::Follower::Step::afterQuiet)
+        notice = ChangeNotice::afterQuiet(m_follower.quietLog(), m_follower.current());
+    else if (step == ChangeNews::Follower::Step::compared)
+        notice = ChangeNotice::between(m_follower.previous(), m_follower.current());
     if (notice)
         show(*notice);
 }

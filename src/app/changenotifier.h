@@ -52,8 +52,7 @@ private:
     Fallback m_fallback;
     void show(const ChangeNotice::Notice &notice);
 
-    std::optional<ChangeNews::Snapshot> m_previous;
-    std::optional<ChangeNews::QuietLog> m_quiet;
+    ChangeNews::Follower m_follower;
     QHash<quint32, ChangeNotice::Notice> m_shown;
 };
 

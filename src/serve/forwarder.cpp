@@ -111,25 +111,22 @@ void Forwarder::passFinished()
     if (store.isOffline())
         return;
     const QDateTime now = store.now();
-    ChangeNews::Snapshot current =
-        ChangeNews::snapshot(store.results(), store.silence(), now, m_services.rules.entries());
-    if (!m_previous) {
-        m_previous = std::move(current);
-        return;
+    const ChangeNews::Follower &passes = m_follower;
+    switch (m_follower.follow(
+        ChangeNews::snapshot(store.results(), store.silence(), now, m_services.rules.entries()),
+        m_services.rules.isMuted(now))) {
+    case ChangeNews::Follower::Step::afterQuiet:
+        enqueue(ForwardEvent::afterQuiet(
+            ChangeNews::afterQuiet(passes.quietLog(), passes.current()), passes.current(), now));
+        break;
+    case ChangeNews::Follower::Step::compared:
+        if (const auto news = ChangeNews::between(passes.previous(), passes.current()))
+            enqueue(ForwardEvent::ofNews(*news, now));
+        break;
+    case ChangeNews::Follower::Step::first:
+    case ChangeNews::Follower::Step::quiet:
+        break;
     }
-    current = ChangeNews::lastKnown(*m_previous, std::move(current));
-    if (m_services.rules.isMuted(now)) {
-        if (!m_quiet)
-            m_quiet = ChangeNews::quietFrom(*m_previous);
-        ChangeNews::record(*m_quiet, current);
-    } else if (m_quiet) {
-        enqueue(ForwardEvent::afterQuiet(ChangeNews::afterQuiet(*m_quiet, current), current, now));
-        m_quiet.reset();
-    } else if (const auto news = ChangeNews::between(*m_previous, current)) {
-        // The news points into the current snapshot: made into events before that is kept.
-        enqueue(ForwardEvent::ofNews(*news, now));
-    }
-    m_previous = std::move(current);
 }
 
 void Forwarder::enqueue(const QList<ForwardEvent::Event> &events)

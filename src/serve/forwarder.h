@@ -106,8 +106,7 @@ private:
     bool m_outboxReadable = true;
     QTimer m_retry;
     ForwardCounts m_counts;
-    std::optional<ChangeNews::Snapshot> m_previous;
-    std::optional<ChangeNews::QuietLog> m_quiet;
+    ChangeNews::Follower m_follower;
 };
 
 } // namespace lanternic

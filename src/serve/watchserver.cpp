@@ -156,18 +156,14 @@ void WatchServer::recordChanges()
     if (m_store.isOffline())
         return;
     const QDateTime now = m_store.now();
-    ChangeNews::Snapshot current = ChangeNews::snapshot(m_store.results(), m_store.silence(), now);
-    if (m_previous)
-        current = ChangeNews::lastKnown(*m_previous, std::move(current));
-    // The news points into the current snapshot: worded before that is kept.
-    const std::optional<ChangeNews::News> news =
-        m_previous ? ChangeNews::between(*m_previous, current) : std::nullopt;
-    if (news) {
+    if (m_passes.follow(ChangeNews::snapshot(m_store.results(), m_store.silence(), now)) !=
+        ChangeNews::Follower::Step::compared)
+        return;
+    if (const auto news = ChangeNews::between(m_passes.previous(), m_passes.current())) {
         m_changes = ChangeFeed::entries(*news, now) + m_changes;
         m_changes.resize(std::min(m_changes.size(), maximumChanges));
         publishChangeFeed();
     }
-    m_previous = std::move(current);
 }
 
 void WatchServer::publishChangeFeed()

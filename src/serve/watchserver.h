@@ -79,7 +79,7 @@ private:
     Document m_relay;
     Document m_summary;
     Document m_changeFeed;
-    std::optional<ChangeNews::Snapshot> m_previous;
+    ChangeNews::Follower m_passes;
     QList<ChangeFeed::Entry> m_changes; // newest first
     static constexpr qsizetype maximumChanges = 100;
     Encoded m_metrics; // the exposition of the last pass, made a moment after it; empty before

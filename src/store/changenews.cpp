@@ -4,6 +4,7 @@
 #include "store/displaysummary.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lanternic::ChangeNews {
 
@@ -223,6 +224,27 @@ QList<QuietChange> afterQuiet(const QuietLog &log, const Snapshot &now)
     std::sort(changes.begin(), changes.end(),
               [](const QuietChange &a, const QuietChange &b) { return a.name < b.name; });
     return changes;
+}
+
+Follower::Step Follower::follow(Snapshot snapshot, bool muted)
+{
+    if (!std::exchange(m_started, true)) {
+        m_current = std::move(snapshot);
+        return Step::first;
+    }
+    Snapshot next = lastKnown(m_current, std::move(snapshot));
+    m_previous = std::exchange(m_current, std::move(next));
+    if (muted) {
+        if (!m_quiet)
+            m_quiet = quietFrom(m_previous);
+        record(*m_quiet, m_current);
+        return Step::quiet;
+    }
+    if (m_quiet) {
+        m_endedQuiet = *std::exchange(m_quiet, std::nullopt);
+        return Step::afterQuiet;
+    }
+    return Step::compared;
 }
 
 } // namespace lanternic::ChangeNews

@@ -108,6 +108,33 @@ struct QuietChange {
 // By name; empty when nothing changed.
 QList<QuietChange> afterQuiet(const QuietLog &log, const Snapshot &now);
 
+// Follows the passes as notifications see them: each pass's snapshot completed from the last
+// (lastKnown), and what a quiet spell saw. The desktop's notifier, the watcher's forwards and
+// its feed of changes each follow the passes through one.
+class Follower {
+public:
+    // What the pass just followed brings.
+    enum class Step {
+        first,      // nothing to compare it with yet
+        quiet,      // muted: recorded for when the quiet spell ends
+        afterQuiet, // a quiet spell ended: quietLog() holds what it saw, current() how it ends
+        compared,   // previous() and current() are the last two passes
+    };
+
+    Step follow(Snapshot snapshot, bool muted = false);
+
+    const Snapshot &previous() const { return m_previous; }
+    const Snapshot &current() const { return m_current; }
+    const QuietLog &quietLog() const { return m_endedQuiet; }
+
+private:
+    bool m_started = false;
+    Snapshot m_previous;
+    Snapshot m_current;
+    std::optional<QuietLog> m_quiet; // while a quiet spell lasts
+    QuietLog m_endedQuiet;
+};
+
 } // namespace ChangeNews
 
 } // namespace lanternic

@@ -104,6 +104,22 @@ QByteArray LoopbackServer::Request::header(const QByteArray &name) const
     return {};
 }
 
+QList<QByteArray> LoopbackServer::each(QByteArray Request::*part) const
+{
+    QList<QByteArray> parts;
+    for (const Request &request : m_received)
+        parts.append(request.*part);
+    return parts;
+}
+
+QList<QByteArray> LoopbackServer::header(const QByteArray &name) const
+{
+    QList<QByteArray> values;
+    for (const Request &request : m_received)
+        values.append(request.header(name));
+    return values;
+}
+
 void LoopbackServer::serve(QTcpSocket *socket)
 {
     QByteArray request = socket->property("request").toByteArray() + socket->readAll();
@@ -128,9 +144,6 @@ void LoopbackServer::serve(QTcpSocket *socket)
     whole.body = request.mid(headerEnd + 4, length);
     socket->setProperty("request", request.mid(headerEnd + 4 + length));
     const QByteArray target = whole.target;
-    m_requests.append(target);
-    m_userAgents.append(whole.header("user-agent"));
-    m_hosts.append(whole.header("host"));
     m_received.append(whole);
 
     const QByteArray path =

@@ -43,9 +43,9 @@ public:
     QUrl url(const QByteArray &path) const;
     quint16 port() const;
     // Request targets (path and query) in the order they arrived, and their headers.
-    const QList<QByteArray> &requests() const { return m_requests; }
-    const QList<QByteArray> &userAgents() const { return m_userAgents; }
-    const QList<QByteArray> &hosts() const { return m_hosts; }
+    QList<QByteArray> requests() const { return each(&Request::target); }
+    QList<QByteArray> userAgents() const { return header("user-agent"); }
+    QList<QByteArray> hosts() const { return header("host"); }
     // Every request whole, in the order they arrived.
     struct Request {
         QByteArray method;
@@ -60,6 +60,8 @@ public:
     int mostOpenAtOnce() const { return m_mostOpen; }
 
 private:
+    QList<QByteArray> each(QByteArray Request::*part) const;
+    QList<QByteArray> header(const QByteArray &name) const;
     void listen(const QHostAddress &address, quint16 port = 0);
     void serve(QTcpSocket *socket);
     void send(QTcpSocket *socket, const Response &response);
@@ -68,9 +70,6 @@ private:
     QString m_host = QStringLiteral("127.0.0.1");
     bool m_tls = false;
     QHash<QByteArray, Response> m_routes;
-    QList<QByteArray> m_requests;
-    QList<QByteArray> m_userAgents;
-    QList<QByteArray> m_hosts;
     QList<Request> m_received;
     int m_open = 0;
     int m_mostOpen = 0;
