@@ -217,7 +217,7 @@ void HtmlPageJsonReadersOnly(benchmark::State &state)
     const QByteArray body = htmlPage(state.range(0));
     const JSONSource s = source();
     for (auto _ : state) {
-        const QJsonDocument document = parseJson(body);
+        const JsonDocument document = parseJson(body);
         for (const Platform &platform : Platforms::all()) {
             if (platform.read) {
                 auto reading = platform.read(s, document);

@@ -2,8 +2,8 @@
 # Installs the Debian packages the build and the tests need, if any are missing.
 set -euo pipefail
 
-# zlib1g-dev compresses lanternic-serve's answers; iproute2 brings up loopback in the network
-# namespace the redirect test runs in; qt6-svg-dev and scdoc render the icons and manual pages; openssl
+# zlib1g-dev compresses lanternic-serve's answers; libsimdjson-dev parses the status pages'
+# documents; iproute2 brings up loopback in the network namespace the redirect test runs in; qt6-svg-dev and scdoc render the icons and manual pages; openssl
 # makes the TLS tests' certificate; clang and its runtimes build the fuzzers; the X server,
 # tray host, compositing manager, X tools, Python's X and D-Bus bindings, Weston and Qt's
 # Wayland and GTK plugins run the end-to-end desktop tests and screenshots; lintian,
@@ -13,7 +13,7 @@ set -euo pipefail
 # translations (and Qt's own translations come with them); AT-SPI and its Python bindings read
 # the app's accessible tree in the screen-reader test.
 packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev
-    zlib1g-dev iproute2 libcurl4-openssl-dev libxcb1-dev pkg-config libbenchmark-dev
+    zlib1g-dev iproute2 libcurl4-openssl-dev libsimdjson-dev libxcb1-dev pkg-config libbenchmark-dev
     scdoc clang-format-14 clang-14 libclang-rt-14-dev curl openssl
     xvfb trayer xcompmgr xdotool x11-utils dbus python3-xlib python3-dbus python3-gi
     weston qt6-wayland qt6-gtk-platformtheme

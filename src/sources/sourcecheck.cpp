@@ -69,7 +69,7 @@ SourceResult read(const JSONSource &source, const QByteArray &body, const QDateT
 {
     // Parsed once; every reader looks at the same document. A feed is parsed only when every
     // JSON reader has declined.
-    const QJsonDocument document = parseJson(body);
+    const JsonDocument document = parseJson(body);
     std::optional<std::optional<FeedDocument>> feed;
     const auto readWith = [&](const Platform &platform) -> std::optional<SourceResult> {
         if (platform.read)

@@ -568,7 +568,7 @@ private Q_SLOTS:
             QDir(QStringLiteral(LANTERNIC_FIXTURES_DIR)).entryList({u"*.json"_s}, QDir::Files);
         QVERIFY(files.size() >= 16);
         for (const QString &file : files) {
-            const QJsonDocument document = parseJson(fixture(file));
+            const JsonDocument document = parseJson(fixture(file));
             for (const Platform &platform : Platforms::all()) {
                 if (!platform.read)
                     continue;

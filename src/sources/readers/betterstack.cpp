@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,17 +9,17 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> betterStack(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> betterStack(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonObject data = document.object().value("data"_L1).toObject();
-    const QJsonObject attributes = data.value("attributes"_L1).toObject();
+    const JsonObject data = document.object().value("data"_L1).toObject();
+    const JsonObject attributes = data.value("attributes"_L1).toObject();
     if (data.value("type"_L1) != "status_page"_L1 ||
         !attributes.value("aggregate_state"_L1).isString())
         return std::nullopt;
     SourceResult result = start(source);
-    for (const QJsonValue &value : document.object().value("included"_L1).toArray()) {
-        const QJsonObject item = value.toObject();
-        const QJsonObject resource = item.value("attributes"_L1).toObject();
+    for (const JsonValue &value : document.object().value("included"_L1).toArray()) {
+        const JsonObject item = value.toObject();
+        const JsonObject resource = item.value("attributes"_L1).toObject();
         const QString status = resource.value("status"_L1).toString();
         if (item.value("type"_L1) != "status_page_resource"_L1 || status == "not_monitored"_L1)
             continue;

@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,23 +9,23 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> cachet(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> cachet(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonArray data = document.object().value("data"_L1).toArray();
+    const JsonArray data = document.object().value("data"_L1).toArray();
     if (data.isEmpty())
         return std::nullopt;
     SourceResult result = start(source);
-    for (const QJsonValue &value : data) {
-        const QJsonObject item = value.toObject();
-        const QJsonObject attributes = item.value("attributes"_L1).toObject();
-        const QJsonValue value3 = attributes.value("status"_L1).toObject().value("value"_L1);
+    for (const JsonValue &value : data) {
+        const JsonObject item = value.toObject();
+        const JsonObject attributes = item.value("attributes"_L1).toObject();
+        const JsonValue value3 = attributes.value("status"_L1).toObject().value("value"_L1);
         const bool version2 = item.contains("name"_L1) && item.contains("status"_L1);
         const bool version3 = attributes.contains("name"_L1) && !value3.isUndefined();
         if (!item.contains("id"_L1) || (!version2 && !version3))
             return std::nullopt;
-        if (item.value("enabled"_L1) == QJsonValue(false))
+        if (const JsonValue enabled = item.value("enabled"_L1); enabled.isBool() && !enabled.toBool())
             continue;
-        const QJsonValue status = version2 ? item.value("status"_L1) : value3;
+        const JsonValue status = version2 ? item.value("status"_L1) : value3;
         const int code = status.isString() ? status.toString().toInt() : status.toInt();
         const Health health = code == 1                             ? Health::operational
                               : code == 2 || code == 3 || code == 5 ? Health::degraded

@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,20 +9,20 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> gatus(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> gatus(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonArray endpoints = document.array();
+    const JsonArray endpoints = document.array();
     if (endpoints.isEmpty())
         return std::nullopt;
     SourceResult result = start(source);
-    for (const QJsonValue &value : endpoints) {
-        const QJsonObject endpoint = value.toObject();
+    for (const JsonValue &value : endpoints) {
+        const JsonObject endpoint = value.toObject();
         if (!endpoint.value("key"_L1).isString() || !endpoint.value("results"_L1).isArray())
             return std::nullopt;
         // Oldest result first.
-        const QJsonArray results = endpoint.value("results"_L1).toArray();
-        const QJsonValue success =
-            results.isEmpty() ? QJsonValue() : results.last().toObject().value("success"_L1);
+        const JsonArray results = endpoint.value("results"_L1).toArray();
+        const JsonValue success =
+            results.isEmpty() ? JsonValue() : results.last().toObject().value("success"_L1);
         const Health health = !success.isBool()  ? Health::unknown
                               : success.toBool() ? Health::operational
                                                  : Health::down;

@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,13 +9,13 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> google(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> google(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonArray incidents = document.array();
+    const JsonArray incidents = document.array();
     if (incidents.isEmpty())
         return std::nullopt;
-    for (const QJsonValue &value : incidents) {
-        const QJsonObject incident = value.toObject();
+    for (const JsonValue &value : incidents) {
+        const JsonObject incident = value.toObject();
         if (!incident.contains("id"_L1) || !incident.contains("begin"_L1) ||
             !incident.contains("status_impact"_L1))
             return std::nullopt;
@@ -28,8 +26,8 @@ std::optional<SourceResult> google(const JSONSource &source, const QJsonDocument
                                   ? u"https://www.google.com/appsstatus/dashboard/"_s
                                   : u"https://status.cloud.google.com/"_s;
     QHash<QString, qsizetype> products;
-    for (const QJsonValue &value : incidents) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : incidents) {
+        const JsonObject entry = value.toObject();
         if (!entry.value("end"_L1).isNull() && !entry.value("end"_L1).isUndefined())
             continue;
         const QString impact = text(entry.value("status_impact"_L1));
@@ -46,7 +44,7 @@ std::optional<SourceResult> google(const JSONSource &source, const QJsonDocument
         incident.updatedAt = instant(entry.value("modified"_L1));
         incident.update = text(entry.value("most_recent_update"_L1).toObject().value("text"_L1));
         result.incidents.append(incident);
-        for (const QJsonValue &product : entry.value("affected_products"_L1).toArray()) {
+        for (const JsonValue &product : entry.value("affected_products"_L1).toArray()) {
             worstOf(result, products, text(product.toObject().value("id"_L1)),
                     text(product.toObject().value("title"_L1)), health, impact);
         }

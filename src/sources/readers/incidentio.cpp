@@ -19,49 +19,53 @@ class WidgetDecoder {
 public:
     bool ok() const { return d.ok(); }
 
-    Component component(const QJsonValue &value, QLatin1StringView arrayField)
+    Component component(const JsonValue &value, QLatin1StringView arrayField)
     {
-        const QJsonObject object = d.element(value, arrayField);
+        return component(d.element(value, arrayField));
+    }
+
+    Component component(const JsonObject &object)
+    {
         return {d.optionalString(object, "componentId"_L1), d.optionalString(object, "id"_L1),
                 d.optionalString(object, "name"_L1), d.optionalBool(object, "hidden"_L1)};
     }
 
-    std::optional<QList<Component>> components(const QJsonObject &object)
+    std::optional<QList<Component>> components(const JsonObject &object)
     {
         return list<Component>(object, "components"_L1, &WidgetDecoder::component);
     }
 
-    Item item(const QJsonValue &value, QLatin1StringView arrayField)
+    Item item(const JsonValue &value, QLatin1StringView arrayField)
     {
-        const QJsonObject object = d.element(value, arrayField);
+        const JsonObject object = d.element(value, arrayField);
         Item item;
         if (auto group = d.optionalObject(object, "group"_L1))
             item.group = Group{d.optionalString(*group, "name"_L1), components(*group)};
         if (auto component = d.optionalObject(object, "component"_L1))
-            item.component = this->component(*component, "component"_L1);
+            item.component = this->component(*component);
         return item;
     }
 
-    AffectedRef affectedRef(const QJsonValue &value, QLatin1StringView arrayField)
+    AffectedRef affectedRef(const JsonValue &value, QLatin1StringView arrayField)
     {
-        const QJsonObject object = d.element(value, arrayField);
+        const JsonObject object = d.element(value, arrayField);
         return {d.optionalString(object, "componentId"_L1), d.optionalString(object, "id"_L1),
                 d.optionalString(object, "name"_L1), d.optionalString(object, "status"_L1),
                 d.optionalString(object, "currentStatus"_L1)};
     }
 
-    std::optional<QList<AffectedRef>> affectedRefs(const QJsonObject &object)
+    std::optional<QList<AffectedRef>> affectedRefs(const JsonObject &object)
     {
         return list<AffectedRef>(object, "affectedComponents"_L1, &WidgetDecoder::affectedRef);
     }
 
-    Incident incident(const QJsonValue &value, QLatin1StringView arrayField)
+    Incident incident(const JsonValue &value, QLatin1StringView arrayField)
     {
-        const QJsonObject object = d.element(value, arrayField);
+        const JsonObject object = d.element(value, arrayField);
         return {d.optionalString(object, "name"_L1), affectedRefs(object)};
     }
 
-    Summary summary(const QJsonObject &object)
+    Summary summary(const JsonObject &object)
     {
         Summary summary;
         summary.publicUrl = d.optionalString(object, "publicUrl"_L1);
@@ -77,8 +81,8 @@ public:
 
 private:
     template<typename T>
-    std::optional<QList<T>> list(const QJsonObject &object, QLatin1StringView field,
-                                 T (WidgetDecoder::*readElement)(const QJsonValue &,
+    std::optional<QList<T>> list(const JsonObject &object, QLatin1StringView field,
+                                 T (WidgetDecoder::*readElement)(const JsonValue &,
                                                                  QLatin1StringView))
     {
         auto array = d.optionalArray(object, field);
@@ -86,16 +90,16 @@ private:
             return std::nullopt;
         QList<T> elements;
         elements.reserve(array->size());
-        for (const QJsonValue &value : *array)
+        for (const JsonValue &value : *array)
             elements.append((this->*readElement)(value, field));
         return elements;
     }
 };
 
-std::optional<Summary> decodeSummary(const QJsonDocument &document)
+std::optional<Summary> decodeSummary(const JsonDocument &document)
 {
     WidgetDecoder decoder;
-    const QJsonObject root = decoder.d.root(document);
+    const JsonObject root = decoder.d.root(document);
     // A summary that is there but does not decode is not read around: its components may be
     // down, and the top level would read as an empty, operational page.
     if (auto summaryObject = decoder.d.optionalObject(root, "summary"_L1)) {
@@ -152,14 +156,14 @@ std::optional<QUrl> widgetURL(const Site &site, const std::optional<QString> &su
                                 : QString());
 }
 
-bool looksLikeIncidentWidget(const QJsonDocument &document)
+bool looksLikeIncidentWidget(const JsonDocument &document)
 {
     if (!document.isObject())
         return false;
-    const QJsonObject root = document.object();
-    const QJsonValue summary = root.value("summary"_L1);
+    const JsonObject root = document.object();
+    const JsonValue summary = root.value("summary"_L1);
     if (summary.isObject()) {
-        const QJsonObject inner = summary.toObject();
+        const JsonObject inner = summary.toObject();
         return inner.contains("structure"_L1) || inner.contains("ongoing_incidents"_L1) ||
                inner.contains("affected_components"_L1) || inner.contains("components"_L1);
     }
@@ -228,7 +232,7 @@ QList<ComponentStatus> referencedComponents(const QList<AffectedRef> &references
 
 } // namespace
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document)
 {
     if (!looksLikeIncidentWidget(document))
         return std::nullopt;
@@ -258,8 +262,8 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     }
 
     SourceResult::keepFirstOfEachId(result.components);
-    const QJsonValue wrapped = document.object().value("summary"_L1);
-    const QJsonObject summaryObject = wrapped.isObject() ? wrapped.toObject() : document.object();
+    const JsonValue wrapped = document.object().value("summary"_L1);
+    const JsonObject summaryObject = wrapped.isObject() ? wrapped.toObject() : document.object();
     const QUrl page = result.url.value_or(source.homeURL);
     result.incidents = NewsReader::incidentioIncidents(summaryObject, page);
     result.maintenances = NewsReader::incidentioMaintenances(summaryObject, page);

@@ -3,8 +3,8 @@
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
 #include "sources/readers/platforms.h"
+#include "sources/readers/jsondecoder.h"
 
-#include <QJsonDocument>
 #include <QString>
 #include <QUrl>
 #include <optional>
@@ -58,9 +58,9 @@ struct Summary {
 std::optional<QUrl> widgetURL(const Site &site, const std::optional<QString> &subpage);
 
 // A test of key presence only: does the body look like a widget document at all?
-bool looksLikeIncidentWidget(const QJsonDocument &document);
+bool looksLikeIncidentWidget(const JsonDocument &document);
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document);
 
 } // namespace IncidentIOSource
 

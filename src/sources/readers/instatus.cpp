@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,10 +9,10 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> instatus(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> instatus(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonObject root = document.object();
-    const QJsonValue page = root.value("page"_L1);
+    const JsonObject root = document.object();
+    const JsonValue page = root.value("page"_L1);
     if (!page.toObject().value("status"_L1).isString() ||
         (!root.contains("activeIncidents"_L1) && !root.contains("activeMaintenances"_L1)))
         return std::nullopt;
@@ -23,8 +21,8 @@ std::optional<SourceResult> instatus(const JSONSource &source, const QJsonDocume
         result.url = url;
     Health worst = Health::operational;
     bool anyIncident = false;
-    for (const QJsonValue &value : root.value("activeIncidents"_L1).toArray()) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : root.value("activeIncidents"_L1).toArray()) {
+        const JsonObject entry = value.toObject();
         Incident incident;
         incident.id = text(entry.value("id"_L1));
         incident.name = text(entry.value("name"_L1));
@@ -37,8 +35,8 @@ std::optional<SourceResult> instatus(const JSONSource &source, const QJsonDocume
         anyIncident = true;
         worst = worse(worst, incident.impact == "MAJOROUTAGE"_L1 ? Health::down : Health::degraded);
     }
-    for (const QJsonValue &value : root.value("activeMaintenances"_L1).toArray()) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : root.value("activeMaintenances"_L1).toArray()) {
+        const JsonObject entry = value.toObject();
         Maintenance window;
         window.id = text(entry.value("id"_L1));
         window.name = text(entry.value("name"_L1));

@@ -2,35 +2,213 @@
 
 #include "model/urls.h"
 
+#include <cmath>
+#include <limits>
+#include <simdjson.h>
+#include <vector>
+
 namespace lanternic {
 
+// A document flattened in order: each value is a node, followed by the nodes of what it holds;
+// an object's members are a key node (a string) and a value node each.
+struct JsonNode {
+    JsonValue::Type type = JsonValue::Undefined;
+    bool flag = false;  // a boolean's value; for a number, that it is held as integer
+    quint32 end = 0;    // the index after this node and all it holds
+    union {
+        struct {
+            quint32 offset;
+            quint32 length;
+        } text;         // a string's UTF-8 in JsonTree::text
+        quint32 count;  // an array's elements, an object's members
+        double number;
+        qint64 integer;
+    };
+};
+
+struct JsonTree {
+    std::vector<JsonNode> nodes;
+    QByteArray text;
+
+    const JsonNode &at(quint32 index) const { return nodes[index]; }
+    QByteArrayView textOf(const JsonNode &node) const
+    {
+        return QByteArrayView(text.constData() + node.text.offset, node.text.length);
+    }
+};
+
 namespace {
+
+// The element as the type it was just found to be, which cannot fail.
+template<typename T>
+T as(simdjson::dom::element element)
+{
+    T value{};
+    return element.get(value) == simdjson::SUCCESS ? value : T{};
+}
+
+class TreeBuilder {
+public:
+    explicit TreeBuilder(JsonTree &tree) : m_tree(tree) {}
+
+    void add(simdjson::dom::element element)
+    {
+        using simdjson::dom::element_type;
+        const auto index = quint32(m_tree.nodes.size());
+        m_tree.nodes.emplace_back();
+        JsonNode node;
+        switch (element.type()) {
+        case element_type::ARRAY: {
+            node.type = JsonValue::Array;
+            node.count = 0;
+            for (simdjson::dom::element child : as<simdjson::dom::array>(element)) {
+                add(child);
+                ++node.count;
+            }
+            break;
+        }
+        case element_type::OBJECT: {
+            node.type = JsonValue::Object;
+            node.count = 0;
+            for (simdjson::dom::key_value_pair member : as<simdjson::dom::object>(element)) {
+                addString(member.key);
+                add(member.value);
+                ++node.count;
+            }
+            break;
+        }
+        case element_type::STRING:
+            m_tree.nodes.pop_back();
+            addString(as<std::string_view>(element));
+            return;
+        case element_type::INT64:
+            node.type = JsonValue::Double;
+            node.flag = true;
+            node.integer = as<int64_t>(element);
+            break;
+        case element_type::UINT64:
+            node.type = JsonValue::Double;
+            node.number = double(as<uint64_t>(element));
+            break;
+        case element_type::DOUBLE:
+            node.type = JsonValue::Double;
+            node.number = as<double>(element);
+            break;
+        case element_type::BOOL:
+            node.type = JsonValue::Bool;
+            node.flag = as<bool>(element);
+            break;
+        case element_type::NULL_VALUE:
+            node.type = JsonValue::Null;
+            break;
+        }
+        node.end = quint32(m_tree.nodes.size());
+        m_tree.nodes[index] = node;
+    }
+
+private:
+    void addString(std::string_view text)
+    {
+        JsonNode node;
+        node.type = JsonValue::String;
+        node.text = {quint32(m_tree.text.size()), quint32(text.size())};
+        m_tree.text.append(text.data(), qsizetype(text.size()));
+        node.end = quint32(m_tree.nodes.size() + 1);
+        m_tree.nodes.push_back(node);
+    }
+
+    JsonTree &m_tree;
+};
+
+bool isSurrogate(uint value, uint first)
+{
+    return value >= first && value < first + 0x400;
+}
+
+uint hexAt(QByteArrayView text, qsizetype at)
+{
+    bool ok = false;
+    const uint value = at + 4 <= text.size() ? text.sliced(at, 4).toUInt(&ok, 16) : 0;
+    return ok ? value : 0;
+}
+
+// What lenient parsers accept and strict JSON does not, made strict: control characters
+// written raw inside strings are escaped, and a surrogate escape without its pair becomes the
+// replacement character.
+QByteArray strictened(QByteArrayView body)
+{
+    QByteArray out;
+    out.reserve(body.size() + 64);
+    bool inString = false;
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        const char c = body[i];
+        if (!inString) {
+            inString = c == '"';
+            out.append(c);
+        } else if (c == '"') {
+            inString = false;
+            out.append(c);
+        } else if (uchar(c) < 0x20) {
+            out.append(QByteArray("\\u00") + QByteArray::number(uchar(c), 16).rightJustified(2, '0'));
+        } else if (c == '\\' && i + 1 < body.size() && body[i + 1] == 'u') {
+            const uint unit = hexAt(body, i + 2);
+            const bool paired = isSurrogate(unit, 0xd800) && i + 12 <= body.size() &&
+                                body.sliced(i + 6, 2) == "\\u" &&
+                                isSurrogate(hexAt(body, i + 8), 0xdc00);
+            if (paired) {
+                out.append(body.sliced(i, 12));
+                i += 11;
+            } else if (isSurrogate(unit, 0xd800) || isSurrogate(unit, 0xdc00)) {
+                out.append("\\ufffd");
+                i += 5;
+            } else {
+                out.append(c);
+            }
+        } else if (c == '\\' && i + 1 < body.size()) {
+            out.append(body.sliced(i, 2));
+            ++i;
+        } else {
+            out.append(c);
+        }
+    }
+    return out;
+}
+
+char asciiLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+}
+
+char asciiUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c;
+}
 
 // Compares the camel-case form of a snake-case key with a field name without building it.
 // Leading and trailing underscores stay; the rest splits at "_" (empty pieces dropped), the
 // first piece is lower-cased and the others capitalised. A key of one piece stays as it is.
-bool snakeKeyNamesField(QStringView key, QLatin1StringView field)
+bool snakeKeyNamesField(QByteArrayView key, QLatin1StringView field)
 {
     qsizetype begin = 0;
     qsizetype end = key.size();
-    while (begin < end && key[begin] == u'_')
+    while (begin < end && key[begin] == '_')
         ++begin;
-    while (end > begin && key[end - 1] == u'_')
+    while (end > begin && key[end - 1] == '_')
         --end;
-    const QStringView middle = key.sliced(begin, end - begin);
-    if (!middle.contains(u'_'))
-        return key == field;
+    const QByteArrayView middle = key.sliced(begin, end - begin);
+    if (!middle.contains('_'))
+        return key == QByteArrayView(field.data(), field.size());
 
     qsizetype at = 0;
-    auto expect = [&](QChar c) { return at < field.size() && field[at++] == c; };
+    auto expect = [&](char c) { return at < field.size() && field[at++] == QLatin1Char(c); };
     for (qsizetype i = 0; i < begin; ++i) {
-        if (!expect(u'_'))
+        if (!expect('_'))
             return false;
     }
     bool firstPiece = true;
     bool pieceStart = true;
-    for (QChar c : middle) {
-        if (c == u'_') {
+    for (char c : middle) {
+        if (c == '_') {
             pieceStart = true;
             continue;
         }
@@ -38,28 +216,28 @@ bool snakeKeyNamesField(QStringView key, QLatin1StringView field)
         if (pieceStart && firstPiece)
             firstPiece = false;
         pieceStart = false;
-        if (!expect(upper ? c.toUpper() : c.toLower()))
+        if (!expect(upper ? asciiUpper(c) : asciiLower(c)))
             return false;
     }
     for (qsizetype i = end; i < key.size(); ++i) {
-        if (!expect(u'_'))
+        if (!expect('_'))
             return false;
     }
     return at == field.size();
 }
 
-QLatin1StringView typeName(QJsonValue::Type type)
+QLatin1StringView typeName(JsonValue::Type type)
 {
     switch (type) {
-    case QJsonValue::Bool:
+    case JsonValue::Bool:
         return QLatin1StringView("a boolean");
-    case QJsonValue::Double:
+    case JsonValue::Double:
         return QLatin1StringView("a number");
-    case QJsonValue::String:
+    case JsonValue::String:
         return QLatin1StringView("a string");
-    case QJsonValue::Array:
+    case JsonValue::Array:
         return QLatin1StringView("an array");
-    case QJsonValue::Object:
+    case JsonValue::Object:
         return QLatin1StringView("an object");
     default:
         return QLatin1StringView("a value");
@@ -68,24 +246,201 @@ QLatin1StringView typeName(QJsonValue::Type type)
 
 } // namespace
 
-bool keyNamesField(QStringView key, QLatin1StringView field, KeyStyle style)
+JsonValue::Type JsonValue::type() const
 {
-    return style == KeyStyle::exact ? key == field : snakeKeyNamesField(key, field);
+    return m_tree ? m_tree->at(m_node).type : Undefined;
 }
 
-QJsonDocument parseJson(const QByteArray &body)
+bool JsonValue::toBool(bool fallback) const
 {
-    return QJsonDocument::fromJson(body);
+    return isBool() ? m_tree->at(m_node).flag : fallback;
 }
 
-QJsonValue JsonDecoder::find(const QJsonObject &object, QLatin1StringView field) const
+double JsonValue::toDouble(double fallback) const
 {
-    // The field's own spelling is the common case and a direct lookup.
-    if (auto it = object.constFind(field); it != object.constEnd())
-        return it.value();
-    if (m_style == KeyStyle::exact)
-        return QJsonValue(QJsonValue::Undefined);
-    // Next its usual snake_case spelling, "group_id" for "groupId", also a direct lookup.
+    if (!isDouble())
+        return fallback;
+    const JsonNode &node = m_tree->at(m_node);
+    return node.flag ? double(node.integer) : node.number;
+}
+
+qint64 JsonValue::toInteger(qint64 fallback) const
+{
+    if (!isDouble())
+        return fallback;
+    const JsonNode &node = m_tree->at(m_node);
+    if (node.flag)
+        return node.integer;
+    // 2^63 is exact as a double; every whole double below it fits.
+    constexpr double limit = 9223372036854775808.0;
+    if (node.number >= -limit && node.number < limit && node.number == std::trunc(node.number))
+        return qint64(node.number);
+    return fallback;
+}
+
+int JsonValue::toInt(int fallback) const
+{
+    constexpr qint64 none = std::numeric_limits<qint64>::min();
+    const qint64 value = toInteger(none);
+    if (value == none || value < std::numeric_limits<int>::min() ||
+        value > std::numeric_limits<int>::max())
+        return fallback;
+    return int(value);
+}
+
+QByteArrayView JsonValue::utf8() const
+{
+    return isString() ? m_tree->textOf(m_tree->at(m_node)) : QByteArrayView();
+}
+
+QString JsonValue::toString() const
+{
+    return QString::fromUtf8(utf8());
+}
+
+JsonArray JsonValue::toArray() const
+{
+    return isArray() ? JsonArray(m_tree, m_node) : JsonArray();
+}
+
+JsonObject JsonValue::toObject() const
+{
+    return isObject() ? JsonObject(m_tree, m_node) : JsonObject();
+}
+
+bool JsonValue::operator==(QLatin1StringView text) const
+{
+    return isString() && utf8() == QByteArrayView(text.data(), text.size());
+}
+
+qsizetype JsonArray::size() const
+{
+    return m_tree ? m_tree->at(m_node).count : 0;
+}
+
+JsonValue JsonArray::first() const
+{
+    return isEmpty() ? JsonValue() : JsonValue(m_tree, m_node + 1);
+}
+
+JsonValue JsonArray::last() const
+{
+    JsonValue last;
+    for (const JsonValue value : *this)
+        last = value;
+    return last;
+}
+
+JsonArray::const_iterator JsonArray::begin() const
+{
+    return m_tree ? const_iterator(m_tree, m_node + 1) : const_iterator(nullptr, 0);
+}
+
+JsonArray::const_iterator JsonArray::end() const
+{
+    return m_tree ? const_iterator(m_tree, m_tree->at(m_node).end) : const_iterator(nullptr, 0);
+}
+
+JsonArray::const_iterator &JsonArray::const_iterator::operator++()
+{
+    m_node = m_tree->at(m_node).end;
+    return *this;
+}
+
+QByteArrayView JsonObject::const_iterator::key() const
+{
+    return m_tree->textOf(m_tree->at(m_node));
+}
+
+JsonObject::const_iterator &JsonObject::const_iterator::operator++()
+{
+    m_node = m_tree->at(m_node + 1).end;
+    return *this;
+}
+
+qsizetype JsonObject::size() const
+{
+    return m_tree ? m_tree->at(m_node).count : 0;
+}
+
+JsonObject::const_iterator JsonObject::begin() const
+{
+    return m_tree ? const_iterator(m_tree, m_node + 1) : const_iterator(nullptr, 0);
+}
+
+JsonObject::const_iterator JsonObject::end() const
+{
+    return m_tree ? const_iterator(m_tree, m_tree->at(m_node).end) : const_iterator(nullptr, 0);
+}
+
+JsonValue JsonObject::value(QLatin1StringView key) const
+{
+    const QByteArrayView wanted(key.data(), key.size());
+    JsonValue found;
+    for (const const_iterator &member : *this) {
+        if (member.key() == wanted)
+            found = member.value();
+    }
+    return found;
+}
+
+JsonDocument JsonDocument::parse(QByteArrayView body)
+{
+    // The parser keeps its buffers for the next document. Documents beyond the usual sizes get
+    // a parser of their own, so that one large answer does not hold its memory for good.
+    constexpr size_t keptCapacity = 1024 * 1024;
+    static thread_local simdjson::dom::parser shared(keptCapacity);
+    std::optional<simdjson::dom::parser> own;
+    simdjson::dom::parser *parser = &shared;
+    if (size_t(body.size()) > keptCapacity)
+        parser = &own.emplace();
+
+    simdjson::dom::element root;
+    simdjson::error_code error = parser->parse(body.data(), size_t(body.size()), true).get(root);
+    QByteArray strict;
+    if (error == simdjson::UNESCAPED_CHARS || error == simdjson::STRING_ERROR) {
+        // Pages in the wild write both, and lenient parsers read them.
+        strict = strictened(body);
+        error = parser->parse(strict.constData(), size_t(strict.size()), true).get(root);
+    }
+    if (error != simdjson::SUCCESS)
+        return JsonDocument();
+    auto tree = std::make_shared<JsonTree>();
+    tree->nodes.reserve(size_t(body.size() / 16) + 1);
+    tree->text.reserve(body.size());
+    TreeBuilder(*tree).add(root);
+    tree->text.squeeze();
+    JsonDocument document;
+    document.m_tree = std::move(tree);
+    return document;
+}
+
+bool JsonDocument::isObject() const
+{
+    return m_tree && m_tree->at(0).type == JsonValue::Object;
+}
+
+bool JsonDocument::isArray() const
+{
+    return m_tree && m_tree->at(0).type == JsonValue::Array;
+}
+
+JsonObject JsonDocument::object() const
+{
+    return isObject() ? JsonObject(m_tree.get(), 0) : JsonObject();
+}
+
+JsonArray JsonDocument::array() const
+{
+    return isArray() ? JsonValue(m_tree.get(), 0).toArray() : JsonArray();
+}
+
+JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) const
+{
+    // The field's own spelling is the common case.
+    if (JsonValue value = object.value(field); !value.isUndefined() || m_style == KeyStyle::exact)
+        return value;
+    // Next its usual snake_case spelling, "group_id" for "groupId".
     char snake[64];
     qsizetype length = 0;
     for (const char c : field) {
@@ -99,24 +454,23 @@ QJsonValue JsonDecoder::find(const QJsonObject &object, QLatin1StringView field)
         }
     }
     if (length != field.size()) {
-        if (auto it = object.constFind(QLatin1StringView(snake, length)); it != object.constEnd())
-            return it.value();
+        if (JsonValue value = object.value(QLatin1StringView(snake, length)); !value.isUndefined())
+            return value;
     }
     // Then any other key with an underscore that converts to it.
-    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-        const QString key = it.key();
-        if (key.contains(u'_') && snakeKeyNamesField(key, field))
-            return it.value();
+    for (const JsonObject::const_iterator &member : object) {
+        if (member.key().contains('_') && snakeKeyNamesField(member.key(), field))
+            return member.value();
     }
-    return QJsonValue(QJsonValue::Undefined);
+    return JsonValue();
 }
 
-std::optional<QJsonValue> JsonDecoder::typed(const QJsonObject &object, QLatin1StringView field,
-                                             QJsonValue::Type type, bool required)
+std::optional<JsonValue> JsonDecoder::typed(const JsonObject &object, QLatin1StringView field,
+                                             JsonValue::Type type, bool required)
 {
     if (!ok())
         return std::nullopt;
-    QJsonValue value = find(object, field);
+    JsonValue value = find(object, field);
     if (value.isUndefined() || value.isNull()) {
         if (required)
             fail(field, QStringLiteral("is missing"));
@@ -135,55 +489,55 @@ void JsonDecoder::fail(QLatin1StringView field, const QString &problem)
         m_failure = QLatin1StringView("\"") + field + QLatin1StringView("\" ") + problem;
 }
 
-std::optional<QString> JsonDecoder::optionalString(const QJsonObject &object,
+std::optional<QString> JsonDecoder::optionalString(const JsonObject &object,
                                                    QLatin1StringView field)
 {
-    if (auto value = typed(object, field, QJsonValue::String, false))
+    if (auto value = typed(object, field, JsonValue::String, false))
         return value->toString();
     return std::nullopt;
 }
 
-std::optional<bool> JsonDecoder::optionalBool(const QJsonObject &object, QLatin1StringView field)
+std::optional<bool> JsonDecoder::optionalBool(const JsonObject &object, QLatin1StringView field)
 {
-    if (auto value = typed(object, field, QJsonValue::Bool, false))
+    if (auto value = typed(object, field, JsonValue::Bool, false))
         return value->toBool();
     return std::nullopt;
 }
 
-std::optional<QJsonObject> JsonDecoder::optionalObject(const QJsonObject &object,
+std::optional<JsonObject> JsonDecoder::optionalObject(const JsonObject &object,
                                                        QLatin1StringView field)
 {
-    if (auto value = typed(object, field, QJsonValue::Object, false))
+    if (auto value = typed(object, field, JsonValue::Object, false))
         return value->toObject();
     return std::nullopt;
 }
 
-std::optional<QJsonArray> JsonDecoder::optionalArray(const QJsonObject &object,
+std::optional<JsonArray> JsonDecoder::optionalArray(const JsonObject &object,
                                                      QLatin1StringView field)
 {
-    if (auto value = typed(object, field, QJsonValue::Array, false))
+    if (auto value = typed(object, field, JsonValue::Array, false))
         return value->toArray();
     return std::nullopt;
 }
 
-QString JsonDecoder::string(const QJsonObject &object, QLatin1StringView field)
+QString JsonDecoder::string(const JsonObject &object, QLatin1StringView field)
 {
-    return typed(object, field, QJsonValue::String, true).value_or(QJsonValue()).toString();
+    return typed(object, field, JsonValue::String, true).value_or(JsonValue()).toString();
 }
 
-QJsonObject JsonDecoder::object(const QJsonObject &object, QLatin1StringView field)
+JsonObject JsonDecoder::object(const JsonObject &object, QLatin1StringView field)
 {
-    return typed(object, field, QJsonValue::Object, true).value_or(QJsonValue()).toObject();
+    return typed(object, field, JsonValue::Object, true).value_or(JsonValue()).toObject();
 }
 
-QJsonObject JsonDecoder::element(const QJsonValue &value, QLatin1StringView arrayField)
+JsonObject JsonDecoder::element(const JsonValue &value, QLatin1StringView arrayField)
 {
     if (ok() && !value.isObject())
         fail(arrayField, QStringLiteral("holds an element that is not an object"));
     return value.toObject();
 }
 
-QJsonObject JsonDecoder::root(const QJsonDocument &document)
+JsonObject JsonDecoder::root(const JsonDocument &document)
 {
     if (ok() && !document.isObject())
         m_failure = QStringLiteral("the document is not a JSON object");
@@ -192,7 +546,7 @@ QJsonObject JsonDecoder::root(const QJsonDocument &document)
 
 namespace JsonValues {
 
-QString text(const QJsonValue &value)
+QString text(const JsonValue &value)
 {
     if (value.isDouble()) {
         const double number = value.toDouble();
@@ -210,12 +564,12 @@ QDateTime instant(const QString &text)
     return time.isValid() ? time.toUTC() : QDateTime();
 }
 
-QDateTime instant(const QJsonValue &value)
+QDateTime instant(const JsonValue &value)
 {
     return instant(value.toString());
 }
 
-std::optional<QUrl> link(const QJsonValue &value)
+std::optional<QUrl> link(const JsonValue &value)
 {
     return parseWebUrl(value.toString());
 }

@@ -1,16 +1,150 @@
 #pragma once
 
+#include "sources/readers/jsondecoder.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QDateTime>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QJsonValue>
 #include <QLatin1StringView>
 #include <QString>
 #include <QUrl>
+#include <memory>
 #include <optional>
 
 namespace lanternic {
+
+struct JsonTree;
+class JsonArray;
+class JsonObject;
+
+// A read-only view of one value in a parsed document. Values, arrays and objects point into
+// the JsonDocument they came from and must not outlive it. Reads of the wrong type give empty
+// results, as Qt's JSON classes do.
+class JsonValue {
+public:
+    enum Type { Undefined, Null, Bool, Double, String, Array, Object };
+
+    JsonValue() = default;
+
+    Type type() const;
+    bool isUndefined() const { return type() == Undefined; }
+    bool isNull() const { return type() == Null; }
+    bool isBool() const { return type() == Bool; }
+    bool isDouble() const { return type() == Double; }
+    bool isString() const { return type() == String; }
+    bool isArray() const { return type() == Array; }
+    bool isObject() const { return type() == Object; }
+
+    bool toBool(bool fallback = false) const;
+    double toDouble(double fallback = 0) const;
+    // The number when it is a whole one that fits; fallback otherwise.
+    qint64 toInteger(qint64 fallback = 0) const;
+    int toInt(int fallback = 0) const;
+    QString toString() const;
+    // A string's UTF-8, as the document has it.
+    QByteArrayView utf8() const;
+    JsonArray toArray() const;
+    JsonObject toObject() const;
+
+    // Whether this is the string text (ASCII, as the readers' literals are).
+    bool operator==(QLatin1StringView text) const;
+
+private:
+    friend class JsonArray;
+    friend class JsonObject;
+    friend class JsonDocument;
+    JsonValue(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+
+    const JsonTree *m_tree = nullptr;
+    quint32 m_node = 0;
+};
+
+class JsonArray {
+public:
+    class const_iterator {
+    public:
+        JsonValue operator*() const { return JsonValue(m_tree, m_node); }
+        const_iterator &operator++();
+        bool operator==(const const_iterator &other) const { return m_node == other.m_node; }
+
+    private:
+        friend class JsonArray;
+        const_iterator(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+        const JsonTree *m_tree;
+        quint32 m_node;
+    };
+
+    JsonArray() = default;
+
+    qsizetype size() const;
+    bool isEmpty() const { return size() == 0; }
+    JsonValue first() const;
+    JsonValue last() const;
+    const_iterator begin() const;
+    const_iterator end() const;
+
+private:
+    friend class JsonValue;
+    JsonArray(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+
+    const JsonTree *m_tree = nullptr;
+    quint32 m_node = 0;
+};
+
+class JsonObject {
+public:
+    // One member: its key (UTF-8) and its value.
+    class const_iterator {
+    public:
+        QByteArrayView key() const;
+        JsonValue value() const { return JsonValue(m_tree, m_node + 1); }
+        const_iterator &operator++();
+        bool operator==(const const_iterator &other) const { return m_node == other.m_node; }
+        const const_iterator &operator*() const { return *this; }
+
+    private:
+        friend class JsonObject;
+        const_iterator(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+        const JsonTree *m_tree;
+        quint32 m_node; // the key's
+    };
+
+    JsonObject() = default;
+
+    qsizetype size() const;
+    bool isEmpty() const { return size() == 0; }
+    // The member of that key (the last one, where a document repeats a key); undefined when
+    // there is none. Keys are compared as ASCII, as the readers write them.
+    JsonValue value(QLatin1StringView key) const;
+    bool contains(QLatin1StringView key) const { return !value(key).isUndefined(); }
+    const_iterator begin() const;
+    const_iterator end() const;
+
+private:
+    friend class JsonValue;
+    friend class JsonDocument;
+    JsonObject(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+
+    const JsonTree *m_tree = nullptr;
+    quint32 m_node = 0;
+};
+
+// A parsed document. Anything that is not JSON (including text that is not UTF-8) gives an
+// empty one, whose object and array are empty.
+class JsonDocument {
+public:
+    JsonDocument() = default;
+    static JsonDocument parse(QByteArrayView body);
+
+    bool isNull() const { return !m_tree; }
+    bool isObject() const;
+    bool isArray() const;
+    JsonObject object() const;
+    JsonArray array() const;
+
+private:
+    std::shared_ptr<const JsonTree> m_tree;
+};
 
 // How JSON keys are matched to field names.
 enum class KeyStyle {
@@ -19,11 +153,10 @@ enum class KeyStyle {
     fromSnakeCase,
 };
 
-// Whether a JSON key names the (camel-case) field under the given style.
-bool keyNamesField(QStringView key, QLatin1StringView field, KeyStyle style);
-
-// Parses a body into a document; anything that is not JSON yields an empty document.
-QJsonDocument parseJson(const QByteArray &body);
+inline JsonDocument parseJson(QByteArrayView body)
+{
+    return JsonDocument::parse(body);
+}
 
 // Lenient reads of single values, for the platforms whose documents are read field by field:
 // whatever a value holds gives a usable (if empty) result, and texts are capped.
@@ -32,12 +165,12 @@ namespace JsonValues {
 inline constexpr qsizetype maximumTextLength = 4096;
 
 // Text of a string, or of a whole number (some platforms write ids as numbers).
-QString text(const QJsonValue &value);
+QString text(const JsonValue &value);
 // An instant as the feeds write it (ISO 8601, with or without milliseconds); invalid otherwise.
 QDateTime instant(const QString &text);
-QDateTime instant(const QJsonValue &value);
+QDateTime instant(const JsonValue &value);
 // An http or https link; nothing for anything else.
-std::optional<QUrl> link(const QJsonValue &value);
+std::optional<QUrl> link(const JsonValue &value);
 
 } // namespace JsonValues
 
@@ -52,24 +185,24 @@ public:
     // The first problem met, for diagnostics; empty while ok().
     const QString &failure() const { return m_failure; }
 
-    std::optional<QString> optionalString(const QJsonObject &object, QLatin1StringView field);
-    std::optional<bool> optionalBool(const QJsonObject &object, QLatin1StringView field);
-    std::optional<QJsonObject> optionalObject(const QJsonObject &object, QLatin1StringView field);
-    std::optional<QJsonArray> optionalArray(const QJsonObject &object, QLatin1StringView field);
+    std::optional<QString> optionalString(const JsonObject &object, QLatin1StringView field);
+    std::optional<bool> optionalBool(const JsonObject &object, QLatin1StringView field);
+    std::optional<JsonObject> optionalObject(const JsonObject &object, QLatin1StringView field);
+    std::optional<JsonArray> optionalArray(const JsonObject &object, QLatin1StringView field);
 
-    QString string(const QJsonObject &object, QLatin1StringView field);
-    QJsonObject object(const QJsonObject &object, QLatin1StringView field);
+    QString string(const JsonObject &object, QLatin1StringView field);
+    JsonObject object(const JsonObject &object, QLatin1StringView field);
 
     // An element of an array of objects; anything else, null included, fails the decode.
-    QJsonObject element(const QJsonValue &value, QLatin1StringView arrayField);
+    JsonObject element(const JsonValue &value, QLatin1StringView arrayField);
 
     // The top level of a document, which must be an object.
-    QJsonObject root(const QJsonDocument &document);
+    JsonObject root(const JsonDocument &document);
 
 private:
-    QJsonValue find(const QJsonObject &object, QLatin1StringView field) const;
-    std::optional<QJsonValue> typed(const QJsonObject &object, QLatin1StringView field,
-                                    QJsonValue::Type type, bool required);
+    JsonValue find(const JsonObject &object, QLatin1StringView field) const;
+    std::optional<JsonValue> typed(const JsonObject &object, QLatin1StringView field,
+                                   JsonValue::Type type, bool required);
     void fail(QLatin1StringView field, const QString &problem);
 
     KeyStyle m_style;

@@ -3,7 +3,6 @@
 #include "model/urls.h"
 #include "sources/readers/jsondecoder.h"
 
-#include <QJsonArray>
 
 namespace lanternic::NewsReader {
 
@@ -39,15 +38,15 @@ std::optional<QUrl> linkOf(const std::optional<QString> &own, const QUrl &page, 
 // Calls read for each object of the array field, up to the maximum; read gives false for an
 // entry it leaves out.
 template<typename T, typename Read>
-QList<T> entries(const QJsonObject &object, QLatin1StringView field, KeyStyle style, Read read)
+QList<T> entries(const JsonObject &object, QLatin1StringView field, KeyStyle style, Read read)
 {
     QList<T> out;
-    const QJsonArray array = object.value(field).toArray();
-    for (const QJsonValue &value : array) {
+    const JsonArray array = object.value(field).toArray();
+    for (const JsonValue &value : array) {
         if (out.size() == maximumEntries)
             break;
         JsonDecoder d(style);
-        const QJsonObject entry = d.element(value, field);
+        const JsonObject entry = d.element(value, field);
         T item;
         if (read(d, entry, item) && d.ok())
             out.append(std::move(item));
@@ -62,11 +61,11 @@ bool isOpen(const QString &stage)
 
 } // namespace
 
-QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page)
+QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page)
 {
     return entries<Incident>(
         root, "incidents"_L1, KeyStyle::fromSnakeCase,
-        [&page](JsonDecoder &d, const QJsonObject &entry, Incident &incident) {
+        [&page](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
             incident.id = capped(d.string(entry, "id"_L1));
             incident.name = capped(d.string(entry, "name"_L1));
             incident.stage = capped(d.optionalString(entry, "status"_L1));
@@ -86,11 +85,11 @@ QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page)
         });
 }
 
-QList<Maintenance> statuspageMaintenances(const QJsonObject &root, const QUrl &page)
+QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &page)
 {
     return entries<Maintenance>(
         root, "scheduled_maintenances"_L1, KeyStyle::fromSnakeCase,
-        [&page](JsonDecoder &d, const QJsonObject &entry, Maintenance &window) {
+        [&page](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
             window.id = capped(d.string(entry, "id"_L1));
             window.name = capped(d.string(entry, "name"_L1));
             window.status = capped(d.optionalString(entry, "status"_L1));
@@ -101,11 +100,11 @@ QList<Maintenance> statuspageMaintenances(const QJsonObject &root, const QUrl &p
         });
 }
 
-QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page)
+QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page)
 {
     return entries<Incident>(
         summary, "ongoing_incidents"_L1, KeyStyle::fromSnakeCase,
-        [&page](JsonDecoder &d, const QJsonObject &entry, Incident &incident) {
+        [&page](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
             incident.id = capped(d.optionalString(entry, "id"_L1));
             incident.name = capped(d.string(entry, "name"_L1));
             incident.stage = capped(d.optionalString(entry, "status"_L1));
@@ -113,7 +112,7 @@ QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page
             incident.startedAt = instant(d.optionalString(entry, "publishedAt"_L1));
             // The earliest impact on a component is when it began, where the page says.
             if (auto impacts = d.optionalArray(entry, "componentImpacts"_L1)) {
-                for (const QJsonValue &value : *impacts) {
+                for (const JsonValue &value : *impacts) {
                     const QDateTime start = instant(
                         d.optionalString(d.element(value, "componentImpacts"_L1), "startAt"_L1));
                     if (start.isValid() &&
@@ -125,7 +124,7 @@ QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page
             incident.update = capped(d.optionalString(entry, "lastUpdateMessage"_L1));
             if (auto updates = d.optionalArray(entry, "updates"_L1);
                 updates && !updates->isEmpty()) {
-                const QJsonObject latest = d.element(updates->first(), "updates"_L1);
+                const JsonObject latest = d.element(updates->first(), "updates"_L1);
                 incident.update = capped(d.optionalString(latest, "message"_L1));
                 incident.updatedAt = instant(d.optionalString(latest, "publishedAt"_L1));
             }
@@ -136,9 +135,9 @@ QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page
         });
 }
 
-QList<Maintenance> incidentioMaintenances(const QJsonObject &summary, const QUrl &page)
+QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl &page)
 {
-    const auto read = [&page](JsonDecoder &d, const QJsonObject &entry, Maintenance &window) {
+    const auto read = [&page](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
         window.id = capped(d.optionalString(entry, "id"_L1));
         window.name = capped(d.string(entry, "name"_L1));
         window.status = capped(d.optionalString(entry, "status"_L1));
@@ -153,7 +152,7 @@ QList<Maintenance> incidentioMaintenances(const QJsonObject &summary, const QUrl
     };
     QList<Maintenance> windows = entries<Maintenance>(
         summary, "in_progress_maintenances"_L1, KeyStyle::fromSnakeCase,
-        [&read](JsonDecoder &d, const QJsonObject &entry, Maintenance &window) {
+        [&read](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
             if (!read(d, entry, window))
                 return false;
             if (window.status.isEmpty())
@@ -165,10 +164,10 @@ QList<Maintenance> incidentioMaintenances(const QJsonObject &summary, const QUrl
     return windows.mid(0, maximumEntries);
 }
 
-QList<Incident> relayIncidents(const QJsonObject &root)
+QList<Incident> relayIncidents(const JsonObject &root)
 {
     return entries<Incident>(root, "incidents"_L1, KeyStyle::exact,
-                             [](JsonDecoder &d, const QJsonObject &entry, Incident &incident) {
+                             [](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
                                  incident.id = capped(d.string(entry, "id"_L1));
                                  incident.name = capped(d.string(entry, "name"_L1));
                                  incident.stage = capped(d.optionalString(entry, "status"_L1));
@@ -184,10 +183,10 @@ QList<Incident> relayIncidents(const QJsonObject &root)
                              });
 }
 
-QList<Maintenance> relayMaintenances(const QJsonObject &root)
+QList<Maintenance> relayMaintenances(const JsonObject &root)
 {
     return entries<Maintenance>(root, "maintenances"_L1, KeyStyle::exact,
-                                [](JsonDecoder &d, const QJsonObject &entry, Maintenance &window) {
+                                [](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
                                     window.id = capped(d.string(entry, "id"_L1));
                                     window.name = capped(d.string(entry, "name"_L1));
                                     window.status = capped(d.optionalString(entry, "status"_L1));

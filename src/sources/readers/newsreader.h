@@ -4,7 +4,6 @@
 #include "sources/readers/jsondecoder.h"
 
 #include <QDateTime>
-#include <QJsonObject>
 #include <QList>
 #include <QUrl>
 
@@ -19,17 +18,17 @@ inline constexpr qsizetype maximumEntries = 50;
 inline constexpr qsizetype maximumTextLength = JsonValues::maximumTextLength;
 
 // Statuspage's "incidents" and "scheduled_maintenances"; page is the status page's address.
-QList<Incident> statuspageIncidents(const QJsonObject &root, const QUrl &page);
-QList<Maintenance> statuspageMaintenances(const QJsonObject &root, const QUrl &page);
+QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page);
+QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &page);
 
 // The incident.io widget summary's "ongoing_incidents", "in_progress_maintenances" and
 // "scheduled_maintenances".
-QList<Incident> incidentioIncidents(const QJsonObject &summary, const QUrl &page);
-QList<Maintenance> incidentioMaintenances(const QJsonObject &summary, const QUrl &page);
+QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page);
+QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl &page);
 
 // The relay feed's "incidents" and "maintenances", in the form the relay document writes.
-QList<Incident> relayIncidents(const QJsonObject &root);
-QList<Maintenance> relayMaintenances(const QJsonObject &root);
+QList<Incident> relayIncidents(const JsonObject &root);
+QList<Maintenance> relayMaintenances(const JsonObject &root);
 
 // What a result keeps of the windows read at now: not completed, not over, and begun or
 // beginning within the next seven days.

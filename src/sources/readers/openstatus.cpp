@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,13 +9,13 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> openStatus(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> openStatus(const JSONSource &source, const JsonDocument &document)
 {
     static const QStringList words{u"operational"_s,       u"degraded_performance"_s,
                                    u"partial_outage"_s,    u"major_outage"_s,
                                    u"under_maintenance"_s, u"unknown"_s,
                                    u"incident"_s};
-    const QJsonObject root = document.object();
+    const JsonObject root = document.object();
     const QString status = root.value("status"_L1).toString();
     if (!words.contains(status))
         return std::nullopt;

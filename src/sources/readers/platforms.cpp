@@ -14,14 +14,14 @@ using namespace Qt::StringLiterals;
 
 // The smaller platforms' readers, one file each.
 namespace PlatformReaders {
-std::optional<SourceResult> instatus(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> betterStack(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> statusIo(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> cachet(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> gatus(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> google(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> slack(const JSONSource &, const QJsonDocument &);
-std::optional<SourceResult> openStatus(const JSONSource &, const QJsonDocument &);
+std::optional<SourceResult> instatus(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> betterStack(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> statusIo(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> cachet(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> gatus(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> google(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> slack(const JSONSource &, const JsonDocument &);
+std::optional<SourceResult> openStatus(const JSONSource &, const JsonDocument &);
 } // namespace PlatformReaders
 
 // The feeds' readers: the two clouds', then any status feed's.

@@ -2,8 +2,8 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
+#include "sources/readers/jsondecoder.h"
 
-#include <QJsonDocument>
 #include <QLatin1StringView>
 #include <QList>
 #include <QUrl>
@@ -28,7 +28,7 @@ struct FeedDocument;
 
 // Every reader has this shape: a pure function giving nothing when the document is not in its
 // platform's format, which no other platform's document passes.
-using Reader = std::optional<SourceResult> (*)(const JSONSource &, const QJsonDocument &);
+using Reader = std::optional<SourceResult> (*)(const JSONSource &, const JsonDocument &);
 // The readers of RSS and Atom feeds, tried after every JSON reader has declined a body; now
 // tells which incidents are too old to be open.
 using FeedReader = std::optional<SourceResult> (*)(const JSONSource &, const FeedDocument &,

@@ -11,10 +11,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<Document> decode(const QJsonDocument &document)
+std::optional<Document> decode(const JsonDocument &document)
 {
     JsonDecoder d(KeyStyle::exact);
-    const QJsonObject root = d.root(document);
+    const JsonObject root = d.root(document);
     Document feed;
     feed.schema = d.string(root, "schema"_L1);
     feed.name = d.optionalString(root, "name"_L1);
@@ -23,8 +23,8 @@ std::optional<Document> decode(const QJsonDocument &document)
     feed.url = d.optionalString(root, "url"_L1);
     if (auto components = d.optionalArray(root, "components"_L1)) {
         feed.components.emplace();
-        for (const QJsonValue &value : *components) {
-            const QJsonObject object = d.element(value, "components"_L1);
+        for (const JsonValue &value : *components) {
+            const JsonObject object = d.element(value, "components"_L1);
             feed.components->append({d.string(object, "id"_L1), d.string(object, "name"_L1),
                                      d.string(object, "status"_L1),
                                      d.optionalString(object, "label"_L1)});
@@ -37,10 +37,10 @@ std::optional<Document> decode(const QJsonDocument &document)
 
 } // namespace
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document)
 {
     // The schema is required, so most foreign documents stop at the first lookup.
-    if (document.object().value("schema"_L1) != u"lanternic.v1"_s)
+    if (document.object().value("schema"_L1) != "lanternic.v1"_L1)
         return std::nullopt;
     const std::optional<Document> feed = decode(document);
     if (!feed)
@@ -58,7 +58,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument 
     }
     SourceResult::keepFirstOfEachId(result.components);
     // The watchers it came through; a few, as long as ids are, are enough to find a loop.
-    for (const QJsonValue &watcher : document.object().value("via"_L1).toArray()) {
+    for (const JsonValue &watcher : document.object().value("via"_L1).toArray()) {
         if (watcher.isString() && result.relayedVia.size() < maximumRelayHops)
             result.relayedVia.append(watcher.toString().left(64));
     }

@@ -2,8 +2,8 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
+#include "sources/readers/jsondecoder.h"
 
-#include <QJsonDocument>
 #include <QList>
 #include <QString>
 #include <optional>
@@ -32,7 +32,7 @@ struct Document {
     std::optional<QList<Component>> components;
 };
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document);
 
 } // namespace RelayFeedSource
 

@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -11,16 +9,16 @@ using namespace Qt::StringLiterals;
 using namespace ReaderKit;
 using namespace JsonValues;
 
-std::optional<SourceResult> slack(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> slack(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonObject root = document.object();
+    const JsonObject root = document.object();
     if (!root.value("status"_L1).isString() || !root.value("active_incidents"_L1).isArray())
         return std::nullopt;
     SourceResult result = start(source);
     Health page = Health::operational;
     QHash<QString, qsizetype> services;
-    for (const QJsonValue &value : root.value("active_incidents"_L1).toArray()) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : root.value("active_incidents"_L1).toArray()) {
+        const JsonObject entry = value.toObject();
         const QString type = text(entry.value("type"_L1));
         const Health health = type == "outage"_L1   ? Health::down
                               : type == "notice"_L1 ? Health::operational
@@ -34,7 +32,7 @@ std::optional<SourceResult> slack(const JSONSource &source, const QJsonDocument 
         incident.startedAt = instant(entry.value("date_created"_L1));
         incident.updatedAt = instant(entry.value("date_updated"_L1));
         QDateTime newest;
-        for (const QJsonValue &note : entry.value("notes"_L1).toArray()) {
+        for (const JsonValue &note : entry.value("notes"_L1).toArray()) {
             const QDateTime when = instant(note.toObject().value("date_created"_L1));
             if (incident.update.isEmpty() || (when.isValid() && when > newest)) {
                 incident.update = text(note.toObject().value("body"_L1));
@@ -42,7 +40,7 @@ std::optional<SourceResult> slack(const JSONSource &source, const QJsonDocument 
             }
         }
         result.incidents.append(incident);
-        for (const QJsonValue &service : entry.value("services"_L1).toArray()) {
+        for (const JsonValue &service : entry.value("services"_L1).toArray()) {
             worstOf(result, services, text(service), text(service), health, type);
         }
     }

@@ -2,8 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 
 namespace lanternic::PlatformReaders {
 
@@ -13,7 +11,7 @@ using namespace JsonValues;
 
 namespace {
 
-Health statusIoHealth(const QJsonValue &code)
+Health statusIoHealth(const JsonValue &code)
 {
     switch (code.toInt(-1)) {
     case 100:
@@ -32,20 +30,20 @@ Health statusIoHealth(const QJsonValue &code)
 
 } // namespace
 
-std::optional<SourceResult> statusIo(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> statusIo(const JSONSource &source, const JsonDocument &document)
 {
-    const QJsonObject root = document.object().value("result"_L1).toObject();
-    const QJsonValue overall = root.value("status_overall"_L1).toObject().value("status_code"_L1);
+    const JsonObject root = document.object().value("result"_L1).toObject();
+    const JsonValue overall = root.value("status_overall"_L1).toObject().value("status_code"_L1);
     if (!overall.isDouble())
         return std::nullopt;
     SourceResult result = start(source);
-    for (const QJsonValue &value : root.value("status"_L1).toArray()) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : root.value("status"_L1).toArray()) {
+        const JsonObject entry = value.toObject();
         addComponent(result, text(entry.value("id"_L1)), text(entry.value("name"_L1)),
                      statusIoHealth(entry.value("status_code"_L1)), text(entry.value("status"_L1)));
     }
-    for (const QJsonValue &value : root.value("incidents"_L1).toArray()) {
-        const QJsonObject entry = value.toObject();
+    for (const JsonValue &value : root.value("incidents"_L1).toArray()) {
+        const JsonObject entry = value.toObject();
         Incident incident;
         incident.id = text(entry.value(entry.contains("_id"_L1) ? "_id"_L1 : "id"_L1));
         incident.name = text(entry.value("name"_L1));
@@ -54,11 +52,11 @@ std::optional<SourceResult> statusIo(const JSONSource &source, const QJsonDocume
         if (!incident.name.isEmpty())
             result.incidents.append(incident);
     }
-    const QJsonObject maintenance = root.value("maintenance"_L1).toObject();
+    const JsonObject maintenance = root.value("maintenance"_L1).toObject();
     for (const auto &[list, status] :
          {std::pair{"active"_L1, u"in_progress"_s}, std::pair{"upcoming"_L1, u"scheduled"_s}}) {
-        for (const QJsonValue &value : maintenance.value(list).toArray()) {
-            const QJsonObject entry = value.toObject();
+        for (const JsonValue &value : maintenance.value(list).toArray()) {
+            const JsonObject entry = value.toObject();
             Maintenance window;
             window.id = text(entry.value(entry.contains("_id"_L1) ? "_id"_L1 : "id"_L1));
             window.name = text(entry.value("name"_L1));

@@ -12,19 +12,19 @@ namespace lanternic::StatuspageSource {
 
 using namespace Qt::StringLiterals;
 
-std::optional<Summary> decode(const QJsonDocument &document)
+std::optional<Summary> decode(const JsonDocument &document)
 {
     JsonDecoder d(KeyStyle::fromSnakeCase);
     Summary summary;
-    const QJsonObject root = d.root(document);
-    const QJsonObject status = d.object(root, "status"_L1);
+    const JsonObject root = d.root(document);
+    const JsonObject status = d.object(root, "status"_L1);
     summary.status.indicator = d.string(status, "indicator"_L1);
     summary.status.description = d.optionalString(status, "description"_L1);
     if (auto components = d.optionalArray(root, "components"_L1)) {
         summary.components.emplace();
         summary.components->reserve(components->size());
-        for (const QJsonValue &value : *components) {
-            const QJsonObject object = d.element(value, "components"_L1);
+        for (const JsonValue &value : *components) {
+            const JsonObject object = d.element(value, "components"_L1);
             Summary::Component component;
             component.id = d.string(object, "id"_L1);
             component.name = d.string(object, "name"_L1);
@@ -54,7 +54,7 @@ Health indicatorHealth(const QString &indicator)
     return Health::unknown;
 }
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document)
 {
     const std::optional<Summary> decoded = decode(document);
     if (!decoded)

@@ -2,8 +2,8 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
+#include "sources/readers/jsondecoder.h"
 
-#include <QJsonDocument>
 #include <QString>
 #include <optional>
 
@@ -33,10 +33,10 @@ struct Summary {
     std::optional<Page> page;
 };
 
-std::optional<Summary> decode(const QJsonDocument &document);
+std::optional<Summary> decode(const JsonDocument &document);
 
 // Honours the source's treatAsOperational words and includeGroups.
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document);
 
 // The health a page-wide indicator stands for; unknown indicators count as unknown.
 Health indicatorHealth(const QString &indicator);

@@ -16,7 +16,7 @@ QString noOutages()
     return QCoreApplication::translate("Sources", "No outages detected");
 }
 
-std::optional<QList<Provider>> decodeProviders(const QJsonDocument &document)
+std::optional<QList<Provider>> decodeProviders(const JsonDocument &document)
 {
     JsonDecoder d(KeyStyle::fromSnakeCase);
     const auto data = d.optionalObject(d.root(document), "data"_L1);
@@ -28,15 +28,15 @@ std::optional<QList<Provider>> decodeProviders(const QJsonDocument &document)
 
     QList<Provider> providers;
     providers.reserve(providerData->size());
-    for (const QJsonValue &value : *providerData) {
-        const QJsonObject object = d.element(value, "provider_data"_L1);
+    for (const JsonValue &value : *providerData) {
+        const JsonObject object = d.element(value, "provider_data"_L1);
         Provider provider{d.optionalString(object, "providerName"_L1),
                           d.optionalString(object, "providerService"_L1),
                           d.optionalString(object, "displayName"_L1), std::nullopt};
         if (auto outages = d.optionalArray(object, "outages"_L1)) {
             provider.outages.emplace();
-            for (const QJsonValue &outageValue : *outages) {
-                const QJsonObject outage = d.element(outageValue, "outages"_L1);
+            for (const JsonValue &outageValue : *outages) {
+                const JsonObject outage = d.element(outageValue, "outages"_L1);
                 provider.outages->append({d.optionalString(outage, "status"_L1),
                                           d.optionalString(outage, "impactedRegion"_L1)});
             }
@@ -90,7 +90,7 @@ QString Provider::componentName() const
     return providerName.value_or(u"?"_s);
 }
 
-bool looksLikeUpdogFeed(const QJsonDocument &document)
+bool looksLikeUpdogFeed(const JsonDocument &document)
 {
     return document.object()
         .value("data"_L1)
@@ -101,7 +101,7 @@ bool looksLikeUpdogFeed(const QJsonDocument &document)
         .isArray();
 }
 
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document)
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document)
 {
     if (!looksLikeUpdogFeed(document))
         return std::nullopt;

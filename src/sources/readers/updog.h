@@ -2,8 +2,8 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
+#include "sources/readers/jsondecoder.h"
 
-#include <QJsonDocument>
 #include <QString>
 #include <optional>
 
@@ -30,10 +30,10 @@ struct Provider {
 };
 
 // A test of structure only: data.attributes.provider_data must be an array.
-bool looksLikeUpdogFeed(const QJsonDocument &document);
+bool looksLikeUpdogFeed(const JsonDocument &document);
 
 // Picks the source's updogProvider, and updogService when it names one.
-std::optional<SourceResult> parse(const JSONSource &source, const QJsonDocument &document);
+std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &document);
 
 } // namespace UpdogSource
 
