@@ -9,9 +9,14 @@ namespace lanternic {
 
 QString componentId(QStringView sourceId, QStringView key)
 {
-    QString id;
-    id.reserve(sourceId.size() + 2 + key.size());
-    id.append(sourceId).append(u"::").append(key);
+    // Sized exactly: reserve() would round the capacity up to a power of two, and every row
+    // keeps its components' ids.
+    QString id(sourceId.size() + 2 + key.size(), Qt::Uninitialized);
+    QChar *out = id.data();
+    out = std::copy(sourceId.begin(), sourceId.end(), out);
+    *out++ = u':';
+    *out++ = u':';
+    std::copy(key.begin(), key.end(), out);
     return id;
 }
 

@@ -248,6 +248,23 @@ private Q_SLOTS:
             << QByteArray(
                    R"({"schema":"lanternic.v1","detail":"a\ud800b","components":[{"id":"\udc00","name":"N","status":"down"}]})")
             << u"down | a\ufffdb | \ufffd=down(down)"_s;
+        QTest::newRow("relay, escapes and text beyond ASCII")
+            << source()
+            << QByteArray("{\"schema\":\"lanternic.v1\",\"detail\":\"caf\\u00e9 "
+                          "\\ud83d\\ude00 \\\"q\\\" \\\\ \xc3\xbc\"}")
+            << u"unknown | caf\u00e9 \U0001F600 \"q\" \\ \u00fc | "_s;
+        QTest::newRow("relay, a repeated key takes its last value")
+            << source()
+            << QByteArray(R"({"schema":"lanternic.v1","detail":"first","detail":"last"})")
+            << u"unknown | last | "_s;
+        // Strict JSON refuses both; pages in the wild write them.
+        QTest::newRow("relay, raw control characters and an unpaired escape inside texts")
+            << source()
+            << QByteArray("{\"schema\":\"lanternic.v1\",\"detail\":\"a\tb\nc\\ud800\\\\ud800\"}")
+            << u"unknown | a\tb\nc\ufffd\\ud800 | "_s;
+        QTest::newRow("relay, text that is not UTF-8")
+            << source() << QByteArray("{\"schema\":\"lanternic.v1\",\"detail\":\"a\xff\"}")
+            << unrecognized;
         QTest::newRow("relay, components override health")
             << source()
             << QByteArray(
@@ -327,6 +344,10 @@ private Q_SLOTS:
                           R"({"id":2.5,"name":"B","status":1,"enabled":true}]})")
             << u"operational | All Systems Operational | 1e+300=operational(1), "
                u"2.5=operational(1)"_s;
+        QTest::newRow("Cachet, a whole id beyond a double's precision stays exact")
+            << source()
+            << QByteArray(R"({"data":[{"id":9007199254740993,"name":"A","status":"2"}]})")
+            << u"degraded | A \u2014 degraded | 9007199254740993=degraded(2)"_s;
         QTest::newRow("an HTML page")
             << source() << QByteArray("<!doctype html><html><body>Moved</body></html>")
             << unrecognized;

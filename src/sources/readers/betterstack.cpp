@@ -2,7 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-
 namespace lanternic::PlatformReaders {
 
 using namespace Qt::StringLiterals;

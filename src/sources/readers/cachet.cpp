@@ -2,7 +2,6 @@
 #include "sources/readers/jsondecoder.h"
 #include "sources/readers/readerkit.h"
 
-
 namespace lanternic::PlatformReaders {
 
 using namespace Qt::StringLiterals;
@@ -23,7 +22,8 @@ std::optional<SourceResult> cachet(const JSONSource &source, const JsonDocument 
         const bool version3 = attributes.contains("name"_L1) && !value3.isUndefined();
         if (!item.contains("id"_L1) || (!version2 && !version3))
             return std::nullopt;
-        if (const JsonValue enabled = item.value("enabled"_L1); enabled.isBool() && !enabled.toBool())
+        if (const JsonValue enabled = item.value("enabled"_L1);
+            enabled.isBool() && !enabled.toBool())
             continue;
         const JsonValue status = version2 ? item.value("status"_L1) : value3;
         const int code = status.isString() ? status.toString().toInt() : status.toInt();

@@ -2,8 +2,8 @@
 
 #include "model/jsonsource.h"
 #include "model/sourceresult.h"
-#include "sources/readers/platforms.h"
 #include "sources/readers/jsondecoder.h"
+#include "sources/readers/platforms.h"
 
 #include <QString>
 #include <QUrl>

@@ -3,6 +3,7 @@
 #include "model/urls.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <simdjson.h>
 #include <vector>
@@ -13,14 +14,14 @@ namespace lanternic {
 // an object's members are a key node (a string) and a value node each.
 struct JsonNode {
     JsonValue::Type type = JsonValue::Undefined;
-    bool flag = false;  // a boolean's value; for a number, that it is held as integer
-    quint32 end = 0;    // the index after this node and all it holds
+    bool flag = false; // a boolean's value; for a number, that it is held as integer
+    quint32 end = 0;   // the index after this node and all it holds
     union {
         struct {
             quint32 offset;
             quint32 length;
-        } text;         // a string's UTF-8 in JsonTree::text
-        quint32 count;  // an array's elements, an object's members
+        } text;        // a string's UTF-8 in JsonTree::text
+        quint32 count; // an array's elements, an object's members
         double number;
         qint64 integer;
     };
@@ -40,8 +41,7 @@ struct JsonTree {
 namespace {
 
 // The element as the type it was just found to be, which cannot fail.
-template<typename T>
-T as(simdjson::dom::element element)
+template<typename T> T as(simdjson::dom::element element)
 {
     T value{};
     return element.get(value) == simdjson::SUCCESS ? value : T{};
@@ -50,6 +50,8 @@ T as(simdjson::dom::element element)
 class TreeBuilder {
 public:
     explicit TreeBuilder(JsonTree &tree) : m_tree(tree) {}
+
+    quint32 used() const { return m_used; }
 
     void add(simdjson::dom::element element)
     {
@@ -111,13 +113,16 @@ private:
     {
         JsonNode node;
         node.type = JsonValue::String;
-        node.text = {quint32(m_tree.text.size()), quint32(text.size())};
-        m_tree.text.append(text.data(), qsizetype(text.size()));
+        node.text = {m_used, quint32(text.size())};
+        // Unescaped, every string is at most as long as in the body, which sized the buffer.
+        std::memcpy(m_tree.text.data() + m_used, text.data(), text.size());
+        m_used += quint32(text.size());
         node.end = quint32(m_tree.nodes.size() + 1);
         m_tree.nodes.push_back(node);
     }
 
     JsonTree &m_tree;
+    quint32 m_used = 0; // of the tree's text
 };
 
 bool isSurrogate(uint value, uint first)
@@ -149,7 +154,8 @@ QByteArray strictened(QByteArrayView body)
             inString = false;
             out.append(c);
         } else if (uchar(c) < 0x20) {
-            out.append(QByteArray("\\u00") + QByteArray::number(uchar(c), 16).rightJustified(2, '0'));
+            out.append(QByteArray("\\u00") +
+                       QByteArray::number(uchar(c), 16).rightJustified(2, '0'));
         } else if (c == '\\' && i + 1 < body.size() && body[i + 1] == 'u') {
             const uint unit = hexAt(body, i + 2);
             const bool paired = isSurrogate(unit, 0xd800) && i + 12 <= body.size() &&
@@ -375,13 +381,18 @@ JsonObject::const_iterator JsonObject::end() const
 
 JsonValue JsonObject::value(QLatin1StringView key) const
 {
-    const QByteArrayView wanted(key.data(), key.size());
-    JsonValue found;
-    for (const const_iterator &member : *this) {
-        if (member.key() == wanted)
-            found = member.value();
+    if (!m_tree)
+        return JsonValue();
+    const JsonNode *nodes = m_tree->nodes.data();
+    const char *text = m_tree->text.constData();
+    const auto length = quint32(key.size());
+    quint32 found = 0;
+    for (quint32 at = m_node + 1, end = nodes[m_node].end; at < end; at = nodes[at + 1].end) {
+        if (nodes[at].text.length == length &&
+            std::memcmp(text + nodes[at].text.offset, key.data(), length) == 0)
+            found = at + 1;
     }
-    return found;
+    return found ? JsonValue(m_tree, found) : JsonValue();
 }
 
 JsonDocument JsonDocument::parse(QByteArrayView body)
@@ -406,9 +417,11 @@ JsonDocument JsonDocument::parse(QByteArrayView body)
     if (error != simdjson::SUCCESS)
         return JsonDocument();
     auto tree = std::make_shared<JsonTree>();
-    tree->nodes.reserve(size_t(body.size() / 16) + 1);
-    tree->text.reserve(body.size());
-    TreeBuilder(*tree).add(root);
+    tree->nodes.reserve(size_t(body.size() / 8) + 1);
+    tree->text.resize(body.size());
+    TreeBuilder builder(*tree);
+    builder.add(root);
+    tree->text.truncate(builder.used());
     tree->text.squeeze();
     JsonDocument document;
     document.m_tree = std::move(tree);
@@ -466,7 +479,7 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) c
 }
 
 std::optional<JsonValue> JsonDecoder::typed(const JsonObject &object, QLatin1StringView field,
-                                             JsonValue::Type type, bool required)
+                                            JsonValue::Type type, bool required)
 {
     if (!ok())
         return std::nullopt;
@@ -505,7 +518,7 @@ std::optional<bool> JsonDecoder::optionalBool(const JsonObject &object, QLatin1S
 }
 
 std::optional<JsonObject> JsonDecoder::optionalObject(const JsonObject &object,
-                                                       QLatin1StringView field)
+                                                      QLatin1StringView field)
 {
     if (auto value = typed(object, field, JsonValue::Object, false))
         return value->toObject();
@@ -513,7 +526,7 @@ std::optional<JsonObject> JsonDecoder::optionalObject(const JsonObject &object,
 }
 
 std::optional<JsonArray> JsonDecoder::optionalArray(const JsonObject &object,
-                                                     QLatin1StringView field)
+                                                    QLatin1StringView field)
 {
     if (auto value = typed(object, field, JsonValue::Array, false))
         return value->toArray();

@@ -3,7 +3,6 @@
 #include "model/urls.h"
 #include "sources/readers/jsondecoder.h"
 
-
 namespace lanternic::NewsReader {
 
 using namespace Qt::StringLiterals;
@@ -150,15 +149,15 @@ QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl 
         window.url = linkOf(d.optionalString(entry, "url"_L1), page, window.id);
         return true;
     };
-    QList<Maintenance> windows = entries<Maintenance>(
-        summary, "in_progress_maintenances"_L1, KeyStyle::fromSnakeCase,
-        [&read](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
-            if (!read(d, entry, window))
-                return false;
-            if (window.status.isEmpty())
-                window.status = u"in_progress"_s;
-            return true;
-        });
+    QList<Maintenance> windows =
+        entries<Maintenance>(summary, "in_progress_maintenances"_L1, KeyStyle::fromSnakeCase,
+                             [&read](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
+                                 if (!read(d, entry, window))
+                                     return false;
+                                 if (window.status.isEmpty())
+                                     window.status = u"in_progress"_s;
+                                 return true;
+                             });
     windows +=
         entries<Maintenance>(summary, "scheduled_maintenances"_L1, KeyStyle::fromSnakeCase, read);
     return windows.mid(0, maximumEntries);

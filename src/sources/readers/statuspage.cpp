@@ -73,6 +73,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
 
     const QList<Summary::Component> all = summary.components.value_or(QList<Summary::Component>());
     QHash<QString, QString> groupNames;
+    result.components.reserve(all.size());
     for (const Summary::Component &component : all) {
         if (component.group.value_or(false))
             groupNames.insert(component.id, component.name);
