@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Two builds' whole passes over N loopback sources against curl on the same URLs, interleaved
+# round by round (curl, the first build, the second), ROUNDS rounds (default 5): the medians of
+# CPU time and of the memory each pass adds (curl prints its parallel progress to stderr even
+# with --silent, so only its last line is read). For a change's before and after on a noisy
+# machine.
+# Usage: bench/compare-builds.sh BEFORE-BUILD-DIR AFTER-BUILD-DIR [N] [ROUNDS]
+set -euo pipefail
+before=${1:?usage: compare-builds.sh BEFORE-BUILD-DIR AFTER-BUILD-DIR [N] [ROUNDS]}
+after=${2:?usage: compare-builds.sh BEFORE-BUILD-DIR AFTER-BUILD-DIR [N] [ROUNDS]}
+count=${3:-1000}
+rounds=${4:-5}
+port=18736
+here=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
+ulimit -n 16384
+
+for ((i = 0; i < count; i++)); do
+    echo "http://127.0.$((i / 250)).$((i % 250 + 1)):$port/feed$i.json"
+done >"$work/urls"
+sed 's/^/url = /; s/$/\noutput = \/dev\/null/' "$work/urls" >"$work/curl.conf"
+"$after/bench/pass_server" $port "$here/../samples/statuspage-summary.json" >"$work/ready" &
+server=$!
+for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+
+pass() { "$1/bench/bench_pass" $port "$work/urls" | awk -v name="$2" '{
+    for (i = 1; i < NF; i++) v[$i] = $(i + 1)
+    print name, v["pass_cpu_seconds"], (v["peak_rss_kb"] - v["idle_rss_kb"]) / 1024 }'; }
+for ((round = 1; round <= rounds; round++)); do
+    /usr/bin/time -f "curl %U %S" curl --silent --fail --parallel --parallel-max 300 \
+        --config "$work/curl.conf" 2>&1 >/dev/null | tail -1 | awk '{ print "curl", $2 + $3, 0 }'
+    pass "$before" before
+    pass "$after" after
+done | tee "$work/rounds"
+
+median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+for name in curl before after; do
+    cpu=$(awk -v n=$name '$1 == n { print $2 }' "$work/rounds" | median)
+    memory=$(awk -v n=$name '$1 == n { print $3 }' "$work/rounds" | median)
+    echo "median $name ${cpu}s cpu, ${memory} MB added"
+done
