@@ -16,13 +16,11 @@ work=$(mktemp -d)
 trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
 ulimit -n 16384
 
-for ((i = 0; i < count; i++)); do
-    echo "http://127.0.$((i / 250)).$((i % 250 + 1)):$port/feed$i.json"
-done >"$work/urls"
-sed 's/^/url = /; s/$/\noutput = \/dev\/null/' "$work/urls" >"$work/curl.conf"
-"$after/bench/pass_server" $port "$here/../samples/statuspage-summary.json" >"$work/ready" &
-server=$!
-for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+# shellcheck source=loopback.sh
+source "$here/loopback.sh"
+loopback_urls "$count" $port >"$work/urls"
+curl_config <"$work/urls" >"$work/curl.conf"
+start_pass_server "$after" $port "$here/../samples/statuspage-summary.json"
 
 pass() { "$1/bench/bench_pass" $port "$work/urls" | awk -v name="$2" '{
     for (i = 1; i < NF; i++) v[$i] = $(i + 1)

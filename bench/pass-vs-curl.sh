@@ -15,14 +15,11 @@ work=$(mktemp -d)
 trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
 ulimit -n 16384
 
-for ((i = 0; i < count; i++)); do
-    echo "http://127.0.$((i / 250)).$((i % 250 + 1)):$port/feed$i.json"
-done >"$work/urls"
-sed 's/^/url = /; s/$/\noutput = \/dev\/null/' "$work/urls" >"$work/curl.conf"
-
-"$build/bench/pass_server" $port "${DOCUMENT:-$here/../samples/statuspage-summary.json}" >"$work/ready" &
-server=$!
-for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+# shellcheck source=loopback.sh
+source "$here/loopback.sh"
+loopback_urls "$count" $port >"$work/urls"
+curl_config <"$work/urls" >"$work/curl.conf"
+start_pass_server "$build" $port "${DOCUMENT:-$here/../samples/statuspage-summary.json}"
 
 for ((round = 1; round <= rounds; round++)); do
     # /usr/bin/time gives curl's CPU time; the pass measures its own from its start.

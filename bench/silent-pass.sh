@@ -14,15 +14,13 @@ work=$(mktemp -d)
 trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
 ulimit -n 16384
 
-for ((i = 0; i < count; i++)); do
-    echo "http://127.0.$((i / 250)).$((i % 250 + 1)):$port/feed$i.json"
-done >"$work/answering"
+# shellcheck source=loopback.sh
+source "$here/loopback.sh"
+loopback_urls "$count" $port >"$work/answering"
 # Every hundredth source is silent.
 awk '{ if (NR % 100 == 50) sub(/feed/, "silent"); print }' "$work/answering" >"$work/silent"
 
-"$build/bench/pass_server" $port "$here/../samples/statuspage-summary.json" >"$work/ready" &
-server=$!
-for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+start_pass_server "$build" $port "$here/../samples/statuspage-summary.json"
 
 field() { awk -v name="$1" '{ for (i = 1; i < NF; i++) if ($i == name) print $(i + 1) }'; }
 for ((round = 1; round <= rounds; round++)); do

@@ -1,0 +1,25 @@
+# shellcheck shell=bash
+# What the pass benchmarks share, sourced by them: the URLs of N sources on loopback (one
+# address each, 127.0.0.1 upwards, so per-host connection limits never apply), curl's config
+# for them, and the server that answers them. The caller has made $work, a temporary folder,
+# and kills $server when it ends.
+
+# loopback_urls N PORT: the URLs, one a line.
+loopback_urls() {
+    local i
+    for ((i = 0; i < $1; i++)); do
+        echo "http://127.0.$((i / 250)).$((i % 250 + 1)):$2/feed$i.json"
+    done
+}
+
+# curl_config: a config for curl that fetches each URL read from standard input to nowhere.
+curl_config() {
+    sed 's/^/url = /; s/$/\noutput = \/dev\/null/'
+}
+
+# start_pass_server BUILD-DIR PORT DOCUMENT: serves DOCUMENT on every path; sets $server.
+start_pass_server() {
+    "$1/bench/pass_server" "$2" "$3" >"$work/ready" &
+    server=$!
+    for _ in $(seq 50); do [ -s "$work/ready" ] && break; sleep 0.1; done
+}
