@@ -1,5 +1,7 @@
 #pragma once
 
+#include "config/sourceregistry.h"
+
 #include <QObject>
 #include <QString>
 
@@ -28,6 +30,11 @@ public:
     bool notifications() const { return m_notifications; }
     // Whether every Statuspage source reads "under_maintenance" as operational.
     bool treatMaintenanceAsOperational() const { return m_treatMaintenanceAsOperational; }
+    // What every source takes from these settings.
+    SourceOptions sourceOptions() const
+    {
+        return {.treatMaintenanceAsOperational = m_treatMaintenanceAsOperational};
+    }
 
     void setSourcesText(const QString &text);
     void setRefreshIntervalMinutes(int minutes);

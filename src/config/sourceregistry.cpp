@@ -478,4 +478,16 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
 
 } // namespace SourceRegistry
 
+QList<JSONSource> SourceListCache::sources(const QString &text,
+                                           const QHash<QString, SourceKind> &kinds,
+                                           const SourceOptions &options)
+{
+    Key key{text, kinds, options};
+    if (key != m_key) {
+        m_sources = SourceRegistry::sources(text, kinds, options);
+        m_key = std::move(key);
+    }
+    return m_sources;
+}
+
 } // namespace lanternic

@@ -70,6 +70,8 @@ struct LineReading {
 struct SourceOptions {
     // Statuspage's "under_maintenance" reads as operational on every source.
     bool treatMaintenanceAsOperational = false;
+
+    bool operator==(const SourceOptions &) const = default;
 };
 
 // Turns the sources text into the sources to poll. Stateless.
@@ -90,5 +92,25 @@ bool hasUsableLine(const QString &text);
 QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds);
 
 } // namespace SourceRegistry
+
+// The sources the last text asked for made, made again only when the text, the known page
+// kinds or the options change. A pass asks at its start and after each probe, and most read
+// the same lines as the one before; the list each gets is shared, not copied.
+class SourceListCache {
+public:
+    QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds,
+                              const SourceOptions &options);
+
+private:
+    struct Key {
+        QString text;
+        QHash<QString, SourceKind> kinds;
+        SourceOptions options;
+
+        bool operator==(const Key &) const = default;
+    };
+    std::optional<Key> m_key;
+    QList<JSONSource> m_sources;
+};
 
 } // namespace lanternic

@@ -25,6 +25,7 @@ void CheckPass::run()
     const QHash<QString, SourceKind> &kinds = m_host.kinds.cache();
     m_sources = sources(kinds);
     m_pending = m_sources.size();
+    m_collected.reserve(m_sources.size());
     m_host.begin(m_sources);
     QSet<QString> probing;
     for (const QString &host : SourceRegistry::baseHosts(m_text)) {
@@ -41,9 +42,7 @@ void CheckPass::run()
 
 QList<JSONSource> CheckPass::sources(const QHash<QString, SourceKind> &kinds) const
 {
-    return SourceRegistry::sources(
-        m_text, kinds,
-        {.treatMaintenanceAsOperational = m_host.settings.treatMaintenanceAsOperational()});
+    return m_host.sourceLists.sources(m_text, kinds, m_host.settings.sourceOptions());
 }
 
 void CheckPass::probe(const QString &host)
@@ -64,8 +63,8 @@ void CheckPass::probed(const QString &host, std::optional<SourceKind> kind)
         SettingsFile::update(m_host.defaults,
                              [this, &host, kind] { m_host.kinds.record(host, *kind); });
     QHash<QString, JSONSource> known;
-    for (JSONSource &source : sources(m_host.kinds.cache()))
-        known.insert(source.id, std::move(source));
+    for (const JSONSource &source : sources(m_host.kinds.cache()))
+        known.insert(source.id, source);
     for (JSONSource &source : m_sources) {
         if (source.baseHost.compare(host, Qt::CaseInsensitive) != 0)
             continue;

@@ -15,6 +15,7 @@ namespace lanternic {
 
 class AppSettings;
 class SourceKindStore;
+class SourceListCache;
 class TransferQueue;
 enum class SourceKind;
 namespace network {
@@ -26,6 +27,8 @@ class Session;
 struct PassHost {
     AppSettings &settings;
     SourceKindStore &kinds;
+    // The sources the settings' lines make, shared with the store's rows.
+    SourceListCache &sourceLists;
     QSettings &defaults;
     network::Session &session;
     TransferQueue &queue;

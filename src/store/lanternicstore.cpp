@@ -35,7 +35,10 @@ LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, Sou
     connect(m_sourcesSettled, &QTimer::timeout, this, [this] { refresh(); });
 
     const QDateTime now = m_clock();
-    for (const JSONSource &source : SourceRegistry::sources(settings.sourcesText(), kinds.cache()))
+    const QList<JSONSource> sources =
+        m_sourceLists.sources(settings.sourcesText(), kinds.cache(), settings.sourceOptions());
+    m_results.reserve(sources.size());
+    for (const JSONSource &source : sources)
         m_results.append(placeholder(source, now));
     indexRows();
 }
@@ -63,6 +66,7 @@ void LanternicStore::refresh(std::function<void()> done)
     PassHost host{
         m_settings,
         m_kinds,
+        m_sourceLists,
         m_defaults,
         m_session,
         *m_queue,

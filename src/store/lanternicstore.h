@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/sourceregistry.h"
 #include "model/sourceresult.h"
 #include "store/displaysummary.h"
 
@@ -119,6 +120,7 @@ private:
     Clock m_clock;
 
     QList<SourceResult> m_results;
+    SourceListCache m_sourceLists;
     QHash<QString, qsizetype> m_rowOf; // row by source id
     std::optional<QDateTime> m_lastChecked;
     bool m_isRefreshing = false;

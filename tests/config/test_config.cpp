@@ -171,6 +171,23 @@ private Q_SLOTS:
                  u"https://status.example.com/proxy/status.example.com"_s);
     }
 
+    // A pass reads the same lines as the last: it shares the list made then, and anything that
+    // changes what the lines make has them made again.
+    void sourceListsAreMadeAgainOnlyOnChange()
+    {
+        SourceListCache cache;
+        const QString text = u"A=linearstatus.com"_s;
+        const QList<JSONSource> first = cache.sources(text, {}, {});
+        QCOMPARE(cache.sources(text, {}, {}).constData(), first.constData());
+
+        const QHash<QString, SourceKind> kinds{{u"linearstatus.com"_s, SourceKind::incidentio}};
+        QVERIFY(cache.sources(text, kinds, {}).first().url != first.first().url);
+        QVERIFY(cache.sources(text, kinds, {.treatMaintenanceAsOperational = true})
+                    .first()
+                    .treatAsOperational.contains(u"under_maintenance"_s));
+        QCOMPARE(cache.sources(u"B=linearstatus.com"_s, kinds, {}).first().name, u"B"_s);
+    }
+
     // The catalogue: ranked matches by name and host, the lines it adds, the kinds it knows.
     void catalogue()
     {
