@@ -171,6 +171,8 @@ Target::Updog updogTarget(const QUrl &url)
 // stands, so a list that repeats one line thousands of times costs no more than a varied one.
 class SourceIds {
 public:
+    explicit SourceIds(qsizetype expected) { m_taken.reserve(expected); }
+
     QString claim(const QString &key)
     {
         QString id = key;
@@ -263,9 +265,14 @@ static_assert(
 
 class SourceMaker {
 public:
-    SourceMaker(const QHash<QString, SourceKind> &kinds, const SourceOptions &options)
-        : m_kinds(kinds), m_options(options)
+    // Room is made for as many values as lines: growing tables of thousands costs more than
+    // filling them.
+    SourceMaker(const QHash<QString, SourceKind> &kinds, const SourceOptions &options,
+                qsizetype lines)
+        : m_kinds(kinds), m_options(options), m_ids(lines)
     {
+        m_made.reserve(lines);
+        m_index.reserve(lines);
     }
 
     // The source and the form of its target; nothing when the value makes none.
@@ -300,7 +307,7 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
                                const QHash<QString, SourceKind> &kinds,
                                const SourceOptions &options)
 {
-    SourceMaker maker(kinds, options);
+    SourceMaker maker(kinds, options, entries.size());
     QList<JSONSource> sources;
     sources.reserve(entries.size());
     for (const SourceEntry &entry : entries) {
@@ -423,7 +430,7 @@ bool hasUsableLine(const QString &text)
 QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKind> &kinds)
 {
     QList<LineReading> readings;
-    SourceMaker maker(kinds, {});
+    SourceMaker maker(kinds, {}, text.count(u'\n') + 1);
     QHash<QUrl, int> firstByUrl;
     qsizetype start = 0;
     int number = 0;
