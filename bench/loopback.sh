@@ -18,6 +18,8 @@ curl_config() {
 }
 
 # start_pass_server BUILD-DIR PORT DOCUMENT: serves DOCUMENT on every path; sets $server.
+# $work and $server are the sourcing script's.
+# shellcheck disable=SC2154,SC2034
 start_pass_server() {
     "$1/bench/pass_server" "$2" "$3" >"$work/ready" &
     server=$!
