@@ -11,7 +11,7 @@
 namespace lanternic {
 
 // A document flattened in order: each value is a node, followed by the nodes of what it holds;
-// an object's members are a key node (a string) and a value node each.
+// an object's members are a key node (a string) and a value node each. Sixteen bytes a node.
 struct JsonNode {
     JsonValue::Type type = JsonValue::Undefined;
     bool flag = false; // a boolean's value; for a number, that it is held as integer
@@ -26,6 +26,7 @@ struct JsonNode {
         qint64 integer;
     };
 };
+static_assert(sizeof(JsonNode) == 16);
 
 struct JsonTree {
     std::vector<JsonNode> nodes;
@@ -450,10 +451,10 @@ JsonArray JsonDocument::array() const
 
 JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) const
 {
-    // The field's own spelling is the common case.
-    if (JsonValue value = object.value(field); !value.isUndefined() || m_style == KeyStyle::exact)
-        return value;
-    // Next its usual snake_case spelling, "group_id" for "groupId".
+    if (m_style == KeyStyle::exact)
+        return object.value(field);
+    // The field's own spelling first, then its usual snake_case one ("group_id" for "groupId"),
+    // looked for in one walk over the members; the last of repeated keys counts.
     char snake[64];
     qsizetype length = 0;
     for (const char c : field) {
@@ -466,10 +467,21 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) c
             snake[length++] = c;
         }
     }
-    if (length != field.size()) {
-        if (JsonValue value = object.value(QLatin1StringView(snake, length)); !value.isUndefined())
-            return value;
+    const QByteArrayView own(field.data(), field.size());
+    const QByteArrayView snakeSpelling(snake, length);
+    const bool distinct = length != field.size();
+    JsonValue exact;
+    JsonValue snaked;
+    for (const JsonObject::const_iterator &member : object) {
+        if (member.key() == own)
+            exact = member.value();
+        else if (distinct && member.key() == snakeSpelling)
+            snaked = member.value();
     }
+    if (!exact.isUndefined())
+        return exact;
+    if (!snaked.isUndefined())
+        return snaked;
     // Then any other key with an underscore that converts to it.
     for (const JsonObject::const_iterator &member : object) {
         if (member.key().contains('_') && snakeKeyNamesField(member.key(), field))

@@ -22,7 +22,7 @@ class JsonObject;
 // results, as Qt's JSON classes do.
 class JsonValue {
 public:
-    enum Type { Undefined, Null, Bool, Double, String, Array, Object };
+    enum Type : quint8 { Undefined, Null, Bool, Double, String, Array, Object };
 
     JsonValue() = default;
 
