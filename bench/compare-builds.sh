@@ -12,10 +12,6 @@ count=${3:-1000}
 rounds=${4:-5}
 port=18736
 here=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
-ulimit -n 16384
-
 # shellcheck source=loopback.sh
 source "$here/loopback.sh"
 loopback_urls "$count" $port >"$work/urls"

@@ -1,8 +1,12 @@
 # shellcheck shell=bash
 # What the pass benchmarks share, sourced by them: the URLs of N sources on loopback (one
 # address each, 127.0.0.1 upwards, so per-host connection limits never apply), curl's config
-# for them, and the server that answers them. The caller has made $work, a temporary folder,
-# and kills $server when it ends.
+# for them, and the server that answers them. Sourcing it makes $work, a temporary folder, and
+# an exit trap that removes it and stops the server; it also raises the limit on open files.
+
+work=$(mktemp -d)
+trap 'kill "${server:-}" 2>/dev/null || true; rm -rf "$work"' EXIT
+ulimit -n 16384
 
 # loopback_urls N PORT: the URLs, one a line.
 loopback_urls() {
@@ -18,8 +22,7 @@ curl_config() {
 }
 
 # start_pass_server BUILD-DIR PORT DOCUMENT: serves DOCUMENT on every path; sets $server.
-# $work and $server are the sourcing script's.
-# shellcheck disable=SC2154,SC2034
+# shellcheck disable=SC2034 # $server is the exit trap's, and the sourcing script's
 start_pass_server() {
     "$1/bench/pass_server" "$2" "$3" >"$work/ready" &
     server=$!

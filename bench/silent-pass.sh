@@ -10,10 +10,6 @@ count=${2:-1000}
 rounds=${3:-3}
 port=18754
 here=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'kill $server 2>/dev/null || true; rm -rf "$work"' EXIT
-ulimit -n 16384
-
 # shellcheck source=loopback.sh
 source "$here/loopback.sh"
 loopback_urls "$count" $port >"$work/answering"
