@@ -1,12 +1,13 @@
 #include "sources/network.h"
 
+#include "platform/socketwatcher.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
 #include <QPointer>
-#include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
 #include <curl/curl.h>
@@ -42,20 +43,6 @@ struct NameCache {
     int handedOut = 0;
 };
 
-// The notifiers that watch one socket libcurl asked us to watch. They are kept for the next
-// socket when this one closes: making and destroying them per connection costs more than the
-// rest of a loopback transfer's event handling.
-struct SocketWatch {
-    QSocketNotifier *read = nullptr;
-    QSocketNotifier *write = nullptr;
-};
-
-void stopWatching(QSocketNotifier *notifier)
-{
-    if (notifier)
-        notifier->setEnabled(false);
-}
-
 // A limit as the failure text says it: whole seconds, or a fraction where tests set less.
 QString seconds(std::chrono::milliseconds limit)
 {
@@ -78,14 +65,14 @@ struct Session::Private {
     void start(Transfer *transfer, const QUrl &url);
     void awaitFirstByte(Transfer *transfer);
     void checkFirstBytes();
-    void socketAction(curl_socket_t socket, int events);
+    void timeout();
     void processFinished();
     void complete(Transfer *transfer, CURLcode code);
     void detach(Transfer *transfer);
     QByteArray proxyFor(const QUrl &url);
     std::shared_ptr<NameCache> nameCache();
 
-    static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watch);
+    static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *);
     static int onTimer(CURLM *, long timeoutMs, void *self);
 
     Session *q;
@@ -95,8 +82,7 @@ struct Session::Private {
     std::shared_ptr<NameCache> names;
     QTimer timer;
     QHash<CURL *, Transfer *> transfers;
-    QSet<SocketWatch *> watches; // in use
-    QList<SocketWatch *> spareWatches;
+    SocketWatcher sockets;
     // Proxy lookups ask the desktop's settings; one per host is enough while transfers run.
     QHash<QString, QByteArray> proxies;
     // The hops waiting for the first byte of an answer, in the order they started. Every wait
@@ -271,7 +257,17 @@ QByteArray curlProxyFor(const QNetworkProxy &proxy)
     return url.toEncoded();
 }
 
-Session::Private::Private(Session *session, Options options) : q(session), options(options)
+Session::Private::Private(Session *session, Options options)
+    : q(session), options(options),
+      sockets(
+          session,
+          [this](qintptr socket, bool readable, bool writable) {
+              int running = 0;
+              curl_multi_socket_action(
+                  multi, curl_socket_t(socket),
+                  (readable ? CURL_CSELECT_IN : 0) | (writable ? CURL_CSELECT_OUT : 0), &running);
+          },
+          [this] { processFinished(); })
 {
     static const bool initialised = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
     Q_UNUSED(initialised);
@@ -281,7 +277,7 @@ Session::Private::Private(Session *session, Options options) : q(session), optio
     curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, &Private::onTimer);
     curl_multi_setopt(multi, CURLMOPT_TIMERDATA, this);
     timer.setSingleShot(true);
-    QObject::connect(&timer, &QTimer::timeout, q, [this] { socketAction(CURL_SOCKET_TIMEOUT, 0); });
+    QObject::connect(&timer, &QTimer::timeout, q, [this] { timeout(); });
     firstByteTimer.setSingleShot(true);
     firstByteTimer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&firstByteTimer, &QTimer::timeout, q, [this] { checkFirstBytes(); });
@@ -293,52 +289,13 @@ Session::Private::~Private()
     for (Transfer *transfer : transfers.values())
         delete transfer;
     curl_multi_cleanup(multi);
-    // The notifiers are the session's children and go with it.
-    qDeleteAll(watches);
-    qDeleteAll(spareWatches);
 }
 
-int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *self, void *watchData)
+int Session::Private::onSocket(CURL *, curl_socket_t socket, int what, void *self, void *)
 {
-    auto *d = static_cast<Private *>(self);
-    auto *watch = static_cast<SocketWatch *>(watchData);
-    if (what == CURL_POLL_REMOVE) {
-        if (watch) {
-            stopWatching(watch->read);
-            stopWatching(watch->write);
-            d->watches.remove(watch);
-            d->spareWatches.append(watch);
-            curl_multi_assign(d->multi, socket, nullptr);
-        }
-        return 0;
-    }
-    if (!watch) {
-        watch = d->spareWatches.isEmpty() ? new SocketWatch : d->spareWatches.takeLast();
-        for (QSocketNotifier *notifier : {watch->read, watch->write}) {
-            if (notifier)
-                notifier->setSocket(qintptr(socket));
-        }
-        d->watches.insert(watch);
-        curl_multi_assign(d->multi, socket, watch);
-    }
-    auto want = [&](QSocketNotifier *&notifier, QSocketNotifier::Type type, bool wanted,
-                    int event) {
-        if (!wanted) {
-            if (notifier)
-                notifier->setEnabled(false);
-            return;
-        }
-        if (!notifier) {
-            notifier = new QSocketNotifier(qintptr(socket), type, d->q);
-            QObject::connect(notifier, &QSocketNotifier::activated, d->q,
-                             [d, event](QSocketDescriptor descriptor) {
-                                 d->socketAction(curl_socket_t(qintptr(descriptor)), event);
-                             });
-        }
-        notifier->setEnabled(true);
-    };
-    want(watch->read, QSocketNotifier::Read, what & CURL_POLL_IN, CURL_CSELECT_IN);
-    want(watch->write, QSocketNotifier::Write, what & CURL_POLL_OUT, CURL_CSELECT_OUT);
+    // CURL_POLL_REMOVE has neither bit: the socket is watched for nothing.
+    static_cast<Private *>(self)->sockets.watch(qintptr(socket), what & CURL_POLL_IN,
+                                                what & CURL_POLL_OUT);
     return 0;
 }
 
@@ -352,10 +309,10 @@ int Session::Private::onTimer(CURLM *, long timeoutMs, void *self)
     return 0;
 }
 
-void Session::Private::socketAction(curl_socket_t socket, int events)
+void Session::Private::timeout()
 {
     int running = 0;
-    curl_multi_socket_action(multi, socket, events, &running);
+    curl_multi_socket_action(multi, CURL_SOCKET_TIMEOUT, 0, &running);
     processFinished();
 }
 
