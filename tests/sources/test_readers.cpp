@@ -602,6 +602,35 @@ private Q_SLOTS:
         }
     }
 
+    // Numbers as the readers ask for them: whole ones exactly, anything else as the fallback.
+    void jsonNumbers_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<qint64>("integer");
+        QTest::addColumn<int>("small");
+        QTest::addColumn<double>("number");
+        QTest::newRow("whole") << QByteArray("42") << qint64(42) << 42 << 42.0;
+        QTest::newRow("negative") << QByteArray("-7") << qint64(-7) << -7 << -7.0;
+        QTest::newRow("whole, written with a fraction")
+            << QByteArray("100.0") << qint64(100) << 100 << 100.0;
+        QTest::newRow("a fraction") << QByteArray("2.5") << qint64(-1) << -1 << 2.5;
+        QTest::newRow("beyond an int")
+            << QByteArray("4294967296") << qint64(4294967296) << -1 << 4294967296.0;
+        QTest::newRow("beyond 64 bits") << QByteArray("1e300") << qint64(-1) << -1 << 1e300;
+        QTest::newRow("a string") << QByteArray("\"3\"") << qint64(-1) << -1 << -1.0;
+        QTest::newRow("null") << QByteArray("null") << qint64(-1) << -1 << -1.0;
+    }
+
+    void jsonNumbers()
+    {
+        QFETCH(QByteArray, value);
+        const JsonDocument document = parseJson("{\"n\":" + value + "}");
+        const JsonValue n = document.object().value("n"_L1);
+        QTEST(n.toInteger(-1), "integer");
+        QTEST(n.toInt(-1), "small");
+        QTEST(n.toDouble(-1), "number");
+    }
+
     void homeUrls_data()
     {
         // Plain literals: the meta-object compiler misreads "//" inside raw strings.
