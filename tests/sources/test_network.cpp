@@ -305,14 +305,15 @@ private Q_SLOTS:
         server->route("/feed", {200, "ok", {}, false, 100});
         int answered = 0;
         auto *doomed = new QObject;
-        for (int i = 0; i < 60; ++i)
+        // More than one turn of the event loop takes at once: the rest are taken at the next.
+        for (int i = 0; i < 100; ++i)
             session->get(server->url("/feed?" + QByteArray::number(i)), this,
                          [&](Response r) { answered += r.body == "ok"; });
-        session->get(server->url("/feed?doomed"), doomed, [&](Response) { answered += 100; });
-        QCOMPARE(session->transfersInFlight(), 61);
+        session->get(server->url("/feed?doomed"), doomed, [&](Response) { answered += 1000; });
+        QCOMPARE(session->transfersInFlight(), 101);
         delete doomed;
-        QCOMPARE(session->transfersInFlight(), 60);
-        QTRY_COMPARE_WITH_TIMEOUT(answered, 60, 10'000);
+        QCOMPARE(session->transfersInFlight(), 100);
+        QTRY_COMPARE_WITH_TIMEOUT(answered, 100, 10'000);
 
         // Destroying the session aborts whatever is still open, without answers.
         LoopbackServer::Response silent;
@@ -321,11 +322,11 @@ private Q_SLOTS:
         QObject context;
         for (int i = 0; i < 5; ++i)
             session->get(server->url("/silent"), &context, [&](Response) { answered = -1; });
-        QTRY_COMPARE(server->requests().size(), 65);
+        QTRY_COMPARE(server->requests().size(), 105);
         session.reset();
         QVERIFY(context.children().isEmpty());
         QTest::qWait(100);
-        QCOMPARE(answered, 60);
+        QCOMPARE(answered, 100);
     }
 
     void systemProxyPerUrl()
