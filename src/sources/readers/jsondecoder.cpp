@@ -115,7 +115,8 @@ private:
         JsonNode node;
         node.type = JsonValue::String;
         node.text = {m_used, quint32(text.size())};
-        // Unescaped, every string is at most as long as in the body, which sized the buffer.
+        // Unescaped, every string is at most as long as in the text parsed, which sized the
+        // buffer.
         std::memcpy(m_tree.text.data() + m_used, text.data(), text.size());
         m_used += quint32(text.size());
         node.end = quint32(m_tree.nodes.size() + 1);
@@ -417,9 +418,10 @@ JsonDocument JsonDocument::parse(QByteArrayView body)
     }
     if (error != simdjson::SUCCESS)
         return JsonDocument();
+    const qsizetype parsed = strict.isEmpty() ? body.size() : strict.size();
     auto tree = std::make_shared<JsonTree>();
-    tree->nodes.reserve(size_t(body.size() / 8) + 1);
-    tree->text.resize(body.size());
+    tree->nodes.reserve(size_t(parsed / 8) + 1);
+    tree->text.resize(parsed);
     TreeBuilder builder(*tree);
     builder.add(root);
     tree->text.truncate(builder.used());
