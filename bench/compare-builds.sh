@@ -28,7 +28,6 @@ for ((round = 1; round <= rounds; round++)); do
     pass "$after" after
 done | tee "$work/rounds"
 
-median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 for name in curl before after; do
     cpu=$(awk -v n=$name '$1 == n { print $2 }' "$work/rounds" | median)
     memory=$(awk -v n=$name '$1 == n { print $3 }' "$work/rounds" | median)

@@ -1,8 +1,9 @@
 # shellcheck shell=bash
 # What the pass benchmarks share, sourced by them: the URLs of N sources on loopback (one
 # address each, 127.0.0.1 upwards, so per-host connection limits never apply), curl's config
-# for them, and the server that answers them. Sourcing it makes $work, a temporary folder, and
-# an exit trap that removes it and stops the server; it also raises the limit on open files.
+# for them, the server that answers them, and the median of a run's rounds. Sourcing it makes
+# $work, a temporary folder, and an exit trap that removes it and stops the server; it also
+# raises the limit on open files.
 
 work=$(mktemp -d)
 trap 'kill "${server:-}" 2>/dev/null || true; rm -rf "$work"' EXIT
@@ -20,6 +21,9 @@ loopback_urls() {
 curl_config() {
     sed 's/^/url = /; s/$/\noutput = \/dev\/null/'
 }
+
+# median: the median of the numbers on standard input, one a line.
+median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 
 # start_pass_server BUILD-DIR PORT DOCUMENT: serves DOCUMENT on every path; sets $server.
 # shellcheck disable=SC2034 # $server is the exit trap's, and the sourcing script's

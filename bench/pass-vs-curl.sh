@@ -26,7 +26,6 @@ for ((round = 1; round <= rounds; round++)); do
     echo "round $round curl_seconds $cw curl_cpu_seconds $(awk "BEGIN { print $cu + $cs }") lanternic $pass_line"
 done | tee "$work/rounds"
 
-median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 field() { awk -v name="$1" '{ for (i = 1; i < NF; i++) if ($i == name) print $(i + 1) }' "$work/rounds"; }
 cw=$(field curl_seconds | median)
 cc=$(field curl_cpu_seconds | median)

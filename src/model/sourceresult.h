@@ -12,10 +12,10 @@
 
 namespace lanternic {
 
-// One component of a service as its feed reported it.
 // "source id::key", the id of a component, made at its exact size: results hold thousands.
 QString componentId(QStringView sourceId, QStringView key);
 
+// One component of a service as its feed reported it.
 struct ComponentStatus {
     QString id; // the source id, "::" and the feed's own key, unique across sources
     QString name;

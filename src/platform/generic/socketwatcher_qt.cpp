@@ -46,10 +46,8 @@ void SocketWatcher::watch(qintptr socket, bool read, bool write)
     Private::Watch *watch = d->watched.value(socket);
     if (!read && !write) {
         if (watch) {
-            for (QSocketNotifier *notifier : {watch->read, watch->write}) {
-                if (notifier)
-                    notifier->setEnabled(false);
-            }
+            d->want(watch->read, socket, QSocketNotifier::Read, false);
+            d->want(watch->write, socket, QSocketNotifier::Write, false);
             d->watched.remove(socket);
             d->spare.append(watch);
         }

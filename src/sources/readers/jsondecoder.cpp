@@ -57,6 +57,11 @@ public:
     void add(simdjson::dom::element element)
     {
         using simdjson::dom::element_type;
+        if (element.type() == element_type::STRING) {
+            addString(as<std::string_view>(element));
+            return;
+        }
+        // The node goes before what it holds; its end is known once that is added.
         const auto index = quint32(m_tree.nodes.size());
         m_tree.nodes.emplace_back();
         JsonNode node;
@@ -80,10 +85,8 @@ public:
             }
             break;
         }
-        case element_type::STRING:
-            m_tree.nodes.pop_back();
-            addString(as<std::string_view>(element));
-            return;
+        case element_type::STRING: // added before the switch
+            break;
         case element_type::INT64:
             node.type = JsonValue::Double;
             node.flag = true;
@@ -448,7 +451,7 @@ JsonObject JsonDocument::object() const
 
 JsonArray JsonDocument::array() const
 {
-    return isArray() ? JsonValue(m_tree.get(), 0).toArray() : JsonArray();
+    return isArray() ? JsonArray(m_tree.get(), 0) : JsonArray();
 }
 
 JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) const

@@ -41,8 +41,6 @@ public:
     qint64 toInteger(qint64 fallback = 0) const;
     int toInt(int fallback = 0) const;
     QString toString() const;
-    // A string's UTF-8, as the document has it.
-    QByteArrayView utf8() const;
     JsonArray toArray() const;
     JsonObject toObject() const;
 
@@ -54,6 +52,8 @@ private:
     friend class JsonObject;
     friend class JsonDocument;
     JsonValue(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+    // A string's UTF-8, as the document has it.
+    QByteArrayView utf8() const;
 
     const JsonTree *m_tree = nullptr;
     quint32 m_node = 0;
@@ -85,6 +85,7 @@ public:
 
 private:
     friend class JsonValue;
+    friend class JsonDocument;
     JsonArray(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
 
     const JsonTree *m_tree = nullptr;
