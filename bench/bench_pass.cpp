@@ -34,6 +34,8 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     QSettings defaults(dir.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
     defaults.setValue(QStringLiteral("Lanternic.sources"), lines.join(u'\n'));
+    // Written now, or QSettings writes it from the event loop while the pass runs.
+    defaults.sync();
     AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::once);
     const long idle = residentKilobytes();
     QElapsedTimer timer;

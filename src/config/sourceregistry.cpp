@@ -113,12 +113,16 @@ QString workingText(const QString &value)
 QString hostAsWritten(const QString &urlText)
 {
     QStringView authority = QStringView(urlText).sliced(urlText.indexOf("//"_L1) + 2);
-    for (QChar end : {u'/', u'?', u'#'}) {
-        if (const qsizetype at = authority.indexOf(end); at >= 0)
-            authority.truncate(at);
+    qsizetype end = 0;
+    qsizetype afterAt = 0;
+    for (; end < authority.size(); ++end) {
+        const QChar c = authority[end];
+        if (c == u'/' || c == u'?' || c == u'#')
+            break;
+        if (c == u'@')
+            afterAt = end + 1;
     }
-    if (const qsizetype at = authority.lastIndexOf(u'@'); at >= 0)
-        authority = authority.sliced(at + 1);
+    authority = authority.sliced(afterAt, end - afterAt);
     if (authority.startsWith(u'[')) {
         const qsizetype close = authority.indexOf(u']');
         return authority.sliced(1, close < 0 ? authority.size() - 1 : close - 1).toString();
@@ -175,18 +179,25 @@ public:
 
     QString claim(const QString &key)
     {
-        QString id = key;
-        if (m_taken.contains(id)) {
-            int &n = m_next[key];
-            n = std::max(n, 2);
-            while (m_taken.contains(id = key + u'-' + QString::number(n)))
-                ++n;
-        }
-        m_taken.insert(id);
+        if (take(key))
+            return key;
+        int &n = m_next[key];
+        n = std::max(n, 2);
+        QString id;
+        while (!take(id = key + u'-' + QString::number(n)))
+            ++n;
         return id;
     }
 
 private:
+    // Whether the id was free; it is taken now. One lookup, as most ids are free.
+    bool take(const QString &id)
+    {
+        const qsizetype before = m_taken.size();
+        m_taken.insert(id);
+        return m_taken.size() != before;
+    }
+
     QSet<QString> m_taken;
     QHash<QString, int> m_next;
 };
@@ -278,14 +289,14 @@ public:
     // The source and the form of its target; nothing when the value makes none.
     std::optional<Built> make(const SourceEntry &entry)
     {
-        const qsizetype next = m_made.size();
-        const qsizetype index = m_index.value(entry.value, next);
-        if (index == next) {
+        // One lookup: a value seen first gets a slot of 0, and then its place plus one.
+        qsizetype &slot = m_index[entry.value];
+        if (slot == 0) {
             const std::optional<Target> target = Target::classify(entry.value);
             m_made.append(target ? buildSource(*target, m_kinds, m_options) : std::nullopt);
-            m_index.insert(entry.value, index);
+            slot = m_made.size();
         }
-        const std::optional<Built> &made = m_made[index];
+        const std::optional<Built> &made = m_made[slot - 1];
         if (!made)
             return std::nullopt;
         Built built = *made;
@@ -298,7 +309,7 @@ private:
     const QHash<QString, SourceKind> &m_kinds;
     SourceOptions m_options;
     SourceIds m_ids;
-    // What each value made, in the order first written, and where, by value.
+    // What each value made, in the order first written, and where (plus one), by value.
     QList<std::optional<Built>> m_made;
     QHash<QString, qsizetype> m_index;
 };

@@ -386,18 +386,29 @@ JsonObject::const_iterator JsonObject::end() const
 
 JsonValue JsonObject::value(QLatin1StringView key) const
 {
+    return values(QByteArrayView(key.data(), key.size()), {}).first;
+}
+
+std::pair<JsonValue, JsonValue> JsonObject::values(QByteArrayView key, QByteArrayView other) const
+{
     if (!m_tree)
-        return JsonValue();
+        return {};
     const JsonNode *nodes = m_tree->nodes.data();
     const char *text = m_tree->text.constData();
-    const auto length = quint32(key.size());
+    const auto matches = [&](const JsonNode &node, QByteArrayView wanted) {
+        return node.text.length == quint32(wanted.size()) && !wanted.isEmpty() &&
+               std::memcmp(text + node.text.offset, wanted.data(), size_t(wanted.size())) == 0;
+    };
     quint32 found = 0;
+    quint32 foundOther = 0;
     for (quint32 at = m_node + 1, end = nodes[m_node].end; at < end; at = nodes[at + 1].end) {
-        if (nodes[at].text.length == length &&
-            std::memcmp(text + nodes[at].text.offset, key.data(), length) == 0)
+        if (matches(nodes[at], key))
             found = at + 1;
+        else if (matches(nodes[at], other))
+            foundOther = at + 1;
     }
-    return found ? JsonValue(m_tree, found) : JsonValue();
+    return {found ? JsonValue(m_tree, found) : JsonValue(),
+            foundOther ? JsonValue(m_tree, foundOther) : JsonValue()};
 }
 
 JsonDocument JsonDocument::parse(QByteArrayView body)
@@ -428,7 +439,6 @@ JsonDocument JsonDocument::parse(QByteArrayView body)
     TreeBuilder builder(*tree);
     builder.add(root);
     tree->text.truncate(builder.used());
-    tree->text.squeeze();
     JsonDocument document;
     document.m_tree = std::move(tree);
     return document;
@@ -472,17 +482,10 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) c
             snake[length++] = c;
         }
     }
-    const QByteArrayView own(field.data(), field.size());
-    const QByteArrayView snakeSpelling(snake, length);
     const bool distinct = length != field.size();
-    JsonValue exact;
-    JsonValue snaked;
-    for (const JsonObject::const_iterator &member : object) {
-        if (member.key() == own)
-            exact = member.value();
-        else if (distinct && member.key() == snakeSpelling)
-            snaked = member.value();
-    }
+    const auto [exact, snaked] =
+        object.values(QByteArrayView(field.data(), field.size()),
+                      distinct ? QByteArrayView(snake, length) : QByteArrayView());
     if (!exact.isUndefined())
         return exact;
     if (!snaked.isUndefined())

@@ -124,7 +124,10 @@ public:
 private:
     friend class JsonValue;
     friend class JsonDocument;
+    friend class JsonDecoder;
     JsonObject(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
+    // The members of two keys (the last of each) in one walk; an empty second key matches none.
+    std::pair<JsonValue, JsonValue> values(QByteArrayView key, QByteArrayView other) const;
 
     const JsonTree *m_tree = nullptr;
     quint32 m_node = 0;
