@@ -71,6 +71,9 @@ struct Session::Private {
     void detach(Transfer *transfer);
     QByteArray proxyFor(const QUrl &url);
     std::shared_ptr<NameCache> nameCache();
+    CURL *takeHandle();
+    void giveBack(CURL *easy);
+    void dropSpareHandles();
 
     static int onSocket(CURL *, curl_socket_t socket, int what, void *self, void *);
     static int onTimer(CURLM *, long timeoutMs, void *self);
@@ -95,6 +98,10 @@ struct Session::Private {
     };
     std::deque<FirstByteWait> firstByteWaits;
     QTimer firstByteTimer;
+    // Easy handles of finished GETs, with the session's options set, for the next transfers:
+    // making a handle and setting them costs more than the rest of a transfer's setup. A few
+    // are kept, and none once no transfer runs.
+    std::vector<CURL *> spareHandles;
 };
 
 namespace {
@@ -103,17 +110,23 @@ namespace {
 class Transfer : public QObject {
 public:
     Transfer(Session::Private *owner, QObject *context, std::function<void(Response)> done)
-        : QObject(context), owner(owner), easy(curl_easy_init()), done(std::move(done))
+        : QObject(context), owner(owner), easy(owner->takeHandle()), done(std::move(done))
     {
         error[0] = '\0';
     }
 
-    // The easy handle goes before its name cache, which cannot go while a handle uses it.
+    // The easy handle goes (or lets go of it) before its name cache, which cannot go while a
+    // handle uses it.
     ~Transfer() override
     {
-        if (owner)
-            owner->detach(this);
-        curl_easy_cleanup(easy);
+        Session::Private *const session = owner;
+        if (session)
+            session->detach(this);
+        // A POST's handle holds its body and headers: only a finished GET's serves again.
+        if (session && finished && !headers)
+            session->giveBack(easy);
+        else
+            curl_easy_cleanup(easy);
         curl_slist_free_all(connectTo);
         curl_slist_free_all(headers);
     }
@@ -181,6 +194,7 @@ public:
     bool answered = false;   // some byte of this hop's answer has come
     bool unanswered = false; // ended for want of a first byte
     bool viaProxy = false;
+    bool finished = false; // answered, failed or refused, rather than aborted
     std::chrono::milliseconds limit{0};
     std::optional<AddressScope> previousScope; // of the hop that redirected here
     std::optional<QString> refusal;
@@ -288,6 +302,7 @@ Session::Private::~Private()
     // Aborted without answers: their callers are going away with the session.
     for (Transfer *transfer : transfers.values())
         delete transfer;
+    dropSpareHandles();
     curl_multi_cleanup(multi);
 }
 
@@ -416,8 +431,63 @@ void Session::Private::detach(Transfer *transfer)
     if (transfers.remove(transfer->easy))
         curl_multi_remove_handle(multi, transfer->easy);
     transfer->owner = nullptr;
-    if (transfers.isEmpty())
+    if (transfers.isEmpty()) {
         proxies.clear();
+        dropSpareHandles();
+    }
+}
+
+CURL *Session::Private::takeHandle()
+{
+    if (!spareHandles.empty()) {
+        CURL *easy = spareHandles.back();
+        spareHandles.pop_back();
+        return easy;
+    }
+    CURL *easy = curl_easy_init();
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onData);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::onOpenSocket);
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
+    // Redirects are followed here, so that each hop is checked against our rules.
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, curl_off_t(maximumBodySize));
+    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_2TLS));
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(options.connectTimeout.count()));
+    curl_easy_setopt(easy, CURLOPT_DNS_CACHE_TIMEOUT, -1L);
+    // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
+    // limit on the whole transfer.
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME,
+                     long(std::max<qint64>(1, options.inactivityTimeout.count() / 1000)));
+    if (!options.caFile.isEmpty())
+        curl_easy_setopt(easy, CURLOPT_CAINFO, options.caFile.toLocal8Bit().constData());
+    return easy;
+}
+
+void Session::Private::giveBack(CURL *easy)
+{
+    constexpr std::size_t kept = 32;
+    if (transfers.isEmpty() || spareHandles.size() >= kept) {
+        curl_easy_cleanup(easy);
+        return;
+    }
+    // Nothing of the transfer it served stays reachable from it; the next sets its own.
+    curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
+    curl_easy_setopt(easy, CURLOPT_PRIVATE, nullptr);
+    spareHandles.push_back(easy);
+}
+
+void Session::Private::dropSpareHandles()
+{
+    for (CURL *easy : spareHandles)
+        curl_easy_cleanup(easy);
+    spareHandles.clear();
 }
 
 void Session::Private::complete(Transfer *transfer, CURLcode code)
@@ -485,8 +555,8 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
     response.timing = timing;
 
     auto done = std::move(transfer->done);
-    detach(transfer);
-    delete transfer;
+    transfer->finished = true;
+    delete transfer; // which detaches it
     done(std::move(response));
 }
 
@@ -539,36 +609,16 @@ Transfer *prepared(Session::Private *d, QObject *context, std::function<void(Res
 {
     auto *transfer = new Transfer(d, context, std::move(done));
     transfer->limit = limit.value_or(d->options.transferLimit);
+    // The session's own options are on the handle already; these are this transfer's.
     CURL *easy = transfer->easy;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, transfer);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, transfer->error);
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onData);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, transfer);
-    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &Transfer::onOpenSocket);
     curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, transfer);
-    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &Transfer::onConnected);
     curl_easy_setopt(easy, CURLOPT_PREREQDATA, transfer);
-    curl_easy_setopt(easy, CURLOPT_USERAGENT, userAgent().constData());
-    // Redirects are followed here, so that each hop is checked against our rules.
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
-    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, curl_off_t(maximumBodySize));
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_2TLS));
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, transfer);
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(d->options.connectTimeout.count()));
     transfer->names = d->nameCache();
     curl_easy_setopt(easy, CURLOPT_SHARE, transfer->names->share);
-    curl_easy_setopt(easy, CURLOPT_DNS_CACHE_TIMEOUT, -1L);
-    // Silence for the whole inactivity time-out ends the transfer; a slow drip is ended by the
-    // limit on the whole transfer.
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME,
-                     long(std::max<qint64>(1, d->options.inactivityTimeout.count() / 1000)));
-    if (!d->options.caFile.isEmpty())
-        curl_easy_setopt(easy, CURLOPT_CAINFO, d->options.caFile.toLocal8Bit().constData());
     transfer->started.start();
     return transfer;
 }

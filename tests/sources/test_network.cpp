@@ -329,6 +329,35 @@ private Q_SLOTS:
         QCOMPARE(answered, 100);
     }
 
+    // While another transfer runs, a finished GET's handle serves the next one: nothing of
+    // what it did before goes with it.
+    void handlesServeAgainAsNew()
+    {
+        LoopbackServer::Response held{200, QByteArray(1000, 'x'), {}};
+        held.dripMs = 100;
+        server->route("/held", held);
+        session->get(server->url("/held"), this, [](Response) {});
+        server->route("/large", {200, QByteArray(maximumBodySize + 1, ' '), {}});
+        server->route("/hop", {302, {}, {{"Location", "/ok"}}});
+        server->route("/ok", {200, "ok", {}});
+
+        QVERIFY(get(server->url("/large")).transferFailure);
+        const Response afterLarge = get(server->url("/ok"));
+        QCOMPARE(afterLarge.transferFailure, std::nullopt);
+        QCOMPARE(afterLarge.body, "ok");
+        QCOMPARE(get(server->url("/hop")).timing.redirects, 1);
+        QCOMPARE(get(server->url("/ok")).timing.redirects, 0);
+        std::optional<Response> posted;
+        session->post(server->url("/ok"), "{}", {{"X-Once", "1"}}, this,
+                      [&](Response r) { posted = std::move(r); });
+        QTRY_VERIFY(posted.has_value());
+        QCOMPARE(get(server->url("/ok")).body, "ok");
+        const LoopbackServer::Request &last = server->received().last();
+        QCOMPARE(last.method, "GET");
+        QCOMPARE(last.header("x-once"), QByteArray());
+        QCOMPARE(session->transfersInFlight(), 1);
+    }
+
     void systemProxyPerUrl()
     {
         const QByteArray savedProxy = qgetenv("http_proxy"), savedNoProxy = qgetenv("no_proxy");
