@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QSet>
+#include <algorithm>
 
 namespace lanternic {
 
@@ -63,6 +64,22 @@ bool Maintenance::isInProgress(const QDateTime &now) const
 
 void SourceResult::keepFirstOfEachId(QList<ComponentStatus> &components)
 {
+    // Most pages list tens of components: comparing each with those kept before it costs less
+    // than hashing them all.
+    if (components.size() <= 32) {
+        ComponentStatus *const first = components.data();
+        ComponentStatus *kept = first;
+        for (ComponentStatus *at = first; at != first + components.size(); ++at) {
+            const auto sameId = [at](const ComponentStatus &before) { return before.id == at->id; };
+            if (std::none_of(first, kept, sameId)) {
+                if (kept != at)
+                    *kept = std::move(*at);
+                ++kept;
+            }
+        }
+        components.resize(kept - first);
+        return;
+    }
     QSet<QString> seen;
     seen.reserve(components.size());
     components.removeIf([&seen](const ComponentStatus &component) {

@@ -296,6 +296,13 @@ private Q_SLOTS:
                    {"id":"a","name":"A","status":"major_outage"},
                    {"id":"a","name":"A","status":"operational"}]})")
             << u"down | A \u2014 down | a=down(major_outage)"_s;
+        QTest::newRow("Statuspage, a component id repeated in a long list keeps the first")
+            << source()
+            << QByteArray(R"({"status":{"indicator":"none"},"components":[)"
+                          R"({"id":"a","name":"A","status":"major_outage"},)") +
+                   repeated(R"({"id":"a","name":"A","status":"operational"},)", 40) +
+                   R"({"id":"b","name":"B","status":"operational"}]})"
+            << u"down | A \u2014 down | a=down(major_outage), b=operational(operational)"_s;
         QTest::newRow("relay, component without status")
             << source()
             << QByteArray(R"({"schema":"lanternic.v1","components":[{"id":"a","name":"A"}]})")
