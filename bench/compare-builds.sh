@@ -22,7 +22,7 @@ pass() { "$1/bench/bench_pass" $port "$work/urls" | awk -v name="$2" '{
     for (i = 1; i < NF; i++) v[$i] = $(i + 1)
     print name, v["pass_cpu_seconds"], (v["peak_rss_kb"] - v["idle_rss_kb"]) / 1024 }'; }
 for ((round = 1; round <= rounds; round++)); do
-    /usr/bin/time -f "curl %U %S" curl --silent --fail --parallel --parallel-max 300 \
+    timed curl --silent --fail --parallel --parallel-max 300 \
         --config "$work/curl.conf" 2>&1 >/dev/null | tail -1 | awk '{ print "curl", $2 + $3, 0 }'
     pass "$before" before
     pass "$after" after

@@ -22,6 +22,10 @@ curl_config() {
     sed 's/^/url = /; s/$/\noutput = \/dev\/null/'
 }
 
+# timed COMMAND...: runs it; the last line it writes on standard error is its wall, user and
+# system seconds, to the microsecond.
+timed() { "$(dirname "${BASH_SOURCE[0]}")/childtime.py" "$@"; }
+
 # median: the median of the numbers on standard input, one a line.
 median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 

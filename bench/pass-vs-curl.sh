@@ -18,8 +18,8 @@ curl_config <"$work/urls" >"$work/curl.conf"
 start_pass_server "$build" $port "${DOCUMENT:-$here/../samples/statuspage-summary.json}"
 
 for ((round = 1; round <= rounds; round++)); do
-    # /usr/bin/time gives curl's CPU time; the pass measures its own from its start.
-    curl_line=$(/usr/bin/time -f "%e %U %S" curl --silent --fail --parallel --parallel-max 300 \
+    # curl's times come from the system when it exits; the pass measures its own from its start.
+    curl_line=$(timed curl --silent --fail --parallel --parallel-max 300 \
         --config "$work/curl.conf" 2>&1 >/dev/null | tail -1)
     read -r cw cu cs <<<"$curl_line"
     pass_line=$("$build/bench/bench_pass" $port "$work/urls")
