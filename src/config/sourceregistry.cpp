@@ -284,34 +284,69 @@ public:
     {
         m_made.reserve(lines);
         m_index.reserve(lines);
+        m_sources.reserve(lines);
     }
 
-    // The source and the form of its target; nothing when the value makes none.
-    std::optional<Built> make(const SourceEntry &entry)
+    // Adds the line's source to sources() and gives the form of its target; nothing when the
+    // value makes no source. A value's first source is kept as made, not copied.
+    std::optional<std::size_t> make(const SourceEntry &entry)
     {
         // One lookup: a value seen first gets a slot of 0, and then its place plus one.
         qsizetype &slot = m_index[entry.value];
         if (slot == 0) {
             const std::optional<Target> target = Target::classify(entry.value);
-            m_made.append(target ? buildSource(*target, m_kinds, m_options) : std::nullopt);
+            std::optional<Built> built =
+                target ? buildSource(*target, m_kinds, m_options) : std::nullopt;
+            Made made;
+            if (built) {
+                made = {m_sources.size(), std::move(built->key), built->form};
+                m_sources.append(std::move(built->source));
+            }
+            m_made.append(std::move(made));
             slot = m_made.size();
+            if (!built)
+                return std::nullopt;
+            m_lastIsFirst = true;
+            return named(m_sources.last(), entry.label, m_made.last());
         }
-        const std::optional<Built> &made = m_made[slot - 1];
-        if (!made)
+        const Made &made = m_made[slot - 1];
+        if (made.first < 0)
             return std::nullopt;
-        Built built = *made;
-        built.source.name = entry.label;
-        built.source.id = m_ids.claim(built.key);
-        return built;
+        m_sources.append(JSONSource(m_sources[made.first]));
+        m_lastIsFirst = false;
+        return named(m_sources.last(), entry.label, made);
     }
 
+    QList<JSONSource> &sources() { return m_sources; }
+
+    // The source make() added last, for a caller that keeps each elsewhere: copied when it is
+    // its value's first, which later lines copy, and moved out otherwise.
+    JSONSource takeLast() { return m_lastIsFirst ? m_sources.last() : m_sources.takeLast(); }
+
 private:
+    // What a value made: where its first source is in sources() (-1 for none), the key its
+    // ids are claimed under, and the form of its target.
+    struct Made {
+        qsizetype first = -1;
+        QString key;
+        std::size_t form = 0;
+    };
+
+    std::size_t named(JSONSource &source, const QString &label, const Made &made)
+    {
+        source.name = label;
+        source.id = m_ids.claim(made.key);
+        return made.form;
+    }
+
     const QHash<QString, SourceKind> &m_kinds;
     SourceOptions m_options;
     SourceIds m_ids;
     // What each value made, in the order first written, and where (plus one), by value.
-    QList<std::optional<Built>> m_made;
+    QList<Made> m_made;
     QHash<QString, qsizetype> m_index;
+    QList<JSONSource> m_sources;
+    bool m_lastIsFirst = false;
 };
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
@@ -319,13 +354,9 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
                                const SourceOptions &options)
 {
     SourceMaker maker(kinds, options, entries.size());
-    QList<JSONSource> sources;
-    sources.reserve(entries.size());
-    for (const SourceEntry &entry : entries) {
-        if (std::optional<Built> built = maker.make(entry))
-            sources.append(std::move(built->source));
-    }
-    return sources;
+    for (const SourceEntry &entry : entries)
+        maker.make(entry);
+    return std::move(maker.sources());
 }
 
 } // namespace
@@ -470,11 +501,11 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
         else if (const auto scheme = foreignScheme(value)) {
             reading.ignored = LineReading::Ignored::unsupportedScheme;
             reading.scheme = *scheme;
-        } else if (auto built = maker.make({label, value})) {
-            JSONSource &source = built->source;
-            if (built->form == Target::endpointForm)
+        } else if (const auto form = maker.make({label, value})) {
+            JSONSource source = maker.takeLast();
+            if (*form == Target::endpointForm)
                 reading.kind = LineReading::Kind::feed;
-            else if (built->form == Target::updogForm)
+            else if (*form == Target::updogForm)
                 reading.kind = LineReading::Kind::updog;
             else if (auto kind = kinds.constFind(source.baseHost.toLower());
                      kind != kinds.constEnd()) {
