@@ -109,10 +109,11 @@ QString workingText(const QString &value)
     return explicitScheme ? value : u"https://"_s + value;
 }
 
-// The host as the user wrote it: parsing lower-cases it, but ids and lookups keep the case.
-QString hostAsWritten(const QString &urlText)
+// The host as the user wrote it, from what follows the scheme's "//": parsing lower-cases it,
+// but ids and lookups keep the case.
+QString hostAsWritten(QStringView afterScheme)
 {
-    QStringView authority = QStringView(urlText).sliced(urlText.indexOf("//"_L1) + 2);
+    QStringView authority = afterScheme;
     qsizetype end = 0;
     qsizetype afterAt = 0;
     for (; end < authority.size(); ++end) {
@@ -373,12 +374,12 @@ std::optional<Target> Target::classify(const QString &value)
     const QString parsedHost = url->host();
     if (parsedHost.isEmpty())
         return std::nullopt;
-    QString host = hostAsWritten(working);
+    const QStringView afterScheme =
+        explicitScheme ? QStringView(value).sliced(value.indexOf("//"_L1) + 2) : QStringView(value);
+    QString host = hostAsWritten(afterScheme);
     if (isUpdogHost(parsedHost))
         return Target{updogTarget(*url), std::move(host)};
 
-    const QStringView afterScheme =
-        explicitScheme ? QStringView(value).sliced(value.indexOf("//"_L1) + 2) : QStringView(value);
     const qsizetype slash = afterScheme.indexOf(u'/');
     if (slash >= 0) {
         const QString tail = afterScheme.sliced(slash).toString().toLower();

@@ -36,8 +36,9 @@ namespace {
 template<const char *path>
 std::optional<QUrl> document(const Site &site, const std::optional<QString> &subpage)
 {
-    return Platforms::below(site,
-                            (subpage ? u'/' + *subpage : QString()) + QLatin1StringView(path));
+    // Most sources name no subpage: their path is made once, not for each.
+    static const QString alone = QString::fromLatin1(path);
+    return Platforms::below(site, subpage ? u'/' + *subpage + alone : alone);
 }
 
 constexpr char summaryJson[] = "/api/v2/summary.json";
