@@ -540,4 +540,13 @@ QList<JSONSource> SourceListCache::sources(const QString &text,
     return m_sources;
 }
 
+QStringList SourceListCache::baseHosts(const QString &text)
+{
+    if (text != m_hostsText) {
+        m_baseHosts = SourceRegistry::baseHosts(text);
+        m_hostsText = text;
+    }
+    return m_baseHosts;
+}
+
 } // namespace lanternic

@@ -94,12 +94,14 @@ QList<LineReading> readLines(const QString &text, const QHash<QString, SourceKin
 } // namespace SourceRegistry
 
 // The sources the last text asked for made, made again only when the text, the known page
-// kinds or the options change. A pass asks at its start and after each probe, and most read
-// the same lines as the one before; the list each gets is shared, not copied.
+// kinds or the options change; the same for the hosts whose page kind a pass may look for. A
+// pass asks at its start and after each probe, and most read the same lines as the one before;
+// the lists each gets are shared, not copied.
 class SourceListCache {
 public:
     QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds,
                               const SourceOptions &options);
+    QStringList baseHosts(const QString &text);
 
 private:
     struct Key {
@@ -111,6 +113,8 @@ private:
     };
     std::optional<Key> m_key;
     QList<JSONSource> m_sources;
+    std::optional<QString> m_hostsText;
+    QStringList m_baseHosts;
 };
 
 } // namespace lanternic

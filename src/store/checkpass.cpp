@@ -28,7 +28,7 @@ void CheckPass::run()
     m_collected.reserve(m_sources.size());
     m_host.begin(m_sources);
     QSet<QString> probing;
-    for (const QString &host : SourceRegistry::baseHosts(m_text)) {
+    for (const QString &host : m_host.sourceLists.baseHosts(m_text)) {
         if (!kinds.contains(host.toLower()) && !probing.contains(host.toLower())) {
             probing.insert(host.toLower());
             probe(host);

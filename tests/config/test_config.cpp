@@ -186,6 +186,12 @@ private Q_SLOTS:
                     .first()
                     .treatAsOperational.contains(u"under_maintenance"_s));
         QCOMPARE(cache.sources(u"B=linearstatus.com"_s, kinds, {}).first().name, u"B"_s);
+
+        const QStringList hosts = cache.baseHosts(text);
+        QCOMPARE(hosts, QStringList{u"linearstatus.com"_s});
+        QCOMPARE(cache.baseHosts(text).constData(), hosts.constData());
+        QCOMPARE(cache.baseHosts(u"B=www.githubstatus.com"_s),
+                 QStringList{u"www.githubstatus.com"_s});
     }
 
     // The catalogue: ranked matches by name and host, the lines it adds, the kinds it knows.
