@@ -638,6 +638,29 @@ private Q_SLOTS:
         QTEST(n.toDouble(-1), "number");
     }
 
+    // Read as Qt's ISO 8601 parser reads them, in UTC; the usual form is read without it.
+    void instants_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char *text :
+             {"2026-11-22T18:41:07.113Z", "2026-11-22T18:41:07Z", "2024-02-29T00:00:00Z",
+              "2026-02-29T00:00:00Z", "2026-11-22T24:00:00Z", "2026-11-22T18:41:07.113+02:00",
+              "2026-11-22t18:41:07Z", "2026-11-22T18:41:07.1Z", "2026-1x-22T18:41:07Z", ""})
+            QTest::newRow(text) << QString::fromLatin1(text);
+    }
+
+    void instants()
+    {
+        QFETCH(QString, text);
+        QDateTime qt = QDateTime::fromString(text, Qt::ISODateWithMs);
+        if (!qt.isValid())
+            qt = QDateTime::fromString(text, Qt::ISODate);
+        const QDateTime read = JsonValues::instant(text);
+        QCOMPARE(read, qt.isValid() ? qt.toUTC() : QDateTime());
+        if (read.isValid())
+            QCOMPARE(read.timeSpec(), Qt::UTC);
+    }
+
     void homeUrls_data()
     {
         // Plain literals: the meta-object compiler misreads "//" inside raw strings.
