@@ -140,16 +140,17 @@ private Q_SLOTS:
             {"id":"g1","name":"Sites","status":"major_outage","group":true},
             {"id":"a","name":"A","status":"partial_outage","group_id":"g1","group":false},
             {"id":"b","name":"B","status":"operational","groupId":"g1"},
-            {"id":"c","name":"C","status":"major_outage"},
+            {"id":"c","name":"C","status":"operational","status":"major_outage"},
             {"id":"g2","name":"Other","status":"operational","group":true},
             {"id":"d","name":"D","status":"major_outage","group_id":"g2"},
-            {"id":"e","name":"E","status":"major_outage","group_id":"missing"}]})";
-        QTest::newRow("groups dropped, everything else kept")
+            {"id":"e","name":"E","status":"major_outage","group_id":"missing"},
+            {"id":"f","name":"F","status":"operational","GROUP_ID":"g1"}]})";
+        QTest::newRow("groups dropped, everything else kept, a repeated key's last value")
             << source() << grouped
-            << u"down | 4 components affected | a=degraded(partial_outage), b=operational(operational), c=down(major_outage), d=down(major_outage), e=down(major_outage)"_s;
-        QTest::newRow("include one group, snake and camel keys")
+            << u"down | 4 components affected | a=degraded(partial_outage), b=operational(operational), c=down(major_outage), d=down(major_outage), e=down(major_outage), f=operational(operational)"_s;
+        QTest::newRow("include one group, snake, camel and upper-case keys")
             << including({u"Sites"_s}) << grouped
-            << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational)"_s;
+            << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational), f=operational(operational)"_s;
         QTest::newRow("empty include set keeps nothing")
             << including({}) << grouped << u"operational | All Systems Operational | "_s;
 
