@@ -288,7 +288,7 @@ public:
         m_sources.reserve(lines);
     }
 
-    // Adds the line's source to sources() and gives the form of its target; nothing when the
+    // Adds the line's source to the sources made and gives the form of its target; nothing when the
     // value makes no source. A value's first source is kept as made, not copied.
     std::optional<std::size_t> make(const SourceEntry &entry)
     {
@@ -318,14 +318,15 @@ public:
         return named(m_sources.last(), entry.label, made);
     }
 
-    QList<JSONSource> &sources() { return m_sources; }
+    // Every source made, in the order of the lines; the maker is done with them.
+    QList<JSONSource> takeSources() { return std::move(m_sources); }
 
     // The source make() added last, for a caller that keeps each elsewhere: copied when it is
     // its value's first, which later lines copy, and moved out otherwise.
     JSONSource takeLast() { return m_lastIsFirst ? m_sources.last() : m_sources.takeLast(); }
 
 private:
-    // What a value made: where its first source is in sources() (-1 for none), the key its
+    // What a value made: where its first source is among those made (-1 for none), the key its
     // ids are claimed under, and the form of its target.
     struct Made {
         qsizetype first = -1;
@@ -357,7 +358,7 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
     SourceMaker maker(kinds, options, entries.size());
     for (const SourceEntry &entry : entries)
         maker.make(entry);
-    return std::move(maker.sources());
+    return maker.takeSources();
 }
 
 } // namespace
