@@ -96,17 +96,31 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
     return Health::degraded;
 }
 
-QString sharedStatusWord(QString status)
+QString sharedFeedWord(QString word)
 {
-    static const std::array<QString, 5> words{
-        QStringLiteral("operational"), QStringLiteral("degraded_performance"),
-        QStringLiteral("partial_outage"), QStringLiteral("major_outage"),
-        QStringLiteral("under_maintenance")};
-    for (const QString &word : words) {
-        if (status == word)
-            return word;
+    using namespace Qt::StringLiterals;
+    // A component's status, an incident's stage, its impact, a maintenance's status.
+    static const std::array<QString, 16> words{u"operational"_s,
+                                               u"degraded_performance"_s,
+                                               u"partial_outage"_s,
+                                               u"major_outage"_s,
+                                               u"under_maintenance"_s,
+                                               u"investigating"_s,
+                                               u"identified"_s,
+                                               u"monitoring"_s,
+                                               u"none"_s,
+                                               u"minor"_s,
+                                               u"major"_s,
+                                               u"critical"_s,
+                                               u"maintenance"_s,
+                                               u"scheduled"_s,
+                                               u"in_progress"_s,
+                                               u"verifying"_s};
+    for (const QString &shared : words) {
+        if (word == shared)
+            return shared;
     }
-    return status;
+    return word;
 }
 
 bool isMaintenanceStatus(QStringView status)

@@ -33,9 +33,10 @@ int severity(Health health);
 // words nobody lists count as degraded, and treatAsOperational lets a source relax some.
 Health componentHealth(const QString &status, const QSet<QString> &treatAsOperational = {});
 
-// status itself, or the one shared copy of it when it is one of Statuspage's common words:
-// thousands of components hold the same few words.
-QString sharedStatusWord(QString status);
+// word itself, or the one shared copy of it when it is one of the status pages' common words
+// for a component's status, an incident's stage or impact, or a maintenance's status:
+// thousands of components and incidents hold the same few words.
+QString sharedFeedWord(QString word);
 
 // Whether a component status word says planned work ("under_maintenance",
 // "UNDERMAINTENANCE", "Maintenance"), which counts as degraded but is no outage.

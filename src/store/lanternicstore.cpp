@@ -19,6 +19,22 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// In the sources' order. Apart, so that its index is gone before the pass is published.
+void sortLike(const QList<JSONSource> &sources, QList<SourceResult> &results)
+{
+    QHash<QString, qsizetype> position;
+    position.reserve(sources.size());
+    for (qsizetype i = 0; i < sources.size(); ++i)
+        position.insert(sources[i].id, i);
+    std::stable_sort(results.begin(), results.end(), [&](const auto &a, const auto &b) {
+        return position.value(a.id, sources.size()) < position.value(b.id, sources.size());
+    });
+}
+
+} // namespace
+
 LanternicStore::LanternicStore(AppSettings &settings, SilenceStore &silence, SourceKindStore &kinds,
                                QSettings &defaults, network::Session &session, QObject *parent)
     : QObject(parent), m_settings(settings), m_silence(silence), m_kinds(kinds),
@@ -125,7 +141,11 @@ void LanternicStore::check(const JSONSource &source, std::function<void(const So
                     result = SourceCheck::failure(
                         source, tr("Relay loop"),
                         tr("This relay feed already passed through this watcher"));
-                for (const auto &done : m_checks.take(key))
+                const QList<std::function<void(const SourceResult &)>> waiting = m_checks.take(key);
+                // A pass of thousands leaves a table as large behind it.
+                if (m_checks.isEmpty())
+                    m_checks.squeeze();
+                for (const auto &done : waiting)
                     done(result);
             },
             m_clock);
@@ -190,12 +210,7 @@ void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources
     // recheck just after start) joined its checks, and the view took that long to settle.
     m_lastPassDuration = std::chrono::microseconds(m_busy.nsecsElapsed() / 1000);
 
-    QHash<QString, qsizetype> position;
-    for (qsizetype i = 0; i < sources.size(); ++i)
-        position.insert(sources[i].id, i);
-    std::stable_sort(collected.begin(), collected.end(), [&](const auto &a, const auto &b) {
-        return position.value(a.id, sources.size()) < position.value(b.id, sources.size());
-    });
+    sortLike(sources, collected);
 
     if (collected != m_results) {
         m_results = std::move(collected);

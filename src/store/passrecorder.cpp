@@ -21,10 +21,14 @@ PassRecorder::PassRecorder(LanternicStore &store, SilenceStore &silence, QSettin
 void PassRecorder::record(const QDateTime &now, const QDateTime &previousPass)
 {
     const bool logChanged = recordHealth(now, previousPass);
+    for (const SourceResult &result : m_store.results())
+        m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
+    save(logChanged, now);
+    Q_EMIT historyChanged();
+    // After saving: with thousands of sources, these sets are as large as what it writes.
     QSet<QString> trouble;
     QSet<QString> unread;
     for (const SourceResult &result : m_store.results()) {
-        m_history.record(result.id, DisplaySummary::effectiveHealth(result, m_silence, now), now);
         if (result.health != Health::operational)
             trouble.insert(result.id);
         if (result.error)
@@ -32,8 +36,6 @@ void PassRecorder::record(const QDateTime &now, const QDateTime &previousPass)
         for (const ComponentStatus &component : result.affectedComponents())
             trouble.insert(component.id);
     }
-    save(logChanged, now);
-    Q_EMIT historyChanged();
     m_silence.prune(trouble, unread, now);
 }
 

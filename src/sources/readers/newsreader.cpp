@@ -14,6 +14,12 @@ QString capped(const std::optional<QString> &text)
     return text.value_or(QString()).left(maximumTextLength);
 }
 
+// A status word, shared when it is a common one.
+QString word(const std::optional<QString> &text)
+{
+    return sharedFeedWord(capped(text));
+}
+
 QDateTime instant(const std::optional<QString> &text)
 {
     return text ? JsonValues::instant(*text) : QDateTime();
@@ -67,8 +73,8 @@ QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page)
         [&page](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
             incident.id = capped(d.string(entry, "id"_L1));
             incident.name = capped(d.string(entry, "name"_L1));
-            incident.stage = capped(d.optionalString(entry, "status"_L1));
-            incident.impact = capped(d.optionalString(entry, "impact"_L1));
+            incident.stage = word(d.optionalString(entry, "status"_L1));
+            incident.impact = word(d.optionalString(entry, "impact"_L1));
             incident.startedAt = instant(d.optionalString(entry, "startedAt"_L1));
             if (!incident.startedAt.isValid())
                 incident.startedAt = instant(d.optionalString(entry, "createdAt"_L1));
@@ -91,7 +97,7 @@ QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &pa
         [&page](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
             window.id = capped(d.string(entry, "id"_L1));
             window.name = capped(d.string(entry, "name"_L1));
-            window.status = capped(d.optionalString(entry, "status"_L1));
+            window.status = word(d.optionalString(entry, "status"_L1));
             window.startsAt = instant(d.optionalString(entry, "scheduledFor"_L1));
             window.endsAt = instant(d.optionalString(entry, "scheduledUntil"_L1));
             window.url = linkOf(d.optionalString(entry, "shortlink"_L1), page, window.id);
@@ -106,8 +112,8 @@ QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page)
         [&page](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
             incident.id = capped(d.optionalString(entry, "id"_L1));
             incident.name = capped(d.string(entry, "name"_L1));
-            incident.stage = capped(d.optionalString(entry, "status"_L1));
-            incident.impact = capped(d.optionalString(entry, "currentWorstImpact"_L1));
+            incident.stage = word(d.optionalString(entry, "status"_L1));
+            incident.impact = word(d.optionalString(entry, "currentWorstImpact"_L1));
             incident.startedAt = instant(d.optionalString(entry, "publishedAt"_L1));
             // The earliest impact on a component is when it began, where the page says.
             if (auto impacts = d.optionalArray(entry, "componentImpacts"_L1)) {
@@ -139,7 +145,7 @@ QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl 
     const auto read = [&page](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
         window.id = capped(d.optionalString(entry, "id"_L1));
         window.name = capped(d.string(entry, "name"_L1));
-        window.status = capped(d.optionalString(entry, "status"_L1));
+        window.status = word(d.optionalString(entry, "status"_L1));
         window.startsAt = instant(d.optionalString(entry, "scheduledStartAt"_L1));
         if (!window.startsAt.isValid())
             window.startsAt = instant(d.optionalString(entry, "startsAt"_L1));
@@ -169,8 +175,8 @@ QList<Incident> relayIncidents(const JsonObject &root)
                              [](JsonDecoder &d, const JsonObject &entry, Incident &incident) {
                                  incident.id = capped(d.string(entry, "id"_L1));
                                  incident.name = capped(d.string(entry, "name"_L1));
-                                 incident.stage = capped(d.optionalString(entry, "status"_L1));
-                                 incident.impact = capped(d.optionalString(entry, "impact"_L1));
+                                 incident.stage = word(d.optionalString(entry, "status"_L1));
+                                 incident.impact = word(d.optionalString(entry, "impact"_L1));
                                  incident.startedAt =
                                      instant(d.optionalString(entry, "startedAt"_L1));
                                  incident.updatedAt =
@@ -188,7 +194,7 @@ QList<Maintenance> relayMaintenances(const JsonObject &root)
                                 [](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
                                     window.id = capped(d.string(entry, "id"_L1));
                                     window.name = capped(d.string(entry, "name"_L1));
-                                    window.status = capped(d.optionalString(entry, "status"_L1));
+                                    window.status = word(d.optionalString(entry, "status"_L1));
                                     window.startsAt =
                                         instant(d.optionalString(entry, "startsAt"_L1));
                                     window.endsAt = instant(d.optionalString(entry, "endsAt"_L1));

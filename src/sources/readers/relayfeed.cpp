@@ -76,7 +76,8 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     }
     result.url = source.homeURL;
     if (feed->url) {
-        if (auto url = parseWebUrl(*feed->url))
+        // Most pages give the address they are read at: the source's copy of it serves.
+        if (auto url = parseWebUrl(*feed->url); url && *url != source.homeURL)
             result.url = *url;
     }
     result.checkedAt = QDateTime::currentDateTimeUtc();

@@ -28,7 +28,7 @@ std::optional<Summary> decode(const JsonDocument &document)
             Summary::Component component;
             component.id = d.string(object, "id"_L1);
             component.name = d.string(object, "name"_L1);
-            component.status = sharedStatusWord(d.string(object, "status"_L1));
+            component.status = sharedFeedWord(d.string(object, "status"_L1));
             component.group = d.optionalBool(object, "group"_L1);
             component.groupId = d.optionalString(object, "groupId"_L1);
             if (!d.ok())
@@ -67,7 +67,8 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     result.name = source.name;
     result.url = source.homeURL;
     if (summary.page && summary.page->url) {
-        if (auto url = parseWebUrl(*summary.page->url))
+        // Most pages give the address they are read at: the source's copy of it serves.
+        if (auto url = parseWebUrl(*summary.page->url); url && *url != source.homeURL)
             result.url = *url;
     }
 
