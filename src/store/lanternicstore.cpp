@@ -217,6 +217,9 @@ void LanternicStore::finishPass(quint64 number, const QList<JSONSource> &sources
         indexRows();
         Q_EMIT resultsChanged();
     }
+    // The rows hold the same results when each arrived in its place: the pass's own list,
+    // as long as the rows, is let go before the pass is published and saved.
+    collected = {};
     const QDateTime now = m_clock();
     const std::optional<QDateTime> previousPass = std::exchange(m_lastChecked, now);
     Q_EMIT lastCheckedChanged();

@@ -27,7 +27,11 @@ void TransferQueue::startWaiting()
             });
         }
         ++m_inFlight;
-        m_waiting.dequeue()();
+        const std::function<void()> start = m_waiting.dequeue();
+        // A pass of thousands leaves an array as large behind it.
+        if (m_waiting.isEmpty())
+            m_waiting.squeeze();
+        start();
     }
 }
 
