@@ -14,6 +14,7 @@
 #include <QHash>
 #include <QTimer>
 #include <algorithm>
+#include <vector>
 
 namespace lanternic {
 
@@ -21,16 +22,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// In the sources' order. Apart, so that its index is gone before the pass is published.
+// In the sources' order, results of sources no longer listed last as they came; each
+// result's place is looked up once, not at every comparison. Apart, so that its tables are
+// gone before the pass is published.
 void sortLike(const QList<JSONSource> &sources, QList<SourceResult> &results)
 {
     QHash<QString, qsizetype> position;
     position.reserve(sources.size());
     for (qsizetype i = 0; i < sources.size(); ++i)
         position.insert(sources[i].id, i);
-    std::stable_sort(results.begin(), results.end(), [&](const auto &a, const auto &b) {
-        return position.value(a.id, sources.size()) < position.value(b.id, sources.size());
-    });
+    // Each result's place, then its arrival: distinct pairs, so any sort is a stable one.
+    std::vector<std::pair<qsizetype, qsizetype>> order;
+    order.reserve(results.size());
+    for (qsizetype i = 0; i < results.size(); ++i)
+        order.emplace_back(position.value(results[i].id, sources.size()), i);
+    std::sort(order.begin(), order.end());
+    QList<SourceResult> sorted;
+    sorted.reserve(results.size());
+    for (const auto &[place, arrival] : order)
+        sorted.append(std::move(results[arrival]));
+    results = std::move(sorted);
 }
 
 } // namespace
