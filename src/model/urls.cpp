@@ -21,6 +21,15 @@ std::optional<QUrl> parseWebUrl(const QString &text)
     return url;
 }
 
+QUrl pageAddress(const QUrl &home, const std::optional<QString> &given)
+{
+    if (given) {
+        if (auto url = parseWebUrl(*given); url && *url != home)
+            return *url;
+    }
+    return home;
+}
+
 QString percentEncodeQuery(const QString &text)
 {
     return QString::fromLatin1(text.toUtf8().toPercentEncoding("!$&'()*+,/:;=?@"));

@@ -152,7 +152,7 @@ void LanternicStore::check(const JSONSource &source, std::function<void(const So
                     result = SourceCheck::failure(
                         source, tr("Relay loop"),
                         tr("This relay feed already passed through this watcher"));
-                const QList<std::function<void(const SourceResult &)>> waiting = m_checks.take(key);
+                const auto waiting = m_checks.take(key);
                 // A pass of thousands leaves a table as large behind it.
                 if (m_checks.isEmpty())
                     m_checks.squeeze();

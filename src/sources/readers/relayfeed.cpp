@@ -74,12 +74,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
         if (feed->detail)
             result.detail = *feed->detail;
     }
-    result.url = source.homeURL;
-    if (feed->url) {
-        // Most pages give the address they are read at: the source's copy of it serves.
-        if (auto url = parseWebUrl(*feed->url); url && *url != source.homeURL)
-            result.url = *url;
-    }
+    result.url = pageAddress(source.homeURL, feed->url);
     result.checkedAt = QDateTime::currentDateTimeUtc();
     return result;
 }

@@ -65,12 +65,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     SourceResult result;
     result.id = source.id;
     result.name = source.name;
-    result.url = source.homeURL;
-    if (summary.page && summary.page->url) {
-        // Most pages give the address they are read at: the source's copy of it serves.
-        if (auto url = parseWebUrl(*summary.page->url); url && *url != source.homeURL)
-            result.url = *url;
-    }
+    result.url = pageAddress(source.homeURL, summary.page ? summary.page->url : std::nullopt);
 
     const QList<Summary::Component> all = summary.components.value_or(QList<Summary::Component>());
     QHash<QString, QString> groupNames;
