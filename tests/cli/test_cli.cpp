@@ -168,20 +168,30 @@ private Q_SLOTS:
         const QString file = dir.filePath(u"shared.ini"_s);
         int left[2] = {4, 4};
         const QString sources[2] = {line(u"Ok"_s, "/ok?"), line(u"Down"_s, "/down?")};
+        // A run that failed names itself, with what it said, rather than only a missing tick.
+        QStringList failed;
         std::function<void(int)> next = [&](int chain) {
             if (left[chain]-- == 0)
                 return;
             auto *process = new QProcess(this);
-            connect(process, &QProcess::finished, this, [&next, process, chain] {
-                process->deleteLater();
-                next(chain);
-            });
+            connect(process, &QProcess::finished, this,
+                    [&next, &failed, process, chain](int code, QProcess::ExitStatus status) {
+                        // The page that is up exits 0, the one that is down 2.
+                        if (status != QProcess::NormalExit || code != chain * 2)
+                            failed.append(
+                                u"exit %1 (%2): %3"_s.arg(code)
+                                    .arg(int(status))
+                                    .arg(QString::fromUtf8(process->readAllStandardError())));
+                        process->deleteLater();
+                        next(chain);
+                    });
             process->start(QStringLiteral(LANTERNIC_CHECK_BINARY),
                            {u"--settings"_s, file, u"--source"_s, sources[chain]});
         };
         next(0);
         next(1);
         QTRY_VERIFY_WITH_TIMEOUT(left[0] < 0 && left[1] < 0, 60'000);
+        QVERIFY2(failed.isEmpty(), qPrintable(failed.join(u'\n')));
         QSettings settings(file, QSettings::IniFormat);
         const lanternic::CheckHistory history = lanternic::CheckHistory::load(settings);
         QCOMPARE(history.byId.size(), 2);
