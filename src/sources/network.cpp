@@ -434,6 +434,11 @@ void Session::Private::detach(Transfer *transfer)
     if (transfers.isEmpty()) {
         proxies.clear();
         dropSpareHandles();
+        // Every wait still queued is for a transfer that has ended; a pass of thousands leaves
+        // as many until the last deadline.
+        firstByteWaits = {};
+        firstByteTimer.stop();
+        transfers.squeeze();
     }
 }
 

@@ -57,7 +57,8 @@ void CheckHistory::merge(const CheckHistory &other)
 
 QByteArray CheckHistory::encode() const
 {
-    // Reserved at about its size: the settings keep the bytes with whatever room they have.
+    // Reserved at about its size, then fitted: the settings keep the bytes with whatever room
+    // they have.
     qsizetype ticks = 0;
     for (const QList<HealthTick> &list : byId)
         ticks += list.size();
@@ -83,6 +84,7 @@ QByteArray CheckHistory::encode() const
         out += ']';
     }
     out += "}}";
+    out.squeeze();
     return out;
 }
 

@@ -231,6 +231,8 @@ QByteArray HealthLog::encode() const
         out += ']';
     }
     out += "}}";
+    // The settings keep the bytes with whatever room they have.
+    out.squeeze();
     return out;
 }
 
