@@ -110,8 +110,8 @@ QString workingText(const QString &value)
 }
 
 // The host as the user wrote it, from what follows the scheme's "//": parsing lower-cases it,
-// but ids and lookups keep the case.
-QString hostAsWritten(QStringView afterScheme)
+// but ids and lookups keep the case. The parsed host is shared when it is the same text.
+QString hostAsWritten(QStringView afterScheme, const QString &parsed)
 {
     QStringView authority = afterScheme;
     qsizetype end = 0;
@@ -126,11 +126,11 @@ QString hostAsWritten(QStringView afterScheme)
     authority = authority.sliced(afterAt, end - afterAt);
     if (authority.startsWith(u'[')) {
         const qsizetype close = authority.indexOf(u']');
-        return authority.sliced(1, close < 0 ? authority.size() - 1 : close - 1).toString();
-    }
-    if (const qsizetype colon = authority.indexOf(u':'); colon >= 0)
+        authority = authority.sliced(1, close < 0 ? authority.size() - 1 : close - 1);
+    } else if (const qsizetype colon = authority.indexOf(u':'); colon >= 0) {
         authority.truncate(colon);
-    return authority.toString();
+    }
+    return authority == parsed ? parsed : authority.toString();
 }
 
 QString withPort(const QString &host, const QUrl &url)
@@ -377,7 +377,7 @@ std::optional<Target> Target::classify(const QString &value)
         return std::nullopt;
     const QStringView afterScheme =
         explicitScheme ? QStringView(value).sliced(value.indexOf("//"_L1) + 2) : QStringView(value);
-    QString host = hostAsWritten(afterScheme);
+    QString host = hostAsWritten(afterScheme, parsedHost);
     if (isUpdogHost(parsedHost))
         return Target{updogTarget(*url), std::move(host)};
 

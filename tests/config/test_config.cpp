@@ -99,6 +99,14 @@ private Q_SLOTS:
             << u"Team = status.example.com/team/"_s << u"status.example.com/team"_s
             << u"https://status.example.com/team/api/v2/summary.json"_s
             << u"https://status.example.com/team/"_s;
+        QTest::newRow("page over http, its document over https")
+            << u"P=http://status.example.com:8443"_s << u"status.example.com:8443"_s
+            << u"https://status.example.com:8443/api/v2/summary.json"_s
+            << u"http://status.example.com:8443"_s;
+        QTest::newRow("user and fragment are not fetched")
+            << u"U=https://me@status.example.com/#top"_s << u"status.example.com"_s
+            << u"https://status.example.com/api/v2/summary.json"_s
+            << u"https://me@status.example.com/#top"_s;
         QTest::newRow("page URL with sub-page fetched as written")
             << u"Team=https://status.example.com/team"_s << u"status.example.com/team"_s
             << u"https://status.example.com/team"_s << u"https://status.example.com/team"_s;

@@ -38,7 +38,17 @@ std::optional<QUrl> document(const Site &site, const std::optional<QString> &sub
 {
     // Most sources name no subpage: their path is made once, not for each.
     static const QString alone = QString::fromLatin1(path);
-    return Platforms::below(site, subpage ? u'/' + *subpage + alone : alone);
+    if (subpage)
+        return Platforms::below(site, u'/' + *subpage + alone);
+    // Resolved against the site, a path parsed once is not parsed again for every source;
+    // resolving drops the query and the fragment, as below() does.
+    static const QUrl relative(alone, QUrl::StrictMode);
+    QUrl url = site.url.resolved(relative);
+    if (url.scheme() != "https"_L1 || !url.userInfo().isEmpty())
+        return Platforms::below(site, alone);
+    if (!url.isValid() || url.host().isEmpty())
+        return std::nullopt;
+    return url;
 }
 
 constexpr char summaryJson[] = "/api/v2/summary.json";
