@@ -8,17 +8,39 @@
 
 namespace lanternic {
 
-QString componentId(QStringView sourceId, QStringView key)
+namespace {
+
+bool isAscii(QStringView text)
 {
-    // Sized exactly: reserve() would round the capacity up to a power of two, and every row
-    // keeps its components' ids.
-    QString id(sourceId.size() + 2 + key.size(), Qt::Uninitialized);
-    QChar *out = id.data();
-    out = std::copy(sourceId.begin(), sourceId.end(), out);
-    *out++ = u':';
-    *out++ = u':';
-    std::copy(key.begin(), key.end(), out);
-    return id;
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+} // namespace
+
+ComponentId::ComponentId(QStringView sourceId, QStringView key)
+{
+    if (!isAscii(sourceId) || !isAscii(key)) {
+        QString text = sourceId.toString();
+        text += QStringView(u"::");
+        text += key;
+        *this = ComponentId(text);
+        return;
+    }
+    m_utf8 = QByteArray(sourceId.size() + 2 + key.size(), Qt::Uninitialized);
+    char *out = m_utf8.data();
+    out = std::transform(sourceId.begin(), sourceId.end(), out,
+                         [](QChar c) { return char(c.unicode()); });
+    *out++ = ':';
+    *out++ = ':';
+    std::transform(key.begin(), key.end(), out, [](QChar c) { return char(c.unicode()); });
+}
+
+ComponentId::ComponentId(const QString &text)
+{
+    QString wellFormed = text;
+    FeedText::makeWellFormed(wellFormed);
+    m_utf8 = wellFormed.toUtf8();
+    m_utf8.squeeze();
 }
 
 void SourceResult::makeWellFormed()
@@ -29,7 +51,7 @@ void SourceResult::makeWellFormed()
     if (error)
         makeWellFormed(*error);
     for (ComponentStatus &component : components) {
-        for (QString *text : {&component.id, &component.name, &component.status})
+        for (QString *text : {&component.name, &component.status})
             makeWellFormed(*text);
     }
     for (Incident &incident : incidents) {
@@ -80,7 +102,7 @@ void SourceResult::keepFirstOfEachId(QList<ComponentStatus> &components)
         components.resize(kept - first);
         return;
     }
-    QSet<QString> seen;
+    QSet<ComponentId> seen;
     seen.reserve(components.size());
     components.removeIf([&seen](const ComponentStatus &component) {
         const qsizetype before = seen.size();

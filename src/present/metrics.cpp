@@ -61,9 +61,10 @@ QByteArray prometheusMetrics(const LanternicStore &store, const PassStatistics &
         // The source label already names the source, so the id is the feed's own key.
         const QString prefix = result.id + "::"_L1;
         for (const ComponentStatus &component : result.components) {
-            const QStringView id = QStringView(component.id).startsWith(prefix)
-                                       ? QStringView(component.id).sliced(prefix.size())
-                                       : QStringView(component.id);
+            const QString whole = component.id.toString();
+            const QStringView id = QStringView(whole).startsWith(prefix)
+                                       ? QStringView(whole).sliced(prefix.size())
+                                       : QStringView(whole);
             sample(out, "lanternic_component_health",
                    {{"source", result.id}, {"id", id}, {"name", component.name}},
                    monitoringCode(component.health));

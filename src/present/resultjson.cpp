@@ -62,7 +62,7 @@ QJsonObject resultToJson(const SourceResult &result)
         maintenances.append(maintenanceToJson(window, window.id, window.name));
     QJsonArray components;
     for (const ComponentStatus &component : result.components) {
-        components.append(QJsonObject{{u"id"_s, component.id},
+        components.append(QJsonObject{{u"id"_s, component.id.toString()},
                                       {u"name"_s, component.name},
                                       {u"health"_s, rawValue(component.health)},
                                       {u"status"_s, component.status}});

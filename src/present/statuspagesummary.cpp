@@ -70,7 +70,7 @@ QJsonArray components(const LanternicStore &store)
         out.append(component(row.result.id, source, statusWord(row.health, row.maintenance),
                              row.result.checkedAt));
         for (const ComponentStatus &affected : row.result.affectedComponents()) {
-            out.append(component(affected.id,
+            out.append(component(affected.id.toString(),
                                  source + u" \u00b7 "_s + FeedText::clean(affected.name),
                                  statusWord(affected.health, isMaintenanceStatus(affected.status)),
                                  row.result.checkedAt));

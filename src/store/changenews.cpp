@@ -54,14 +54,14 @@ Snapshot snapshot(const QList<SourceResult> &results, const SilenceStore &silenc
             continue;
         }
         for (const ComponentStatus &component : result.components) {
-            const NotifyRule own = rules.value(component.id, rule);
-            if (!silence.isSilenced(component.id, now) && own != NotifyRule::never)
-                watched.items.insert(component.id,
-                                     {result.id, name, FeedText::clean(component.name),
-                                      component.health, result.url, incidents,
-                                      own == NotifyRule::outagesOnly,
-                                      component.health != Health::operational &&
-                                          isMaintenanceStatus(component.status)});
+            const QString id = component.id.toString();
+            const NotifyRule own = rules.value(id, rule);
+            if (!silence.isSilenced(id, now) && own != NotifyRule::never)
+                watched.items.insert(id, {result.id, name, FeedText::clean(component.name),
+                                          component.health, result.url, incidents,
+                                          own == NotifyRule::outagesOnly,
+                                          component.health != Health::operational &&
+                                              isMaintenanceStatus(component.status)});
         }
     }
     return watched;

@@ -173,9 +173,9 @@ QList<SilencedItem> silencedItems(const QList<SourceResult> &results, const Sile
         }
         for (const ComponentStatus &component : result.components) {
             if (silence.isSilenced(component.id, now)) {
-                items.append({component.id,
-                              Text::tr("%1 \u00b7 %2").arg(result.name, component.name),
-                              silence.entries().value(component.id)});
+                const QString id = component.id.toString();
+                items.append({id, Text::tr("%1 \u00b7 %2").arg(result.name, component.name),
+                              silence.entries().value(id)});
             }
         }
     }

@@ -34,7 +34,7 @@ void PassRecorder::record(const QDateTime &now, const QDateTime &previousPass)
         if (result.error)
             unread.insert(result.id);
         for (const ComponentStatus &component : result.affectedComponents())
-            trouble.insert(component.id);
+            trouble.insert(component.id.toString());
     }
     m_silence.prune(trouble, unread, now);
 }

@@ -84,6 +84,11 @@ public:
     void silenceUntil(const QString &id, const QDateTime &until);
     void unsilence(const QString &id);
     bool isSilenced(const QString &id, const QDateTime &now) const;
+    // A component's: its id is spelt out only when something is silenced.
+    bool isSilenced(const ComponentId &id, const QDateTime &now) const
+    {
+        return !m_entries.isEmpty() && isSilenced(id.toString(), now);
+    }
 
     // End-of-pass clean-up: dated silences that ran out, and "until resolved" silences
     // whose id is no longer in trouble, go. The components of unreadSources (whose check

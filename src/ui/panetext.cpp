@@ -35,7 +35,7 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
     auto target = [&](const ComponentStatus &component) {
         const QString status = DisplayText::componentStatusText(component.status);
         return SilenceTarget{
-            component.id,
+            component.id.toString(),
             Text::tr("Silence %1 - %2 [%3]").arg(name, FeedText::clean(component.name), status),
             component.health, FeedText::clean(component.name)};
     };
@@ -45,7 +45,7 @@ SilenceMenu silenceMenu(const DisplayProvider &row,
     QList<const ComponentStatus *> operational;
     qsizetype unsilenced = 0;
     for (const ComponentStatus &component : result.components) {
-        if (isSilenced(component.id))
+        if (isSilenced(component.id.toString()))
             continue;
         ++unsilenced;
         if (component.health == Health::operational)

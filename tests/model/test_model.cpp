@@ -1,5 +1,6 @@
 #include "model/feedtext.h"
 #include "model/newswords.h"
+#include "model/sourceresult.h"
 
 #include <QTest>
 
@@ -74,6 +75,31 @@ private Q_SLOTS:
         QTEST(NewsWords::stage(word), "stage");
         QTEST(NewsWords::impact(word), "impact");
         QTEST(NewsWords::maintenanceStatus(word), "maintenance");
+    }
+
+    // A component's id is the same text however it was made, and reads back whole.
+    void componentIds_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("id");
+        QTest::newRow("plain") << u"github"_s << u"api"_s << u"github::api"_s;
+        QTest::newRow("beyond ASCII") << u"statut.exemple.fr"_s << u"caf\u00e9 \U0001F600"_s
+                                      << u"statut.exemple.fr::caf\u00e9 \U0001F600"_s;
+        QTest::newRow("lone surrogate") << u"s"_s << u"k"_s + QChar(0xd800) << u"s::k\ufffd"_s;
+        QTest::newRow("key with its own colons") << u"s"_s << u"a::b"_s << u"s::a::b"_s;
+    }
+
+    void componentIds()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, key);
+        QFETCH(QString, id);
+        const ComponentId made(source, key);
+        QCOMPARE(made.toString(), id);
+        QVERIFY(made == ComponentId(id));
+        QCOMPARE(qHash(made), qHash(ComponentId(id)));
+        QVERIFY(!(made == ComponentId(id + u'x')));
     }
 
     void feedText()

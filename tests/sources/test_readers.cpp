@@ -56,8 +56,8 @@ QString outline(const SourceResult &result)
 {
     QStringList components;
     for (const ComponentStatus &c : result.components) {
-        components.append(
-            u"%1=%2(%3)"_s.arg(c.id.mid(result.id.size() + 2), rawValue(c.health), c.status));
+        components.append(u"%1=%2(%3)"_s.arg(c.id.toString().mid(result.id.size() + 2),
+                                             rawValue(c.health), c.status));
     }
     return u"%1 | %2 | %3"_s.arg(rawValue(result.health), result.detail, components.join(u", "));
 }

@@ -209,7 +209,7 @@ QList<ComponentStatus> structuredComponents(const Summary &summary,
             if (!key)
                 continue;
             const QString status = worstStatus.value(*key, u"operational"_s);
-            components.append({componentId(sourceId, *key), component.name.value_or(*key),
+            components.append({ComponentId(sourceId, *key), component.name.value_or(*key),
                                componentHealth(status), status});
         }
     }
@@ -224,7 +224,7 @@ QList<ComponentStatus> referencedComponents(const QList<AffectedRef> &references
         const auto keyed = keyedStatus(reference);
         if (!keyed || keyed->status == "operational"_L1)
             continue;
-        components.append({componentId(sourceId, keyed->key), reference.name.value_or(keyed->key),
+        components.append({ComponentId(sourceId, keyed->key), reference.name.value_or(keyed->key),
                            componentHealth(keyed->status), keyed->status});
     }
     return components;

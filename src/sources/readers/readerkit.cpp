@@ -36,7 +36,7 @@ SourceResult settle(SourceResult result, Health pageHealth)
 void addComponent(SourceResult &result, const QString &key, const QString &name, Health health,
                   const QString &status)
 {
-    result.components.append({componentId(result.id, key), name, health, status});
+    result.components.append({ComponentId(result.id, key), name, health, status});
 }
 
 void worstOf(SourceResult &result, QHash<QString, qsizetype> &known, const QString &key,

@@ -53,7 +53,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
          feed->components.value_or(QList<Document::Component>())) {
         const Health health =
             healthFromRawValue(component.status).value_or(componentHealth(component.status));
-        result.components.append({componentId(source.id, component.id), component.name, health,
+        result.components.append({ComponentId(source.id, component.id), component.name, health,
                                   component.label.value_or(component.status)});
     }
     SourceResult::keepFirstOfEachId(result.components);

@@ -84,7 +84,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
             if (group == groupNames.constEnd() || !includeGroups->contains(*group))
                 continue;
         }
-        result.components.append({componentId(source.id, component.id), component.name,
+        result.components.append({ComponentId(source.id, component.id), component.name,
                                   componentHealth(component.status, source.treatAsOperational),
                                   component.status});
     }

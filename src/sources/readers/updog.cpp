@@ -51,7 +51,7 @@ std::optional<QList<Provider>> decodeProviders(const JsonDocument &document)
 ComponentStatus componentOf(const QString &id, const Provider &provider)
 {
     const bool outage = provider.hasOngoingOutage();
-    return {componentId(id, provider.componentKey()), provider.componentName(),
+    return {ComponentId(id, provider.componentKey()), provider.componentName(),
             outage ? Health::degraded : Health::operational,
             outage ? u"ongoing outage"_s : u"operational"_s};
 }
