@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/health.h"
+#include "model/urls.h"
 
 #include <QDateTime>
 #include <QList>
@@ -51,7 +52,7 @@ struct Incident {
     QString name;
     QString stage;  // "investigating", "identified", "monitoring", as the page writes it
     QString impact; // empty where the page gives none
-    std::optional<QUrl> url;
+    std::optional<WebLink> url;
     QDateTime startedAt;
     QDateTime updatedAt;
     QString update; // the latest update's text
@@ -66,7 +67,7 @@ struct Maintenance {
     QString status; // "scheduled", "in_progress", "verifying", as the page writes it
     QDateTime startsAt;
     QDateTime endsAt;
-    std::optional<QUrl> url;
+    std::optional<WebLink> url;
 
     bool operator==(const Maintenance &) const = default;
 
@@ -79,7 +80,7 @@ struct SourceResult {
     QString name;
     Health health = Health::unknown;
     QString detail;
-    std::optional<QUrl> url;
+    std::optional<WebLink> url;
     QDateTime checkedAt;
     std::optional<QString> error; // set only when the check failed
     QList<ComponentStatus> components;

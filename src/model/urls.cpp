@@ -21,11 +21,27 @@ std::optional<QUrl> parseWebUrl(const QString &text)
     return url;
 }
 
-QUrl pageAddress(const QUrl &home, const std::optional<QString> &given)
+std::optional<WebLink> WebLink::parse(const QString &text)
+{
+    if (!parseWebUrl(text))
+        return std::nullopt;
+    return WebLink(text);
+}
+
+bool WebLink::operator==(const WebLink &other) const
+{
+    if (m_text.isNull() && other.m_text.isNull())
+        return m_url == other.m_url;
+    if (!m_text.isNull() && !other.m_text.isNull() && m_text == other.m_text)
+        return true;
+    return url() == other.url();
+}
+
+WebLink pageAddress(const QUrl &home, const std::optional<QString> &given)
 {
     if (given) {
         if (auto url = parseWebUrl(*given); url && *url != home)
-            return *url;
+            return WebLink(*given);
     }
     return home;
 }

@@ -21,13 +21,13 @@ QList<Entry> entries(const News &news, const QDateTime &at)
         for (const IncidentMention &incident : item.incidents)
             lines.append(ChangeNotice::incidentLine(incident));
         out.append({item.sourceId + u'/' + item.name + u'@' + isoTimestamp(at),
-                    ChangeNotice::titledChange(item), lines.join(u'\n'), at, item.page});
+                    ChangeNotice::titledChange(item), lines.join(u'\n'), at, urlOf(item.page)});
     }
     for (const OpenIncident *opened : news.opened) {
         out.append(
             {opened->sourceId + u"/incident/"_s + opened->incident.name + u'@' + isoTimestamp(at),
              ChangeNotice::openedLine(*opened), ChangeNotice::incidentLine(opened->incident), at,
-             opened->page});
+             urlOf(opened->page)});
     }
     return out;
 }

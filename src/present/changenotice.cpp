@@ -60,7 +60,7 @@ Notice incidentNotice(const QList<const OpenIncident *> &opened)
     notice.worst = Health::operational;
     notice.quiet = true;
     notice.sourceId = opened.first()->sourceId;
-    notice.page = opened.first()->page;
+    notice.page = urlOf(opened.first()->page);
     QStringList lines{incidentLine(opened.first()->incident)};
     for (qsizetype i = 1; i < std::min<qsizetype>(opened.size(), 3); ++i)
         lines.append(openedLine(*opened[i]));
@@ -78,7 +78,7 @@ Notice changeNotice(const QList<Change> &changes, const QList<const OpenIncident
     Notice notice;
     notice.worst = worst.health;
     notice.sourceId = worst.sourceId;
-    notice.page = worst.page;
+    notice.page = urlOf(worst.page);
     notice.title = headline(worst);
     QStringList lines;
     if (worst.health != Health::operational) {
@@ -141,7 +141,7 @@ std::optional<Notice> afterQuiet(const QuietLog &log, const Snapshot &now)
     const auto item = std::find_if(now.items.cbegin(), now.items.cend(),
                                    [&](const Watched &w) { return w.sourceId == notice.sourceId; });
     if (item != now.items.cend())
-        notice.page = item->page;
+        notice.page = urlOf(item->page);
     return notice;
 }
 

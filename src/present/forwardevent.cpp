@@ -61,14 +61,14 @@ QList<Event> ofNews(const News &news, const QDateTime &at)
     QList<Event> events;
     for (const Change &change : news.changes) {
         const Watched &item = *change.watched;
-        events.append({item.sourceId, item.sourceName, item.page, change.from, item.health,
+        events.append({item.sourceId, item.sourceName, urlOf(item.page), change.from, item.health,
                        ChangeNotice::headline(item), ChangeNotice::changeLine(item), item.incidents,
                        at});
     }
     for (const OpenIncident *opened : news.opened) {
         events.append({opened->sourceId,
                        opened->sourceName,
-                       opened->page,
+                       urlOf(opened->page),
                        Health::operational,
                        Health::operational,
                        ChangeNotice::openedLine(*opened),
@@ -89,9 +89,9 @@ QList<Event> afterQuiet(const QList<QuietChange> &changes, const Snapshot &now, 
         });
         const bool known = item != now.items.cend();
         const QString text = ChangeNotice::quietText(change);
-        events.append({change.sourceId, change.name, known ? item->page : std::nullopt, change.from,
-                       change.to, text, text, known ? item->incidents : QList<IncidentMention>{},
-                       at});
+        events.append({change.sourceId, change.name, known ? urlOf(item->page) : std::nullopt,
+                       change.from, change.to, text, text,
+                       known ? item->incidents : QList<IncidentMention>{}, at});
     }
     return events;
 }

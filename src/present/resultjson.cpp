@@ -30,6 +30,11 @@ QJsonValue urlOrNull(const std::optional<QUrl> &url)
     return url ? QJsonValue(url->toString(QUrl::FullyEncoded)) : QJsonValue();
 }
 
+QJsonValue urlOrNull(const std::optional<WebLink> &link)
+{
+    return urlOrNull(urlOf(link));
+}
+
 QJsonObject incidentToJson(const Incident &incident, const QString &id, const QString &name)
 {
     return {{u"id"_s, id},

@@ -15,6 +15,7 @@ QJsonObject resultToJson(const SourceResult &result);
 QString isoTimestamp(const QDateTime &time);
 // A link as JSON, null for none.
 QJsonValue urlOrNull(const std::optional<QUrl> &url);
+QJsonValue urlOrNull(const std::optional<WebLink> &link);
 
 // An incident or a maintenance window in the command line's and the relay feed's form, under
 // the id and name given (the relay feed prefixes both with their source's).

@@ -32,7 +32,7 @@ struct Watched {
     QString sourceName;
     QString name;
     Health health;
-    std::optional<QUrl> page;
+    std::optional<WebLink> page;
     QList<IncidentMention> incidents; // its source's open incidents
     bool outagesOnly = false;         // going down and recovering from down are its only news
     bool maintenance = false;         // its trouble is planned work
@@ -45,7 +45,7 @@ struct OpenIncident {
     QString sourceId;
     QString sourceName;
     IncidentMention incident;
-    std::optional<QUrl> page;
+    std::optional<WebLink> page;
 
     bool operator==(const OpenIncident &) const = default;
 };

@@ -400,7 +400,7 @@ void StatusRowView::addIncidents()
                           font, palette().color(QPalette::WindowText)));
         }
         if (incident.url)
-            m_news->layout()->addWidget(newsLink(tr("Open incident"), *incident.url));
+            m_news->layout()->addWidget(newsLink(tr("Open incident"), incident.url->url()));
     }
 }
 
@@ -424,7 +424,7 @@ void StatusRowView::addMaintenances(const QDateTime &now)
                                                   : tr("Scheduled \u00b7 %1").arg(when),
                                               Theme::font(11), secondary));
         if (window.url)
-            m_news->layout()->addWidget(newsLink(tr("Open maintenance"), *window.url));
+            m_news->layout()->addWidget(newsLink(tr("Open maintenance"), window.url->url()));
     }
 }
 
@@ -578,7 +578,7 @@ void StatusRowView::mouseReleaseEvent(QMouseEvent *event)
 void StatusRowView::openPage()
 {
     if (m_provider.result.url)
-        m_actions.openUrl(*m_provider.result.url);
+        m_actions.openUrl(m_provider.result.url->url());
 }
 
 void StatusRowView::openMenu()

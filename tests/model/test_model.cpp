@@ -1,6 +1,7 @@
 #include "model/feedtext.h"
 #include "model/newswords.h"
 #include "model/sourceresult.h"
+#include "model/urls.h"
 
 #include <QTest>
 
@@ -100,6 +101,39 @@ private Q_SLOTS:
         QVERIFY(made == ComponentId(id));
         QCOMPARE(qHash(made), qHash(ComponentId(id)));
         QVERIFY(!(made == ComponentId(id + u'x')));
+    }
+
+    // A feed's link is kept as its text and reads back as the address it names; anything but
+    // http or https with a host is no link, and a page's own address falls back to home.
+    void webLinks_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("link");
+        QTest::newRow("https") << u"https://stspg.io/x1?a=b#c"_s << true;
+        QTest::newRow("http, upper case") << u"HTTP://Status.Example.com/"_s << true;
+        QTest::newRow("other scheme") << u"ftp://status.example.com/"_s << false;
+        QTest::newRow("script") << u"javascript:alert(1)"_s << false;
+        QTest::newRow("no host") << u"https:///path"_s << false;
+        QTest::newRow("not strict") << u"https://status.example.com/a b"_s << false;
+        QTest::newRow("empty") << QString() << false;
+    }
+
+    void webLinks()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, link);
+        const QUrl home(u"https://home.example.com"_s);
+        const std::optional<WebLink> read = WebLink::parse(text);
+        QCOMPARE(read.has_value(), link);
+        QCOMPARE(pageAddress(home, text), link ? *read : WebLink(home));
+        if (!link)
+            return;
+        const QUrl parsed(text, QUrl::StrictMode);
+        QCOMPARE(read->url(), parsed);
+        QCOMPARE(read->toString(QUrl::FullyEncoded), parsed.toString(QUrl::FullyEncoded));
+        QVERIFY(*read == WebLink(parsed));
+        QVERIFY(!(*read == WebLink(home)));
+        QCOMPARE(pageAddress(parsed, text).url(), parsed);
     }
 
     void feedText()

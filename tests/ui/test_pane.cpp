@@ -452,7 +452,7 @@ private Q_SLOTS:
         QTest::keyClick(rows.at(1), Qt::Key_Left);
         QVERIFY(!rows.at(1)->isExpanded());
         QTest::keyClick(rows.at(1), Qt::Key_Return);
-        QCOMPARE(view.opened, QList<QUrl>{*rows.at(1)->provider().result.url});
+        QCOMPARE(view.opened, QList<QUrl>{rows.at(1)->provider().result.url->url()});
         QTest::keyClick(rows.at(1), Qt::Key_Up);
         QCOMPARE(QApplication::focusWidget(), rows.first());
 
@@ -480,7 +480,7 @@ private Q_SLOTS:
         QCOMPARE(actions->localizedActionDescription(QAccessibleActionInterface::pressAction()),
                  u"Open status page"_s);
         actions->doAction(QAccessibleActionInterface::pressAction());
-        QCOMPARE(view.opened.last(), *rows.at(2)->provider().result.url);
+        QCOMPARE(view.opened.last(), rows.at(2)->provider().result.url->url());
         const auto frames = view.pane.findChildren<QFrame *>();
         QVERIFY(std::any_of(frames.begin(), frames.end(), [](QFrame *frame) {
             return QAccessible::queryAccessibleInterface(frame)->role() == QAccessible::Separator;

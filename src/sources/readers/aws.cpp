@@ -66,7 +66,7 @@ Incident incidentOf(const Reading &reading, const QString &title, const QString 
     incident.id = reading.newest->id.isEmpty() ? key : reading.newest->id;
     incident.name = withoutPhrase(title, *reading.state).left(JsonValues::maximumTextLength);
     incident.impact = reading.state->impact;
-    incident.url = parseWebUrl(reading.newest->link);
+    incident.url = WebLink::parse(reading.newest->link);
     incident.startedAt = reading.newest->published;
     incident.updatedAt = reading.newest->when();
     incident.update = plainFeedText(reading.newest->text).left(JsonValues::maximumTextLength);

@@ -22,7 +22,7 @@ std::optional<SourceResult> azure(const JSONSource &source, const FeedDocument &
         Incident incident;
         incident.id = !item.id.isEmpty() ? item.id : item.link;
         incident.name = plainFeedText(item.title).left(JsonValues::maximumTextLength);
-        incident.url = parseWebUrl(item.link);
+        incident.url = WebLink::parse(item.link);
         incident.startedAt = item.published;
         incident.updatedAt = item.when();
         incident.update = plainFeedText(item.text).left(JsonValues::maximumTextLength);

@@ -73,7 +73,7 @@ std::optional<SourceResult> statusFeed(const JSONSource &source, const FeedDocum
         incident.id = newest->link.isEmpty() ? newest->id : newest->link;
         incident.name = title.left(JsonValues::maximumTextLength);
         incident.stage = stage.isEmpty() ? u"investigating"_s : stage;
-        incident.url = parseWebUrl(newest->link);
+        incident.url = WebLink::parse(newest->link);
         QDateTime first;
         for (const FeedDocument::Item *item : items) {
             const QDateTime at = item->published.isValid() ? item->published : item->when();

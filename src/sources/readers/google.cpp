@@ -38,7 +38,7 @@ std::optional<SourceResult> google(const JSONSource &source, const JsonDocument 
         incident.name = text(entry.value("external_desc"_L1));
         incident.stage = impact;
         incident.impact = text(entry.value("severity"_L1));
-        incident.url = parseWebUrl(dashboard + entry.value("uri"_L1).toString());
+        incident.url = WebLink::parse(dashboard + entry.value("uri"_L1).toString());
         incident.startedAt = instant(entry.value("begin"_L1));
         incident.updatedAt = instant(entry.value("modified"_L1));
         incident.update = text(entry.value("most_recent_update"_L1).toObject().value("text"_L1));

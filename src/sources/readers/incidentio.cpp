@@ -255,16 +255,12 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     if (result.components.isEmpty())
         result.components = referencedComponents(references, source.id);
 
-    result.url = source.homeURL;
-    if (summary->publicUrl) {
-        if (auto url = parseWebUrl(*summary->publicUrl))
-            result.url = *url;
-    }
+    result.url = pageAddress(source.homeURL, summary->publicUrl);
 
     SourceResult::keepFirstOfEachId(result.components);
     const JsonValue wrapped = document.object().value("summary"_L1);
     const JsonObject summaryObject = wrapped.isObject() ? wrapped.toObject() : document.object();
-    const QUrl page = result.url.value_or(source.homeURL);
+    const WebLink page = result.url.value_or(source.homeURL);
     result.incidents = NewsReader::incidentioIncidents(summaryObject, page);
     result.maintenances = NewsReader::incidentioMaintenances(summaryObject, page);
     std::tie(result.health, result.detail) = SourceResult::summarize(

@@ -636,9 +636,9 @@ QDateTime instant(const JsonValue &value)
     return instant(value.toString());
 }
 
-std::optional<QUrl> link(const JsonValue &value)
+std::optional<WebLink> link(const JsonValue &value)
 {
-    return parseWebUrl(value.toString());
+    return WebLink::parse(value.toString());
 }
 
 } // namespace JsonValues

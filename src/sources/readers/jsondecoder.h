@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sources/readers/jsondecoder.h"
+#include "model/urls.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -174,7 +174,7 @@ QString text(const JsonValue &value);
 QDateTime instant(const QString &text);
 QDateTime instant(const JsonValue &value);
 // An http or https link; nothing for anything else.
-std::optional<QUrl> link(const JsonValue &value);
+std::optional<WebLink> link(const JsonValue &value);
 
 } // namespace JsonValues
 

@@ -26,18 +26,21 @@ QDateTime instant(const std::optional<QString> &text)
 }
 
 // The page's own link for an entry when the entry gives none of its own.
-std::optional<QUrl> linkOf(const std::optional<QString> &own, const QUrl &page, const QString &id)
+std::optional<WebLink> linkOf(const std::optional<QString> &own, const WebLink &page,
+                              const QString &id)
 {
     if (own) {
-        if (auto url = parseWebUrl(*own))
-            return url;
+        if (auto link = WebLink::parse(*own))
+            return link;
     }
-    if (page.isEmpty() || id.isEmpty())
+    if (id.isEmpty())
         return std::nullopt;
     QString base = page.toString();
+    if (base.isEmpty())
+        return std::nullopt;
     while (base.endsWith(u'/'))
         base.chop(1);
-    return parseWebUrl(base + "/incidents/"_L1 + QString::fromUtf8(QUrl::toPercentEncoding(id)));
+    return WebLink::parse(base + "/incidents/"_L1 + QString::fromUtf8(QUrl::toPercentEncoding(id)));
 }
 
 // Calls read for each object of the array field, up to the maximum; read gives false for an
@@ -66,7 +69,7 @@ bool isOpen(const QString &stage)
 
 } // namespace
 
-QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page)
+QList<Incident> statuspageIncidents(const JsonObject &root, const WebLink &page)
 {
     return entries<Incident>(
         root, "incidents"_L1, KeyStyle::fromSnakeCase,
@@ -90,7 +93,7 @@ QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page)
         });
 }
 
-QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &page)
+QList<Maintenance> statuspageMaintenances(const JsonObject &root, const WebLink &page)
 {
     return entries<Maintenance>(
         root, "scheduled_maintenances"_L1, KeyStyle::fromSnakeCase,
@@ -105,7 +108,7 @@ QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &pa
         });
 }
 
-QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page)
+QList<Incident> incidentioIncidents(const JsonObject &summary, const WebLink &page)
 {
     return entries<Incident>(
         summary, "ongoing_incidents"_L1, KeyStyle::fromSnakeCase,
@@ -140,7 +143,7 @@ QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page)
         });
 }
 
-QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl &page)
+QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const WebLink &page)
 {
     const auto read = [&page](JsonDecoder &d, const JsonObject &entry, Maintenance &window) {
         window.id = capped(d.optionalString(entry, "id"_L1));
@@ -183,7 +186,7 @@ QList<Incident> relayIncidents(const JsonObject &root)
                                      instant(d.optionalString(entry, "updatedAt"_L1));
                                  incident.update = capped(d.optionalString(entry, "update"_L1));
                                  if (auto url = d.optionalString(entry, "url"_L1))
-                                     incident.url = parseWebUrl(*url);
+                                     incident.url = WebLink::parse(*url);
                                  return isOpen(incident.stage);
                              });
 }
@@ -199,7 +202,7 @@ QList<Maintenance> relayMaintenances(const JsonObject &root)
                                         instant(d.optionalString(entry, "startsAt"_L1));
                                     window.endsAt = instant(d.optionalString(entry, "endsAt"_L1));
                                     if (auto url = d.optionalString(entry, "url"_L1))
-                                        window.url = parseWebUrl(*url);
+                                        window.url = WebLink::parse(*url);
                                     return true;
                                 });
 }

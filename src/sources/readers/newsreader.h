@@ -18,13 +18,13 @@ inline constexpr qsizetype maximumEntries = 50;
 inline constexpr qsizetype maximumTextLength = JsonValues::maximumTextLength;
 
 // Statuspage's "incidents" and "scheduled_maintenances"; page is the status page's address.
-QList<Incident> statuspageIncidents(const JsonObject &root, const QUrl &page);
-QList<Maintenance> statuspageMaintenances(const JsonObject &root, const QUrl &page);
+QList<Incident> statuspageIncidents(const JsonObject &root, const WebLink &page);
+QList<Maintenance> statuspageMaintenances(const JsonObject &root, const WebLink &page);
 
 // The incident.io widget summary's "ongoing_incidents", "in_progress_maintenances" and
 // "scheduled_maintenances".
-QList<Incident> incidentioIncidents(const JsonObject &summary, const QUrl &page);
-QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const QUrl &page);
+QList<Incident> incidentioIncidents(const JsonObject &summary, const WebLink &page);
+QList<Maintenance> incidentioMaintenances(const JsonObject &summary, const WebLink &page);
 
 // The relay feed's "incidents" and "maintenances", in the form the relay document writes.
 QList<Incident> relayIncidents(const JsonObject &root);
