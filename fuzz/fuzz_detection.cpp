@@ -28,8 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     FeedText::clean(result.detail, 40);
     FeedText::clean(QString::fromUtf8(body), 40);
     // Whatever the body, the result links only to the web.
-    if (result.url && result.url->scheme() != QLatin1StringView("https") &&
-        result.url->scheme() != QLatin1StringView("http"))
+    if (result.url && result.url->url().scheme() != QLatin1StringView("https") &&
+        result.url->url().scheme() != QLatin1StringView("http"))
         __builtin_trap();
     return 0;
 }

@@ -33,8 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     const SourceResult result = SourceCheck::read(source, body);
     for (const Incident &incident : result.incidents) {
-        if (incident.url && incident.url->scheme() != QLatin1StringView("https") &&
-            incident.url->scheme() != QLatin1StringView("http"))
+        if (incident.url && incident.url->url().scheme() != QLatin1StringView("https") &&
+            incident.url->url().scheme() != QLatin1StringView("http"))
             __builtin_trap();
     }
     return 0;
