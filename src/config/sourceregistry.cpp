@@ -109,6 +109,29 @@ QString workingText(const QString &value)
     return explicitScheme ? value : u"https://"_s + value;
 }
 
+// Letters, digits, dots and hyphens from a letter or digit on, "status.example.com", as most
+// lines are: nothing in it but a host.
+bool isBareHost(QStringView value)
+{
+    const auto hostChar = [](QChar c) {
+        return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'.' || c == u'-');
+    };
+    return !value.isEmpty() && value.front().isLetterOrNumber() &&
+           std::all_of(value.begin(), value.end(), hostChar);
+}
+
+// The https address of a bare host, made from its parts: Qt checks the host as parsing
+// "https://" and the host would, for about half the work.
+std::optional<QUrl> hostUrl(const QString &host)
+{
+    QUrl url;
+    url.setScheme(u"https"_s);
+    url.setHost(host, QUrl::StrictMode);
+    if (!url.isValid())
+        return std::nullopt;
+    return url;
+}
+
 // The host as the user wrote it, from what follows the scheme's "//": parsing lower-cases it,
 // but ids and lookups keep the case. The parsed host is shared when it is the same text.
 QString hostAsWritten(QStringView afterScheme, const QString &parsed)
@@ -368,8 +391,7 @@ std::optional<Target> Target::classify(const QString &value)
     if (foreignScheme(value))
         return std::nullopt;
     const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
-    const QString working = workingText(value);
-    const auto url = parseUrl(working);
+    const auto url = isBareHost(value) ? hostUrl(value) : parseUrl(workingText(value));
     if (!url)
         return std::nullopt;
     const QString parsedHost = url->host();

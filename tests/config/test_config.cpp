@@ -137,6 +137,32 @@ private Q_SLOTS:
         QTEST(sources[0].homeURL.toString(), "home");
     }
 
+    // A bare host is made into its address from its parts, a shortcut that must give what
+    // parsing "https://" and the host gives, valid or not.
+    void bareHostsReadAsParsed_data()
+    {
+        QTest::addColumn<QString>("host");
+        for (const char *host :
+             {"status.example.com", "WWW.GitHubStatus.com", "127.0.0.1", "999.1.1.1", "1.2.3",
+              "0x7f.1", "a..b", "a.b.", "xn--bcher-kva.example", "xn--a.example", "a-.example",
+              "123", "localhost", "a.-b", "x_y.example"})
+            QTest::newRow(host) << QString::fromLatin1(host);
+    }
+
+    void bareHostsReadAsParsed()
+    {
+        QFETCH(QString, host);
+        const QUrl parsed(u"https://"_s + host, QUrl::StrictMode);
+        const QList<JSONSource> sources = SourceRegistry::sources(u"S="_s + host, {});
+        const bool made = sources.size() == 1 && sources[0].name == u"S"_s;
+        QCOMPARE(made, parsed.isValid() && !parsed.host().isEmpty());
+        if (made) {
+            QCOMPARE(sources[0].homeURL, parsed);
+            QCOMPARE(sources[0].homeURL.toString(QUrl::FullyEncoded),
+                     parsed.toString(QUrl::FullyEncoded));
+        }
+    }
+
     void updogPaths_data()
     {
         QTest::addColumn<QString>("path");
