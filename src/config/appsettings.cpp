@@ -10,7 +10,10 @@ using namespace Qt::StringLiterals;
 
 bool isBlank(QChar c)
 {
-    return c == u'\t' || c.category() == QChar::Separator_Space;
+    // In ASCII the space is the only space separator; the lookup is for the rest.
+    if (c.unicode() < 128)
+        return c == u'\t' || c == u' ';
+    return c.category() == QChar::Separator_Space;
 }
 
 QStringView trimmedOfBlanks(QStringView text)
