@@ -4,6 +4,7 @@
 
 #include <QSet>
 #include <QString>
+#include <algorithm>
 
 using namespace lanternic;
 
@@ -21,5 +22,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (sources.isEmpty())
         __builtin_trap();
     SourceRegistry::baseHosts(text);
+    // A bare host's address is made from its parts, not parsed: it must be what parsing gives.
+    for (const SourceEntry &entry : SourceRegistry::entries(text)) {
+        const QString &value = entry.value;
+        const bool bare =
+            value.front().isLetterOrNumber() &&
+            std::all_of(value.begin(), value.end(), [](QChar c) {
+                return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'.' || c == u'-');
+            });
+        if (!bare)
+            continue;
+        const QUrl parsed(QStringLiteral("https://") + value, QUrl::StrictMode);
+        const std::optional<Target> target = Target::classify(value);
+        const auto *base = target ? std::get_if<Target::Base>(&target->value) : nullptr;
+        if (parsed.isValid() && !parsed.host().isEmpty() ? !target || (base && base->home != parsed)
+                                                         : target.has_value())
+            __builtin_trap();
+    }
     return 0;
 }
