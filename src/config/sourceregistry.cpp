@@ -124,8 +124,12 @@ bool isBareHost(QStringView value)
 // "https://" and the host would, for about half the work.
 std::optional<QUrl> hostUrl(const QString &host)
 {
-    QUrl url;
-    url.setScheme(u"https"_s);
+    static const QUrl https = [] {
+        QUrl url;
+        url.setScheme(u"https"_s);
+        return url;
+    }();
+    QUrl url = https;
     url.setHost(host, QUrl::StrictMode);
     if (!url.isValid())
         return std::nullopt;
@@ -388,10 +392,13 @@ QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
 
 std::optional<Target> Target::classify(const QString &value)
 {
-    if (foreignScheme(value))
+    // A bare host names no scheme at all.
+    const bool bare = isBareHost(value);
+    if (!bare && foreignScheme(value))
         return std::nullopt;
-    const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
-    const auto url = isBareHost(value) ? hostUrl(value) : parseUrl(workingText(value));
+    const bool explicitScheme =
+        !bare && (value.startsWith("http://"_L1) || value.startsWith("https://"_L1));
+    const auto url = bare ? hostUrl(value) : parseUrl(workingText(value));
     if (!url)
         return std::nullopt;
     const QString parsedHost = url->host();
