@@ -103,7 +103,9 @@ private Q_SLOTS:
 
     void longListsQueueBehindTheRequestsInFlight()
     {
-        server->route("/feed", {200, relayFeed("operational"), {}, false, 200});
+        // Each answer waits long enough for all the first transfers to be open even on a loaded
+        // machine: with 200 ms, a sanitizer run beside five others had opened 120 by then.
+        server->route("/feed", {200, relayFeed("operational"), {}, false, 1000});
         QStringList lines;
         for (int i = 0; i < 300; ++i)
             lines.append(line(u"S%1"_s.arg(i), "/feed?n=" + QByteArray::number(i)));
