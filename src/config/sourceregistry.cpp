@@ -103,12 +103,6 @@ bool isDocumentAddress(QStringView tail)
     return tail.endsWith("/feed"_L1) || tail.endsWith("/rss"_L1);
 }
 
-QString workingText(const QString &value)
-{
-    const bool explicitScheme = value.startsWith("http://"_L1) || value.startsWith("https://"_L1);
-    return explicitScheme ? value : u"https://"_s + value;
-}
-
 // Letters, digits, dots and hyphens from a letter or digit on, "status.example.com", as most
 // lines are: nothing in it but a host.
 bool isBareHost(QStringView value)
@@ -398,7 +392,9 @@ std::optional<Target> Target::classify(const QString &value)
         return std::nullopt;
     const bool explicitScheme =
         !bare && (value.startsWith("http://"_L1) || value.startsWith("https://"_L1));
-    const auto url = bare ? hostUrl(value) : parseUrl(workingText(value));
+    const auto url = bare             ? hostUrl(value)
+                     : explicitScheme ? parseUrl(value)
+                                      : parseUrl(u"https://"_s + value);
     if (!url)
         return std::nullopt;
     const QString parsedHost = url->host();

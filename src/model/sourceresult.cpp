@@ -26,13 +26,12 @@ ComponentId::ComponentId(QStringView sourceId, QStringView key)
         *this = ComponentId(text);
         return;
     }
+    const auto byte = [](QChar c) { return char(c.unicode()); };
     m_utf8 = QByteArray(sourceId.size() + 2 + key.size(), Qt::Uninitialized);
-    char *out = m_utf8.data();
-    out = std::transform(sourceId.begin(), sourceId.end(), out,
-                         [](QChar c) { return char(c.unicode()); });
+    char *out = std::transform(sourceId.begin(), sourceId.end(), m_utf8.data(), byte);
     *out++ = ':';
     *out++ = ':';
-    std::transform(key.begin(), key.end(), out, [](QChar c) { return char(c.unicode()); });
+    std::transform(key.begin(), key.end(), out, byte);
 }
 
 ComponentId::ComponentId(const QString &text)

@@ -12,12 +12,6 @@ std::optional<QUrl> parseUrl(const QString &text);
 // A link a feed may give: an absolute http or https URL with a host, and nothing else.
 std::optional<QUrl> parseWebUrl(const QString &text);
 
-class WebLink;
-
-// The address a page gives for itself where it is a web link, else home. Most pages give the
-// address they are read at: home's copy then serves, not a second one.
-WebLink pageAddress(const QUrl &home, const std::optional<QString> &given);
-
 // A web address as a result keeps it. One a feed gives is kept as the text it gave, which is
 // parsed again where the address is used: a QUrl takes several hundred bytes, and a pass holds
 // one or more for every source. A source's own address is kept as the QUrl it already holds.
@@ -42,6 +36,10 @@ private:
     QString m_text;
     QUrl m_url;
 };
+
+// The address a page gives for itself where it is a web link, else home. Most pages give the
+// address they are read at: home's copy then serves, not a second one.
+WebLink pageAddress(const QUrl &home, const std::optional<QString> &given);
 
 // The link's address, where there is a link.
 inline std::optional<QUrl> urlOf(const std::optional<WebLink> &link)

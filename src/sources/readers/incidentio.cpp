@@ -260,7 +260,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     SourceResult::keepFirstOfEachId(result.components);
     const JsonValue wrapped = document.object().value("summary"_L1);
     const JsonObject summaryObject = wrapped.isObject() ? wrapped.toObject() : document.object();
-    const WebLink page = result.url.value_or(source.homeURL);
+    const WebLink page = *result.url;
     result.incidents = NewsReader::incidentioIncidents(summaryObject, page);
     result.maintenances = NewsReader::incidentioMaintenances(summaryObject, page);
     std::tie(result.health, result.detail) = SourceResult::summarize(

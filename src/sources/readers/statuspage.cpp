@@ -89,7 +89,7 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
                                   component.status});
     }
     SourceResult::keepFirstOfEachId(result.components);
-    const WebLink page = result.url.value_or(source.homeURL);
+    const WebLink page = *result.url;
     result.incidents = NewsReader::statuspageIncidents(document.object(), page);
     result.maintenances = NewsReader::statuspageMaintenances(document.object(), page);
 
