@@ -39,11 +39,11 @@ int main(int argc, char **argv)
     AppEnvironment environment(defaults, {}, AppEnvironment::LaunchPass::once);
     const long idle = residentKilobytes();
     QElapsedTimer timer;
-    double cpuAtStart = 0;
+    CpuSeconds cpuAtStart;
     QObject::connect(environment.store.get(), &LanternicStore::isRefreshingChanged, [&] {
         if (environment.store->isRefreshing()) {
             timer.start();
-            cpuAtStart = cpuSeconds();
+            cpuAtStart = cpuTimes();
         }
     });
     const qsizetype silent = lines.filter(QStringLiteral("silent")).size();
@@ -69,11 +69,14 @@ int main(int argc, char **argv)
         const double seconds = double(timer.nsecsElapsed()) / 1e9;
         for (const SourceResult &result : environment.store->results())
             failed += result.error ? 1 : 0;
+        const CpuSeconds cpu = cpuTimes();
         std::printf(
             "sources %lld silent %lld failed %d last_answered_seconds %.3f pass_seconds %.3f "
-            "pass_cpu_seconds %.3f idle_rss_kb %ld peak_rss_kb %ld\n",
+            "pass_cpu_seconds %.3f pass_user_seconds %.3f pass_system_seconds %.3f "
+            "idle_rss_kb %ld peak_rss_kb %ld\n",
             qlonglong(lines.size()), qlonglong(silent), failed, lastAnswered, seconds,
-            cpuSeconds() - cpuAtStart, idle, peakResidentKilobytes());
+            cpu.total() - cpuAtStart.total(), cpu.user - cpuAtStart.user,
+            cpu.system - cpuAtStart.system, idle, peakResidentKilobytes());
         QCoreApplication::exit(failed == silent ? 0 : 1);
     });
     return QCoreApplication::exec();

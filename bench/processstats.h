@@ -25,10 +25,22 @@ inline long peakResidentKilobytes()
     return usage.ru_maxrss;
 }
 
-inline double cpuSeconds()
+// CPU time so far, in user space and in the kernel.
+struct CpuSeconds {
+    double user = 0;
+    double system = 0;
+    double total() const { return user + system; }
+};
+
+inline CpuSeconds cpuTimes()
 {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     auto seconds = [](const timeval &t) { return double(t.tv_sec) + double(t.tv_usec) / 1e6; };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    return {seconds(usage.ru_utime), seconds(usage.ru_stime)};
+}
+
+inline double cpuSeconds()
+{
+    return cpuTimes().total();
 }

@@ -2,133 +2,108 @@
 
 #include "model/urls.h"
 
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <simdjson.h>
-#include <vector>
 
 namespace lanternic {
 
-// A document flattened in order: each value is a node, followed by the nodes of what it holds;
-// an object's members are a key node (a string) and a value node each. Sixteen bytes a node.
-struct JsonNode {
-    JsonValue::Type type = JsonValue::Undefined;
-    bool flag = false; // a boolean's value; for a number, that it is held as integer
-    quint32 end = 0;   // the index after this node and all it holds
-    union {
-        struct {
-            quint32 offset;
-            quint32 length;
-        } text;        // a string's UTF-8 in JsonTree::text
-        quint32 count; // an array's elements, an object's members
-        double number;
-        qint64 integer;
-    };
-};
-static_assert(sizeof(JsonNode) == 16);
+namespace {
 
+// Documents up to this size are parsed by one parser kept for the next, into buffers kept too.
+constexpr size_t keptCapacity = 1024 * 1024;
+
+// The buffers of a document no longer used, for the next one: most documents then cost no
+// allocation.
+simdjson::dom::document &spareDocument()
+{
+    static thread_local simdjson::dom::document spare;
+    return spare;
+}
+
+// A moved-from document keeps its capacity as a number, not its buffers: it is emptied.
+simdjson::dom::document takeDocument(simdjson::dom::document &from)
+{
+    simdjson::dom::document taken(std::move(from));
+    from = simdjson::dom::document();
+    return taken;
+}
+
+} // namespace
+
+// A parsed document is simdjson's tape, read in place: one 64-bit word a value, its kind in the
+// top byte. An array or object opens with a word whose low 32 bits index the word after its
+// closing one and whose bits 32 to 55 count what it holds (saturated); an object's members are
+// a key (a string) and a value each. A string's word points into the string buffer, where a
+// 32-bit length precedes its UTF-8; a number's value is the next word.
 struct JsonTree {
-    std::vector<JsonNode> nodes;
-    QByteArray text;
+    simdjson::dom::document document;
 
-    const JsonNode &at(quint32 index) const { return nodes[index]; }
-    QByteArrayView textOf(const JsonNode &node) const
+    JsonTree() : document(takeDocument(spareDocument())) {}
+    ~JsonTree()
     {
-        return QByteArrayView(text.constData() + node.text.offset, node.text.length);
+        simdjson::dom::document &spare = spareDocument();
+        if (document.capacity() <= keptCapacity && document.capacity() > spare.capacity())
+            spare = takeDocument(document);
+    }
+    JsonTree(const JsonTree &) = delete;
+    JsonTree &operator=(const JsonTree &) = delete;
+
+    quint64 word(quint32 index) const { return document.tape[index]; }
+    char kind(quint32 index) const { return char(word(index) >> 56); }
+    // The index of what follows the value at index, and all it holds.
+    quint32 after(quint32 index) const
+    {
+        switch (kind(index)) {
+        case '[':
+        case '{':
+            return quint32(word(index));
+        case 'l':
+        case 'u':
+        case 'd':
+            return index + 2;
+        default:
+            return index + 1;
+        }
+    }
+    // The closing word of the array or object at index: where walking its contents stops.
+    quint32 close(quint32 index) const { return quint32(word(index)) - 1; }
+    quint32 count(quint32 index) const
+    {
+        const auto stored = quint32(word(index) >> 32) & simdjson::internal::JSON_COUNT_MASK;
+        if (stored != simdjson::internal::JSON_COUNT_MASK)
+            return stored;
+        const bool object = kind(index) == '{';
+        quint32 counted = 0;
+        for (quint32 at = index + 1, end = close(index); at < end; at = after(at + object))
+            ++counted;
+        return counted;
+    }
+    QByteArrayView text(quint32 index) const
+    {
+        const uint8_t *at =
+            document.string_buf.get() + (word(index) & simdjson::internal::JSON_VALUE_MASK);
+        quint32 length;
+        std::memcpy(&length, at, sizeof length);
+        return QByteArrayView(reinterpret_cast<const char *>(at) + sizeof length, length);
+    }
+    qint64 integer(quint32 index) const { return qint64(word(index + 1)); }
+    double number(quint32 index) const
+    {
+        switch (kind(index)) {
+        case 'l':
+            return double(qint64(word(index + 1)));
+        case 'u':
+            return double(word(index + 1));
+        default:
+            return std::bit_cast<double>(word(index + 1));
+        }
     }
 };
 
 namespace {
-
-// The element as the type it was just found to be, which cannot fail.
-template<typename T> T as(simdjson::dom::element element)
-{
-    T value{};
-    return element.get(value) == simdjson::SUCCESS ? value : T{};
-}
-
-class TreeBuilder {
-public:
-    explicit TreeBuilder(JsonTree &tree) : m_tree(tree) {}
-
-    quint32 used() const { return m_used; }
-
-    void add(simdjson::dom::element element)
-    {
-        using simdjson::dom::element_type;
-        if (element.type() == element_type::STRING) {
-            addString(as<std::string_view>(element));
-            return;
-        }
-        // The node goes before what it holds; its end is known once that is added.
-        const auto index = quint32(m_tree.nodes.size());
-        m_tree.nodes.emplace_back();
-        JsonNode node;
-        switch (element.type()) {
-        case element_type::ARRAY: {
-            node.type = JsonValue::Array;
-            node.count = 0;
-            for (simdjson::dom::element child : as<simdjson::dom::array>(element)) {
-                add(child);
-                ++node.count;
-            }
-            break;
-        }
-        case element_type::OBJECT: {
-            node.type = JsonValue::Object;
-            node.count = 0;
-            for (simdjson::dom::key_value_pair member : as<simdjson::dom::object>(element)) {
-                addString(member.key);
-                add(member.value);
-                ++node.count;
-            }
-            break;
-        }
-        case element_type::STRING: // added before the switch
-            break;
-        case element_type::INT64:
-            node.type = JsonValue::Double;
-            node.flag = true;
-            node.integer = as<int64_t>(element);
-            break;
-        case element_type::UINT64:
-            node.type = JsonValue::Double;
-            node.number = double(as<uint64_t>(element));
-            break;
-        case element_type::DOUBLE:
-            node.type = JsonValue::Double;
-            node.number = as<double>(element);
-            break;
-        case element_type::BOOL:
-            node.type = JsonValue::Bool;
-            node.flag = as<bool>(element);
-            break;
-        case element_type::NULL_VALUE:
-            node.type = JsonValue::Null;
-            break;
-        }
-        node.end = quint32(m_tree.nodes.size());
-        m_tree.nodes[index] = node;
-    }
-
-private:
-    void addString(std::string_view text)
-    {
-        JsonNode node;
-        node.type = JsonValue::String;
-        node.text = {m_used, quint32(text.size())};
-        // Unescaped, every string is at most as long as in the text parsed, which sized the
-        // buffer.
-        std::memcpy(m_tree.text.data() + m_used, text.data(), text.size());
-        m_used += quint32(text.size());
-        node.end = quint32(m_tree.nodes.size() + 1);
-        m_tree.nodes.push_back(node);
-    }
-
-    JsonTree &m_tree;
-    quint32 m_used = 0; // of the tree's text
-};
 
 bool isSurrogate(uint value, uint first)
 {
@@ -259,33 +234,50 @@ QLatin1StringView typeName(JsonValue::Type type)
 
 JsonValue::Type JsonValue::type() const
 {
-    return m_tree ? m_tree->at(m_node).type : Undefined;
+    if (!m_tree)
+        return Undefined;
+    switch (m_tree->kind(m_node)) {
+    case '{':
+        return Object;
+    case '[':
+        return Array;
+    case '"':
+        return String;
+    case 'l':
+    case 'u':
+    case 'd':
+        return Double;
+    case 't':
+    case 'f':
+        return Bool;
+    case 'n':
+        return Null;
+    default:
+        return Undefined;
+    }
 }
 
 bool JsonValue::toBool(bool fallback) const
 {
-    return isBool() ? m_tree->at(m_node).flag : fallback;
+    return isBool() ? m_tree->kind(m_node) == 't' : fallback;
 }
 
 double JsonValue::toDouble(double fallback) const
 {
-    if (!isDouble())
-        return fallback;
-    const JsonNode &node = m_tree->at(m_node);
-    return node.flag ? double(node.integer) : node.number;
+    return isDouble() ? m_tree->number(m_node) : fallback;
 }
 
 qint64 JsonValue::toInteger(qint64 fallback) const
 {
     if (!isDouble())
         return fallback;
-    const JsonNode &node = m_tree->at(m_node);
-    if (node.flag)
-        return node.integer;
+    if (m_tree->kind(m_node) == 'l')
+        return m_tree->integer(m_node);
+    const double number = m_tree->number(m_node);
     // 2^63 is exact as a double; every whole double below it fits.
     constexpr double limit = 9223372036854775808.0;
-    if (node.number >= -limit && node.number < limit && node.number == std::trunc(node.number))
-        return qint64(node.number);
+    if (number >= -limit && number < limit && number == std::trunc(number))
+        return qint64(number);
     return fallback;
 }
 
@@ -301,7 +293,7 @@ int JsonValue::toInt(int fallback) const
 
 QByteArrayView JsonValue::utf8() const
 {
-    return isString() ? m_tree->textOf(m_tree->at(m_node)) : QByteArrayView();
+    return isString() ? m_tree->text(m_node) : QByteArrayView();
 }
 
 QString JsonValue::toString() const
@@ -326,7 +318,7 @@ bool JsonValue::operator==(QLatin1StringView text) const
 
 qsizetype JsonArray::size() const
 {
-    return m_tree ? m_tree->at(m_node).count : 0;
+    return m_tree ? m_tree->count(m_node) : 0;
 }
 
 JsonValue JsonArray::first() const
@@ -349,29 +341,29 @@ JsonArray::const_iterator JsonArray::begin() const
 
 JsonArray::const_iterator JsonArray::end() const
 {
-    return m_tree ? const_iterator(m_tree, m_tree->at(m_node).end) : const_iterator(nullptr, 0);
+    return m_tree ? const_iterator(m_tree, m_tree->close(m_node)) : const_iterator(nullptr, 0);
 }
 
 JsonArray::const_iterator &JsonArray::const_iterator::operator++()
 {
-    m_node = m_tree->at(m_node).end;
+    m_node = m_tree->after(m_node);
     return *this;
 }
 
 QByteArrayView JsonObject::const_iterator::key() const
 {
-    return m_tree->textOf(m_tree->at(m_node));
+    return m_tree->text(m_node);
 }
 
 JsonObject::const_iterator &JsonObject::const_iterator::operator++()
 {
-    m_node = m_tree->at(m_node + 1).end;
+    m_node = m_tree->after(m_node + 1);
     return *this;
 }
 
 qsizetype JsonObject::size() const
 {
-    return m_tree ? m_tree->at(m_node).count : 0;
+    return m_tree ? m_tree->count(m_node) : 0;
 }
 
 JsonObject::const_iterator JsonObject::begin() const
@@ -381,95 +373,95 @@ JsonObject::const_iterator JsonObject::begin() const
 
 JsonObject::const_iterator JsonObject::end() const
 {
-    return m_tree ? const_iterator(m_tree, m_tree->at(m_node).end) : const_iterator(nullptr, 0);
+    return m_tree ? const_iterator(m_tree, m_tree->close(m_node)) : const_iterator(nullptr, 0);
 }
 
 JsonValue JsonObject::value(QLatin1StringView key) const
 {
-    return values(QByteArrayView(key.data(), key.size()), {}).first;
-}
-
-std::pair<JsonValue, JsonValue> JsonObject::values(QByteArrayView key, QByteArrayView other) const
-{
-    if (!m_tree)
-        return {};
-    const JsonNode *nodes = m_tree->nodes.data();
-    const char *text = m_tree->text.constData();
-    const auto matches = [&](const JsonNode &node, QByteArrayView wanted) {
-        return node.text.length == quint32(wanted.size()) && !wanted.isEmpty() &&
-               std::memcmp(text + node.text.offset, wanted.data(), size_t(wanted.size())) == 0;
-    };
+    if (!m_tree || key.isEmpty())
+        return JsonValue();
     quint32 found = 0;
-    quint32 foundOther = 0;
-    for (quint32 at = m_node + 1, end = nodes[m_node].end; at < end; at = nodes[at + 1].end) {
-        if (matches(nodes[at], key))
+    for (quint32 at = m_node + 1, end = m_tree->close(m_node); at < end;
+         at = m_tree->after(at + 1)) {
+        if (m_tree->text(at) == QByteArrayView(key.data(), key.size()))
             found = at + 1;
-        else if (matches(nodes[at], other))
-            foundOther = at + 1;
     }
-    return {found ? JsonValue(m_tree, found) : JsonValue(),
-            foundOther ? JsonValue(m_tree, foundOther) : JsonValue()};
+    return found ? JsonValue(m_tree, found) : JsonValue();
 }
 
 JsonDocument JsonDocument::parse(QByteArrayView body)
 {
-    // The parser keeps its buffers for the next document. Documents beyond the usual sizes get
-    // a parser of their own, so that one large answer does not hold its memory for good.
-    constexpr size_t keptCapacity = 1024 * 1024;
+    // Documents beyond the usual sizes get a parser of their own, so that one large answer
+    // does not hold its memory for good.
     static thread_local simdjson::dom::parser shared(keptCapacity);
     std::optional<simdjson::dom::parser> own;
     simdjson::dom::parser *parser = &shared;
     if (size_t(body.size()) > keptCapacity)
         parser = &own.emplace();
 
-    simdjson::dom::element root;
-    simdjson::error_code error = parser->parse(body.data(), size_t(body.size()), true).get(root);
-    QByteArray strict;
+    auto tree = std::make_shared<JsonTree>();
+    simdjson::error_code error =
+        parser->parse_into_document(tree->document, body.data(), size_t(body.size()), true).error();
     if (error == simdjson::UNESCAPED_CHARS || error == simdjson::STRING_ERROR) {
         // Pages in the wild write both, and lenient parsers read them.
-        strict = strictened(body);
-        error = parser->parse(strict.constData(), size_t(strict.size()), true).get(root);
+        const QByteArray strict = strictened(body);
+        error = parser
+                    ->parse_into_document(tree->document, strict.constData(), size_t(strict.size()),
+                                          true)
+                    .error();
     }
     if (error != simdjson::SUCCESS)
         return JsonDocument();
-    const qsizetype parsed = strict.isEmpty() ? body.size() : strict.size();
-    auto tree = std::make_shared<JsonTree>();
-    tree->nodes.reserve(size_t(parsed / 8) + 1);
-    tree->text.resize(parsed);
-    TreeBuilder builder(*tree);
-    builder.add(root);
-    tree->text.truncate(builder.used());
     JsonDocument document;
     document.m_tree = std::move(tree);
     return document;
 }
 
+// The root value follows the tape's opening word.
 bool JsonDocument::isObject() const
 {
-    return m_tree && m_tree->at(0).type == JsonValue::Object;
+    return m_tree && m_tree->kind(1) == '{';
 }
 
 bool JsonDocument::isArray() const
 {
-    return m_tree && m_tree->at(0).type == JsonValue::Array;
+    return m_tree && m_tree->kind(1) == '[';
 }
 
 JsonObject JsonDocument::object() const
 {
-    return isObject() ? JsonObject(m_tree.get(), 0) : JsonObject();
+    return isObject() ? JsonObject(m_tree.get(), 1) : JsonObject();
 }
 
 JsonArray JsonDocument::array() const
 {
-    return isArray() ? JsonArray(m_tree.get(), 0) : JsonArray();
+    return isArray() ? JsonArray(m_tree.get(), 1) : JsonArray();
 }
 
-JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) const
+JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field)
 {
+    if (object.m_tree != m_membersOf.m_tree || object.m_node != m_membersOf.m_node) {
+        m_membersOf = object;
+        m_members.clear();
+        for (const JsonObject::const_iterator &member : object)
+            m_members.append({member.key(), member.value()});
+    }
+    // The last of repeated keys counts.
+    const auto last = [this](QByteArrayView key) {
+        for (auto it = m_members.crbegin(); it != m_members.crend(); ++it) {
+            if (it->key == key)
+                return it->value;
+        }
+        return JsonValue();
+    };
+    const QByteArrayView name(field.data(), field.size());
+    if (name.isEmpty())
+        return JsonValue();
     if (m_style == KeyStyle::exact)
-        return object.value(field);
-    // The field's own spelling first, then its usual snake_case one ("group_id" for "groupId"),
-    // looked for in one walk over the members; the last of repeated keys counts.
+        return last(name);
+    // The field's own spelling first, then its usual snake_case one ("group_id" for "groupId").
+    if (const JsonValue exact = last(name); !exact.isUndefined())
+        return exact;
     char snake[64];
     qsizetype length = 0;
     for (const char c : field) {
@@ -482,18 +474,14 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field) c
             snake[length++] = c;
         }
     }
-    const bool distinct = length != field.size();
-    const auto [exact, snaked] =
-        object.values(QByteArrayView(field.data(), field.size()),
-                      distinct ? QByteArrayView(snake, length) : QByteArrayView());
-    if (!exact.isUndefined())
-        return exact;
-    if (!snaked.isUndefined())
-        return snaked;
+    if (length != field.size()) {
+        if (const JsonValue snaked = last(QByteArrayView(snake, length)); !snaked.isUndefined())
+            return snaked;
+    }
     // Then any other key with an underscore that converts to it.
-    for (const JsonObject::const_iterator &member : object) {
-        if (member.key().contains('_') && snakeKeyNamesField(member.key(), field))
-            return member.value();
+    for (const Member &member : m_members) {
+        if (member.key.contains('_') && snakeKeyNamesField(member.key, field))
+            return member.value;
     }
     return JsonValue();
 }

@@ -8,6 +8,7 @@
 #include <QLatin1StringView>
 #include <QString>
 #include <QUrl>
+#include <QVarLengthArray>
 #include <memory>
 #include <optional>
 
@@ -126,8 +127,6 @@ private:
     friend class JsonDocument;
     friend class JsonDecoder;
     JsonObject(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
-    // The members of two keys (the last of each) in one walk; an empty second key matches none.
-    std::pair<JsonValue, JsonValue> values(QByteArrayView key, QByteArrayView other) const;
 
     const JsonTree *m_tree = nullptr;
     quint32 m_node = 0;
@@ -180,7 +179,8 @@ std::optional<WebLink> link(const JsonValue &value);
 
 // Strict typed reads of JSON objects. A missing required field or a value of the wrong type
 // marks the whole decode as failed; reads after a failure return empty values, so a decoder
-// can read straight through and check ok() once at the end. Null counts as absent.
+// can read straight through and check ok() once at the end. Null counts as absent. Like the
+// values it reads, a decoder must not outlive the document.
 class JsonDecoder {
 public:
     explicit JsonDecoder(KeyStyle style) : m_style(style) {}
@@ -204,10 +204,19 @@ public:
     JsonObject root(const JsonDocument &document);
 
 private:
-    JsonValue find(const JsonObject &object, QLatin1StringView field) const;
+    JsonValue find(const JsonObject &object, QLatin1StringView field);
     std::optional<JsonValue> typed(const JsonObject &object, QLatin1StringView field,
                                    JsonValue::Type type, bool required);
     void fail(QLatin1StringView field, const QString &problem);
+
+    // The members of the object read last, gathered in one walk: decoders read several fields
+    // of each object in turn.
+    struct Member {
+        QByteArrayView key;
+        JsonValue value;
+    };
+    JsonObject m_membersOf;
+    QVarLengthArray<Member, 16> m_members;
 
     KeyStyle m_style;
     QString m_failure;
