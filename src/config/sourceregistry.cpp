@@ -288,6 +288,20 @@ std::optional<Built> buildSource(const Target &target, const QHash<QString, Sour
     return built;
 }
 
+// Hosts in the order first added, each once.
+struct HostList {
+    QStringList hosts;
+    QSet<QString> seen;
+
+    void add(const QString &host)
+    {
+        if (!seen.contains(host)) {
+            seen.insert(host);
+            hosts.append(host);
+        }
+    }
+};
+
 // Makes the sources of lines in their order and claims their ids. A value written on several
 // lines makes the same source each time but for its name and id: it is made once, then copied.
 static_assert(
@@ -317,6 +331,9 @@ public:
         qsizetype &slot = m_index[entry.value];
         if (slot == 0) {
             const std::optional<Target> target = Target::classify(entry.value);
+            const auto *base = target ? std::get_if<Target::Base>(&target->value) : nullptr;
+            if (m_collectHosts && base)
+                m_baseHosts.add(base->host);
             std::optional<Built> built =
                 target ? buildSource(*target, m_kinds, m_options) : std::nullopt;
             Made made;
@@ -341,6 +358,9 @@ public:
 
     // Every source made, in the order of the lines; the maker is done with them.
     QList<JSONSource> takeSources() { return std::move(m_sources); }
+    // The hosts of the bare-host lines, first appearance first, as baseHosts() gives them.
+    QStringList takeBaseHosts() { return std::move(m_baseHosts.hosts); }
+    void collectBaseHosts() { m_collectHosts = true; }
 
     // The source make() added last, for a caller that keeps each elsewhere: copied when it is
     // its value's first, which later lines copy, and moved out otherwise.
@@ -370,16 +390,34 @@ private:
     QHash<QString, qsizetype> m_index;
     QList<JSONSource> m_sources;
     bool m_lastIsFirst = false;
+    bool m_collectHosts = false;
+    HostList m_baseHosts;
 };
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
                                const QHash<QString, SourceKind> &kinds,
-                               const SourceOptions &options)
+                               const SourceOptions &options, QStringList *baseHosts = nullptr)
 {
     SourceMaker maker(kinds, options, entries.size());
+    if (baseHosts)
+        maker.collectBaseHosts();
     for (const SourceEntry &entry : entries)
         maker.make(entry);
+    if (baseHosts)
+        *baseHosts = maker.takeBaseHosts();
     return maker.takeSources();
+}
+
+// The sources of text, or the defaults when no line makes one; and the hosts of its bare-host
+// lines, read on the way.
+QList<JSONSource> sourcesOf(const QString &text, const QHash<QString, SourceKind> &kinds,
+                            const SourceOptions &options, QStringList *baseHosts = nullptr)
+{
+    QList<JSONSource> built =
+        buildSources(SourceRegistry::entries(text), kinds, options, baseHosts);
+    if (built.isEmpty())
+        built = buildSources(defaultEntries(), kinds, options);
+    return built;
 }
 
 } // namespace
@@ -456,28 +494,18 @@ QList<SourceEntry> entries(const QString &text)
 QList<JSONSource> sources(const QString &text, const QHash<QString, SourceKind> &kinds,
                           const SourceOptions &options)
 {
-    QList<JSONSource> built = buildSources(entries(text), kinds, options);
-    if (built.isEmpty())
-        built = buildSources(defaultEntries(), kinds, options);
-    return built;
+    return sourcesOf(text, kinds, options);
 }
 
 QStringList baseHosts(const QString &text)
 {
-    QStringList hosts;
-    QSet<QString> seen;
+    HostList hosts;
     for (const SourceEntry &entry : entries(text)) {
         const auto target = Target::classify(entry.value);
-        if (!target)
-            continue;
-        if (const auto *base = std::get_if<Target::Base>(&target->value)) {
-            if (!seen.contains(base->host)) {
-                seen.insert(base->host);
-                hosts.append(base->host);
-            }
-        }
+        if (const auto *base = target ? std::get_if<Target::Base>(&target->value) : nullptr)
+            hosts.add(base->host);
     }
-    return hosts;
+    return hosts.hosts;
 }
 
 QString defaultText()
@@ -560,7 +588,9 @@ QList<JSONSource> SourceListCache::sources(const QString &text,
 {
     Key key{text, kinds, options};
     if (key != m_key) {
-        m_sources = SourceRegistry::sources(text, kinds, options);
+        // A pass asks for the bare hosts of the same text next: they are read on the way.
+        m_sources = sourcesOf(text, kinds, options, &m_baseHosts);
+        m_hostsText = text;
         m_key = std::move(key);
     }
     return m_sources;

@@ -226,6 +226,15 @@ private Q_SLOTS:
         QCOMPARE(cache.baseHosts(text).constData(), hosts.constData());
         QCOMPARE(cache.baseHosts(u"B=www.githubstatus.com"_s),
                  QStringList{u"www.githubstatus.com"_s});
+
+        // Making the sources reads the bare hosts on the way, as baseHosts() finds them.
+        const QString mixed =
+            u"A=Status.Example.com\nB=status.example.com\nC=status.example.com\n"
+            u"D=https://x.example.org/api/v2/summary.json\n"
+            u"E=updog.ai/status/amazonaws\nF=ftp://nope\nG=other.example.net/sub"_s;
+        cache.sources(mixed, {}, {});
+        QCOMPARE(cache.baseHosts(mixed), SourceRegistry::baseHosts(mixed));
+        QCOMPARE(cache.baseHosts(mixed).size(), 3);
     }
 
     // The catalogue: ranked matches by name and host, the lines it adds, the kinds it knows.

@@ -443,13 +443,17 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field)
     if (object.m_tree != m_membersOf.m_tree || object.m_node != m_membersOf.m_node) {
         m_membersOf = object;
         m_members.clear();
-        for (const JsonObject::const_iterator &member : object)
-            m_members.append({member.key(), member.value()});
+        if (const JsonTree *tree = object.m_tree) {
+            for (quint32 at = object.m_node + 1, end = tree->close(object.m_node); at < end;
+                 at = tree->after(at + 1))
+                m_members.append({tree->text(at), JsonValue(tree, at + 1)});
+        }
     }
     // The last of repeated keys counts.
     const auto last = [this](QByteArrayView key) {
         for (auto it = m_members.crbegin(); it != m_members.crend(); ++it) {
-            if (it->key == key)
+            if (it->key.size() == key.size() &&
+                std::memcmp(it->key.data(), key.data(), size_t(key.size())) == 0)
                 return it->value;
         }
         return JsonValue();

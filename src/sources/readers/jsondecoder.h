@@ -52,6 +52,7 @@ private:
     friend class JsonArray;
     friend class JsonObject;
     friend class JsonDocument;
+    friend class JsonDecoder;
     JsonValue(const JsonTree *tree, quint32 node) : m_tree(tree), m_node(node) {}
     // A string's UTF-8, as the document has it.
     QByteArrayView utf8() const;
