@@ -639,6 +639,22 @@ private Q_SLOTS:
         QTEST(n.toDouble(-1), "number");
     }
 
+    // Documents reuse the buffers of those let go, never of one still held.
+    void documentsKeepTheirOwnValues()
+    {
+        const auto text = [](const JsonDocument &document) {
+            return document.object().value("t"_L1).toString();
+        };
+        parseJson(R"({"t":"dropped"})");
+        const JsonDocument a = parseJson(R"({"t":"a"})");
+        std::optional<JsonDocument> b = parseJson(R"({"t":"b","pad":"makes it the larger"})");
+        QCOMPARE(text(a), u"a"_s);
+        b.reset();
+        const JsonDocument c = parseJson(R"({"t":"c"})");
+        QCOMPARE(text(a), u"a"_s);
+        QCOMPARE(text(c), u"c"_s);
+    }
+
     // Read as Qt's ISO 8601 parser reads them, in UTC; the usual form is read without it.
     void instants_data()
     {
