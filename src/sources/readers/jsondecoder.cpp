@@ -2,6 +2,7 @@
 
 #include "model/urls.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -298,7 +299,11 @@ QByteArrayView JsonValue::utf8() const
 
 QString JsonValue::toString() const
 {
-    return QString::fromUtf8(utf8());
+    const QByteArrayView text = utf8();
+    // Most texts are ASCII, which reads as Latin-1 for a fraction of what decoding UTF-8 costs.
+    const bool ascii =
+        std::all_of(text.begin(), text.end(), [](char c) { return uchar(c) < 0x80; });
+    return !text.isEmpty() && ascii ? QString::fromLatin1(text) : QString::fromUtf8(text);
 }
 
 JsonArray JsonValue::toArray() const
