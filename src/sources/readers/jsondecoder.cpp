@@ -71,6 +71,7 @@ struct JsonTree {
     }
     // The closing word of the array or object at index: where walking its contents stops.
     quint32 close(quint32 index) const { return quint32(word(index)) - 1; }
+    // What the array or object at index holds; past the tape's saturated count, they are counted.
     quint32 count(quint32 index) const
     {
         const auto stored = quint32(word(index) >> 32) & simdjson::internal::JSON_COUNT_MASK;
