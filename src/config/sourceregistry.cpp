@@ -332,8 +332,8 @@ public:
         if (slot == 0) {
             const std::optional<Target> target = Target::classify(entry.value);
             const auto *base = target ? std::get_if<Target::Base>(&target->value) : nullptr;
-            if (m_collectHosts && base)
-                m_baseHosts.add(base->host);
+            if (m_baseHosts && base)
+                m_baseHosts->add(base->host);
             std::optional<Built> built =
                 target ? buildSource(*target, m_kinds, m_options) : std::nullopt;
             Made made;
@@ -359,8 +359,8 @@ public:
     // Every source made, in the order of the lines; the maker is done with them.
     QList<JSONSource> takeSources() { return std::move(m_sources); }
     // The hosts of the bare-host lines, first appearance first, as baseHosts() gives them.
-    QStringList takeBaseHosts() { return std::move(m_baseHosts.hosts); }
-    void collectBaseHosts() { m_collectHosts = true; }
+    void collectBaseHosts() { m_baseHosts.emplace(); }
+    QStringList takeBaseHosts() { return std::move(m_baseHosts->hosts); }
 
     // The source make() added last, for a caller that keeps each elsewhere: copied when it is
     // its value's first, which later lines copy, and moved out otherwise.
@@ -390,8 +390,7 @@ private:
     QHash<QString, qsizetype> m_index;
     QList<JSONSource> m_sources;
     bool m_lastIsFirst = false;
-    bool m_collectHosts = false;
-    HostList m_baseHosts;
+    std::optional<HostList> m_baseHosts; // only when asked for
 };
 
 QList<JSONSource> buildSources(const QList<SourceEntry> &entries,
