@@ -1,6 +1,7 @@
 #include "model/health.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <array>
 
 namespace lanternic {
@@ -96,31 +97,57 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
     return Health::degraded;
 }
 
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// A component's status, an incident's stage, its impact, a maintenance's status.
+constexpr std::array commonWords{"operational"_L1,
+                                 "degraded_performance"_L1,
+                                 "partial_outage"_L1,
+                                 "major_outage"_L1,
+                                 "under_maintenance"_L1,
+                                 "investigating"_L1,
+                                 "identified"_L1,
+                                 "monitoring"_L1,
+                                 "none"_L1,
+                                 "minor"_L1,
+                                 "major"_L1,
+                                 "critical"_L1,
+                                 "maintenance"_L1,
+                                 "scheduled"_L1,
+                                 "in_progress"_L1,
+                                 "verifying"_L1};
+
+const std::array<QString, commonWords.size()> &sharedWords()
+{
+    static const std::array<QString, commonWords.size()> shared = [] {
+        std::array<QString, commonWords.size()> made;
+        std::transform(commonWords.begin(), commonWords.end(), made.begin(),
+                       [](QLatin1StringView word) { return QString(word); });
+        return made;
+    }();
+    return shared;
+}
+
+} // namespace
+
 QString sharedFeedWord(QString word)
 {
-    using namespace Qt::StringLiterals;
-    // A component's status, an incident's stage, its impact, a maintenance's status.
-    static const std::array<QString, 16> words{u"operational"_s,
-                                               u"degraded_performance"_s,
-                                               u"partial_outage"_s,
-                                               u"major_outage"_s,
-                                               u"under_maintenance"_s,
-                                               u"investigating"_s,
-                                               u"identified"_s,
-                                               u"monitoring"_s,
-                                               u"none"_s,
-                                               u"minor"_s,
-                                               u"major"_s,
-                                               u"critical"_s,
-                                               u"maintenance"_s,
-                                               u"scheduled"_s,
-                                               u"in_progress"_s,
-                                               u"verifying"_s};
-    for (const QString &shared : words) {
+    for (const QString &shared : sharedWords()) {
         if (word == shared)
             return shared;
     }
     return word;
+}
+
+QString sharedFeedWordFromUtf8(QByteArrayView utf8)
+{
+    for (std::size_t i = 0; i < commonWords.size(); ++i) {
+        if (utf8 == QByteArrayView(commonWords[i].data(), commonWords[i].size()))
+            return sharedWords()[i];
+    }
+    return QString::fromUtf8(utf8);
 }
 
 bool isMaintenanceStatus(QStringView status)

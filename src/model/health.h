@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -37,6 +38,8 @@ Health componentHealth(const QString &status, const QSet<QString> &treatAsOperat
 // for a component's status, an incident's stage or impact, or a maintenance's status:
 // thousands of components and incidents hold the same few words.
 QString sharedFeedWord(QString word);
+// The same for a word written in UTF-8, made into a text only when it is none of those.
+QString sharedFeedWordFromUtf8(QByteArrayView utf8);
 
 // Whether a component status word says planned work ("under_maintenance",
 // "UNDERMAINTENANCE", "Maintenance"), which counts as degraded but is no outage.

@@ -15,6 +15,11 @@ bool isAscii(QStringView text)
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
 }
 
+bool isAscii(QByteArrayView text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return uchar(c) < 0x80; });
+}
+
 } // namespace
 
 ComponentId::ComponentId(QStringView sourceId, QStringView key)
@@ -40,6 +45,24 @@ ComponentId::ComponentId(const QString &text)
     FeedText::makeWellFormed(wellFormed);
     m_utf8 = wellFormed.toUtf8();
     m_utf8.squeeze();
+}
+
+ComponentIds::ComponentIds(QStringView sourceId)
+    : m_sourceId(sourceId.toString()), m_prefix(ComponentId(sourceId, QStringView()).m_utf8)
+{
+}
+
+ComponentId ComponentIds::operator()(QByteArrayView key) const
+{
+    // Making the whole id well-formed changes only the source's part, made so once: "::" and
+    // an ASCII key hold no surrogates.
+    if (!isAscii(key))
+        return ComponentId(m_sourceId, QStringView(QString::fromUtf8(key)));
+    ComponentId id;
+    id.m_utf8 = QByteArray(m_prefix.size() + key.size(), Qt::Uninitialized);
+    std::copy(key.begin(), key.end(),
+              std::copy(m_prefix.begin(), m_prefix.end(), id.m_utf8.data()));
+    return id;
 }
 
 void SourceResult::makeWellFormed()

@@ -33,7 +33,20 @@ public:
     }
 
 private:
+    friend class ComponentIds;
     QByteArray m_utf8;
+};
+
+// The ids of one source's components, from keys as a document writes them (UTF-8): the
+// source's part is made once, not once a component.
+class ComponentIds {
+public:
+    explicit ComponentIds(QStringView sourceId);
+    ComponentId operator()(QByteArrayView key) const;
+
+private:
+    QString m_sourceId;
+    QByteArray m_prefix; // "sourceId::", well-formed
 };
 
 // One component of a service as its feed reported it.

@@ -78,29 +78,50 @@ private Q_SLOTS:
         QTEST(NewsWords::maintenanceStatus(word), "maintenance");
     }
 
-    // A component's id is the same text however it was made, and reads back whole.
+    // A common word, read as text or as a document's UTF-8, is the one shared copy of it; any
+    // other word is its own text.
+    void sharedFeedWords()
+    {
+        const QString shared = sharedFeedWord(u"partial_outage"_s);
+        QCOMPARE(shared, u"partial_outage"_s);
+        QVERIFY(sharedFeedWordFromUtf8("partial_outage"_ba).isSharedWith(shared));
+        QVERIFY(
+            sharedFeedWord(u"verifying"_s).isSharedWith(sharedFeedWordFromUtf8("verifying"_ba)));
+        QCOMPARE(sharedFeedWordFromUtf8("\xc3\xa0_moiti\xc3\xa9"_ba), u"\u00e0_moiti\u00e9"_s);
+    }
+
+    // A component's id is the same text however it was made, and reads back whole. A key as a
+    // document writes it (UTF-8, invalid sequences replaced) makes the same id.
     void componentIds_data()
     {
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("key");
+        QTest::addColumn<QByteArray>("keyUtf8");
         QTest::addColumn<QString>("id");
-        QTest::newRow("plain") << u"github"_s << u"api"_s << u"github::api"_s;
-        QTest::newRow("beyond ASCII") << u"statut.exemple.fr"_s << u"caf\u00e9 \U0001F600"_s
-                                      << u"statut.exemple.fr::caf\u00e9 \U0001F600"_s;
-        QTest::newRow("lone surrogate") << u"s"_s << u"k"_s + QChar(0xd800) << u"s::k\ufffd"_s;
-        QTest::newRow("key with its own colons") << u"s"_s << u"a::b"_s << u"s::a::b"_s;
+        QTest::newRow("plain") << u"github"_s << u"api"_s << "api"_ba << u"github::api"_s;
+        QTest::newRow("beyond ASCII")
+            << u"statut.exemple.fr"_s << u"caf\u00e9 \U0001F600"_s
+            << u"caf\u00e9 \U0001F600"_s.toUtf8() << u"statut.exemple.fr::caf\u00e9 \U0001F600"_s;
+        QTest::newRow("lone surrogate")
+            << u"s"_s << u"k"_s + QChar(0xd800) << "k\xff"_ba << u"s::k\ufffd"_s;
+        QTest::newRow("source with a lone surrogate")
+            << u"s"_s + QChar(0xdc00) << u"k"_s << "k"_ba << u"s\ufffd::k"_s;
+        QTest::newRow("key with its own colons")
+            << u"s"_s << u"a::b"_s << "a::b"_ba << u"s::a::b"_s;
     }
 
     void componentIds()
     {
         QFETCH(QString, source);
         QFETCH(QString, key);
+        QFETCH(QByteArray, keyUtf8);
         QFETCH(QString, id);
         const ComponentId made(source, key);
         QCOMPARE(made.toString(), id);
         QVERIFY(made == ComponentId(id));
         QCOMPARE(qHash(made), qHash(ComponentId(id)));
         QVERIFY(!(made == ComponentId(id + u'x')));
+        QCOMPARE(ComponentIds(source)(keyUtf8).toString(), id);
     }
 
     // A feed's link is kept as its text and reads back as the address it names; anything but

@@ -153,6 +153,14 @@ private Q_SLOTS:
             << u"degraded | A \u2014 degraded | a=degraded(partial_outage), b=operational(operational), f=operational(operational)"_s;
         QTest::newRow("empty include set keeps nothing")
             << including({}) << grouped << u"operational | All Systems Operational | "_s;
+        QTest::newRow("an id beyond ASCII, a status word of the page's own")
+            << source() << QByteArray(R"({"status":{"indicator":"minor"},"components":[
+                   {"id":"caf\u00e9","name":"C","status":"\u00e0_moiti\u00e9"}]})")
+            << u"degraded | C \u2014 degraded | caf\u00e9=degraded(\u00e0_moiti\u00e9)"_s;
+        QTest::newRow("a number as a component's id")
+            << source() << QByteArray(R"({"status":{"indicator":"none"},"components":[
+                   {"id":1,"name":"A","status":"operational"}]})")
+            << unrecognized;
 
         // incident.io widget documents.
         QTest::newRow("widget, inner object decides the shape")

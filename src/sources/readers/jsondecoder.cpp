@@ -3,6 +3,7 @@
 #include "model/urls.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -234,29 +235,26 @@ QLatin1StringView typeName(JsonValue::Type type)
 
 } // namespace
 
+namespace {
+
+// What each kind of tape word holds, by its kind: readers ask for every value's type, often
+// several times.
+constexpr std::array<JsonValue::Type, 256> typeOfKind = [] {
+    std::array<JsonValue::Type, 256> types{};
+    types['{'] = JsonValue::Object;
+    types['['] = JsonValue::Array;
+    types['"'] = JsonValue::String;
+    types['l'] = types['u'] = types['d'] = JsonValue::Double;
+    types['t'] = types['f'] = JsonValue::Bool;
+    types['n'] = JsonValue::Null;
+    return types;
+}();
+
+} // namespace
+
 JsonValue::Type JsonValue::type() const
 {
-    if (!m_tree)
-        return Undefined;
-    switch (m_tree->kind(m_node)) {
-    case '{':
-        return Object;
-    case '[':
-        return Array;
-    case '"':
-        return String;
-    case 'l':
-    case 'u':
-    case 'd':
-        return Double;
-    case 't':
-    case 'f':
-        return Bool;
-    case 'n':
-        return Null;
-    default:
-        return Undefined;
-    }
+    return m_tree ? typeOfKind[uchar(m_tree->kind(m_node))] : Undefined;
 }
 
 bool JsonValue::toBool(bool fallback) const
@@ -554,6 +552,19 @@ std::optional<JsonArray> JsonDecoder::optionalArray(const JsonObject &object,
 QString JsonDecoder::string(const JsonObject &object, QLatin1StringView field)
 {
     return typed(object, field, JsonValue::String, true).value_or(JsonValue()).toString();
+}
+
+QByteArrayView JsonDecoder::utf8(const JsonObject &object, QLatin1StringView field)
+{
+    return typed(object, field, JsonValue::String, true).value_or(JsonValue()).utf8();
+}
+
+std::optional<QByteArrayView> JsonDecoder::optionalUtf8(const JsonObject &object,
+                                                        QLatin1StringView field)
+{
+    if (auto value = typed(object, field, JsonValue::String, false))
+        return value->utf8();
+    return std::nullopt;
 }
 
 JsonObject JsonDecoder::object(const JsonObject &object, QLatin1StringView field)

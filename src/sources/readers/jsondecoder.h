@@ -196,6 +196,9 @@ public:
     std::optional<JsonArray> optionalArray(const JsonObject &object, QLatin1StringView field);
 
     QString string(const JsonObject &object, QLatin1StringView field);
+    // A string as the document holds it, in UTF-8, for a text made only where it is needed.
+    QByteArrayView utf8(const JsonObject &object, QLatin1StringView field);
+    std::optional<QByteArrayView> optionalUtf8(const JsonObject &object, QLatin1StringView field);
     JsonObject object(const JsonObject &object, QLatin1StringView field);
 
     // An element of an array of objects; anything else, null included, fails the decode.

@@ -26,11 +26,11 @@ std::optional<Summary> decode(const JsonDocument &document)
         for (const JsonValue &value : *components) {
             const JsonObject object = d.element(value, "components"_L1);
             Summary::Component component;
-            component.id = d.string(object, "id"_L1);
+            component.id = d.utf8(object, "id"_L1);
             component.name = d.string(object, "name"_L1);
-            component.status = sharedFeedWord(d.string(object, "status"_L1));
+            component.status = d.utf8(object, "status"_L1);
             component.group = d.optionalBool(object, "group"_L1);
-            component.groupId = d.optionalString(object, "groupId"_L1);
+            component.groupId = d.optionalUtf8(object, "groupId"_L1);
             if (!d.ok())
                 break;
             summary.components->append(std::move(component));
@@ -68,12 +68,15 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
     result.url = pageAddress(source.homeURL, summary.page ? summary.page->url : std::nullopt);
 
     const QList<Summary::Component> all = summary.components.value_or(QList<Summary::Component>());
-    QHash<QString, QString> groupNames;
+    QHash<QByteArrayView, QString> groupNames;
     result.components.reserve(all.size());
-    for (const Summary::Component &component : all) {
-        if (component.group.value_or(false))
-            groupNames.insert(component.id, component.name);
+    if (includeGroups) {
+        for (const Summary::Component &component : all) {
+            if (component.group.value_or(false))
+                groupNames.insert(component.id, component.name);
+        }
     }
+    const ComponentIds ids(source.id);
     for (const Summary::Component &component : all) {
         if (component.group.value_or(false))
             continue;
@@ -84,9 +87,9 @@ std::optional<SourceResult> parse(const JSONSource &source, const JsonDocument &
             if (group == groupNames.constEnd() || !includeGroups->contains(*group))
                 continue;
         }
-        result.components.append({ComponentId(source.id, component.id), component.name,
-                                  componentHealth(component.status, source.treatAsOperational),
-                                  component.status});
+        const QString status = sharedFeedWordFromUtf8(component.status);
+        result.components.append({ids(component.id), component.name,
+                                  componentHealth(status, source.treatAsOperational), status});
     }
     SourceResult::keepFirstOfEachId(result.components);
     const WebLink page = *result.url;

@@ -17,12 +17,14 @@ struct Summary {
         QString indicator;
         std::optional<QString> description;
     };
+    // The id, status and group id are the document's own UTF-8, valid while it lives: most
+    // become no text of their own.
     struct Component {
-        QString id;
+        QByteArrayView id;
         QString name;
-        QString status;
+        QByteArrayView status;
         std::optional<bool> group; // true marks a group container, not a real component
-        std::optional<QString> groupId;
+        std::optional<QByteArrayView> groupId;
     };
     struct Page {
         std::optional<QString> url;
