@@ -1,6 +1,7 @@
 // Any sources text, as a user may type or paste it, into sources and probe hosts.
 
 #include "config/sourceregistry.h"
+#include "model/urls.h"
 
 #include <QSet>
 #include <QString>
@@ -23,8 +24,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         __builtin_trap();
     SourceRegistry::baseHosts(text);
     // A bare host's address is made from its parts, not parsed: it must be what parsing gives.
+    // A plain link is known one without a parse: it must be one when parsed.
     for (const SourceEntry &entry : SourceRegistry::entries(text)) {
         const QString &value = entry.value;
+        for (const QString &link : {value, QStringLiteral("https://") + value}) {
+            if (WebLink::parse(link).has_value() != parseWebUrl(link).has_value())
+                __builtin_trap();
+        }
         const bool bare =
             value.front().isLetterOrNumber() &&
             std::all_of(value.begin(), value.end(), [](QChar c) {

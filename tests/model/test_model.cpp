@@ -137,6 +137,13 @@ private Q_SLOTS:
         QTest::newRow("no host") << u"https:///path"_s << false;
         QTest::newRow("not strict") << u"https://status.example.com/a b"_s << false;
         QTest::newRow("empty") << QString() << false;
+        // Plain addresses are known links without a parse; the rest are parsed.
+        QTest::newRow("plain, port and path")
+            << u"http://status.example.com:8080/api/v2/summary.json"_s << true;
+        QTest::newRow("port too large") << u"http://status.example.com:70000/"_s << false;
+        QTest::newRow("label of 64") << u"https://"_s + QString(64, u'a') + u".com/"_s << false;
+        QTest::newRow("hyphen ending a label") << u"https://status-.example.com/"_s << false;
+        QTest::newRow("ACE label, trailing dot") << u"https://xn--caf-dma.example./"_s << true;
     }
 
     void webLinks()
