@@ -1,6 +1,7 @@
 #include "model/feedtext.h"
 
 #include <QTextBoundaryFinder>
+#include <algorithm>
 
 namespace lanternic::FeedText {
 
@@ -36,22 +37,21 @@ qsizetype cutPosition(const QString &text, qsizetype maximum)
 
 void makeWellFormed(QString &text)
 {
-    const auto lone = [&text](qsizetype i) {
-        const QChar c = text[i];
+    // Read without detaching: a text shared with others is copied only when it changes.
+    const QString &read = text;
+    const auto lone = [&read](qsizetype i) {
+        const QChar c = read[i];
         if (c.isHighSurrogate())
-            return i + 1 >= text.size() || !text[i + 1].isLowSurrogate();
-        return c.isLowSurrogate() && (i == 0 || !text[i - 1].isHighSurrogate());
+            return i + 1 >= read.size() || !read[i + 1].isLowSurrogate();
+        return c.isLowSurrogate() && (i == 0 || !read[i - 1].isHighSurrogate());
     };
-    // Nearly every text has none: it is only read.
-    const QChar *chars = text.constData();
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (chars[i].isSurrogate() && lone(i)) {
-            for (qsizetype j = i; j < text.size(); ++j) {
-                if (text[j].isSurrogate() && lone(j))
-                    text[j] = QChar(QChar::ReplacementCharacter);
-            }
-            return;
-        }
+    // Nearly every text has no surrogate at all: it is only read, in one tight scan.
+    const QChar *const chars = text.constData();
+    const QChar *const first =
+        std::find_if(chars, chars + text.size(), [](QChar c) { return c.isSurrogate(); });
+    for (qsizetype i = first - chars; i < text.size(); ++i) {
+        if (read[i].isSurrogate() && lone(i))
+            text[i] = QChar(QChar::ReplacementCharacter);
     }
 }
 

@@ -104,6 +104,9 @@ private Q_SLOTS:
             << u"caf\u00e9 \U0001F600"_s.toUtf8() << u"statut.exemple.fr::caf\u00e9 \U0001F600"_s;
         QTest::newRow("lone surrogate")
             << u"s"_s << u"k"_s + QChar(0xd800) << "k\xff"_ba << u"s::k\ufffd"_s;
+        QTest::newRow("a pair kept, a lone one after it replaced")
+            << u"s"_s << u"\U0001F600"_s + QChar(0xdc00) << "\xf0\x9f\x98\x80\xff"_ba
+            << u"s::\U0001F600\ufffd"_s;
         QTest::newRow("source with a lone surrogate")
             << u"s"_s + QChar(0xdc00) << u"k"_s << "k"_ba << u"s\ufffd::k"_s;
         QTest::newRow("key with its own colons")

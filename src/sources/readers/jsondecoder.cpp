@@ -455,8 +455,9 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field)
     }
     // The last of repeated keys counts.
     const auto last = [this](QByteArrayView key) {
+        // Keys of one length mostly differ in their first byte: most need no full comparison.
         for (auto it = m_members.crbegin(); it != m_members.crend(); ++it) {
-            if (it->key.size() == key.size() &&
+            if (it->key.size() == key.size() && it->key.front() == key.front() &&
                 std::memcmp(it->key.data(), key.data(), size_t(key.size())) == 0)
                 return it->value;
         }
