@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
+#include <arpa/inet.h>
 #include <curl/curl.h>
 #include <deque>
 #include <sys/socket.h>
@@ -69,7 +70,8 @@ struct Session::Private {
     void processFinished();
     void complete(Transfer *transfer, CURLcode code);
     void detach(Transfer *transfer);
-    QByteArray proxyFor(const QUrl &url);
+    // hostAddress: the URL's host read as an address, null for a name.
+    QByteArray proxyFor(const QUrl &url, const QHostAddress &hostAddress);
     std::shared_ptr<NameCache> nameCache();
     CURL *takeHandle();
     void giveBack(CURL *easy);
@@ -105,6 +107,19 @@ struct Session::Private {
 };
 
 namespace {
+
+// An address as libcurl writes it, read without Qt's general parser, which costs more than
+// the rest of a connection's checks; forms it does not know (a zone) are left to that parser.
+QHostAddress addressOf(const char *text)
+{
+    in_addr v4;
+    if (inet_pton(AF_INET, text, &v4) == 1)
+        return QHostAddress(quint32(ntohl(v4.s_addr)));
+    in6_addr v6;
+    if (inet_pton(AF_INET6, text, &v6) == 1)
+        return QHostAddress(v6.s6_addr);
+    return QHostAddress(QString::fromLatin1(text));
+}
 
 // One GET in flight. A child of the caller's context, so destroying the context aborts it.
 class Transfer : public QObject {
@@ -174,7 +189,7 @@ public:
     static int onConnected(void *self, char *address, char *, int, int)
     {
         auto *transfer = static_cast<Transfer *>(self);
-        const QHostAddress peer(QString::fromLatin1(address));
+        const QHostAddress peer = addressOf(address);
         if (transfer->viaProxy || peer.isNull())
             return CURL_PREREQFUNC_OK;
         transfer->refusal = connectionRefusal(scopeOf(peer), transfer->previousScope);
@@ -358,23 +373,26 @@ void Session::Private::start(Transfer *transfer, const QUrl &url)
     transfer->connectTo = nullptr;
 
     QUrl target = url;
-    if (auto loopback = options.loopbackHosts.constFind(url.host());
+    const QString host = url.host();
+    // Read once: the proxy and the refusal of forbidden addresses both ask.
+    const QHostAddress literal(host);
+    if (auto loopback = options.loopbackHosts.constFind(host);
         loopback != options.loopbackHosts.constEnd()) {
         target.setScheme(u"http"_s);
         target.setPort(*loopback);
         transfer->connectTo = curl_slist_append(
-            nullptr, QByteArray(url.host().toUtf8() + ':' + QByteArray::number(*loopback) +
+            nullptr, QByteArray(host.toUtf8() + ':' + QByteArray::number(*loopback) +
                                 ":127.0.0.1:" + QByteArray::number(*loopback))
                          .constData());
     }
     curl_easy_setopt(easy, CURLOPT_URL, target.toEncoded().constData());
     curl_easy_setopt(easy, CURLOPT_CONNECT_TO, transfer->connectTo);
-    const QByteArray proxy = proxyFor(target);
+    const QByteArray proxy = proxyFor(target, literal);
     curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());
     // Through a proxy only the address written in the URL is known here.
     transfer->viaProxy = !proxy.isEmpty();
     transfer->refusal.reset();
-    if (const QHostAddress literal(url.host()); !literal.isNull())
+    if (!literal.isNull())
         transfer->refusal = connectionRefusal(scopeOf(literal), transfer->previousScope);
     if (transfer->refusal) {
         transfers.insert(easy, transfer);
@@ -526,7 +544,7 @@ void Session::Private::complete(Transfer *transfer, CURLcode code)
             ++timing.redirects;
             char *ip = nullptr;
             curl_easy_getinfo(easy, CURLINFO_PRIMARY_IP, &ip);
-            const QHostAddress address(QString::fromLatin1(ip ? ip : ""));
+            const QHostAddress address = addressOf(ip ? ip : "");
             transfer->previousScope =
                 address.isNull() ? std::nullopt : std::optional(scopeOf(address));
             curl_multi_remove_handle(multi, easy);
@@ -574,10 +592,10 @@ std::shared_ptr<NameCache> Session::Private::nameCache()
     return names;
 }
 
-QByteArray Session::Private::proxyFor(const QUrl &url)
+QByteArray Session::Private::proxyFor(const QUrl &url, const QHostAddress &hostAddress)
 {
     // Loopback addresses never go through a proxy, as in browsers.
-    if (QHostAddress(url.host()).isLoopback() || url.host() == "localhost"_L1)
+    if (hostAddress.isLoopback() || url.host() == "localhost"_L1)
         return QByteArray();
     const QString key = url.scheme() + u' ' + url.host() + u':' + QString::number(url.port());
     auto cached = proxies.constFind(key);
