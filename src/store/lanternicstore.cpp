@@ -136,7 +136,7 @@ std::chrono::milliseconds LanternicStore::pollInterval() const
 
 void LanternicStore::check(const JSONSource &source, std::function<void(const SourceResult &)> done)
 {
-    const QString key = source.id + u'\n' + source.name + u'\n' + source.url.toString();
+    const CheckKey key{source.id, source.name, source.url};
     if (auto running = m_checks.find(key); running != m_checks.end()) {
         running->append(std::move(done));
         return;

@@ -128,8 +128,18 @@ private:
     QElapsedTimer m_busy; // since the earliest pass still running started
     quint64 m_passesStarted = 0;
     quint64 m_rowsPass = 0;
-    // Checks in flight, by what they fetch, with everyone waiting for them.
-    QHash<QString, QList<std::function<void(const SourceResult &)>>> m_checks;
+    // Checks in flight, by what they fetch and for which source, with everyone waiting for them.
+    struct CheckKey {
+        QString id;
+        QString name;
+        QUrl url;
+        bool operator==(const CheckKey &) const = default;
+        friend size_t qHash(const CheckKey &key, size_t seed = 0)
+        {
+            return qHashMulti(seed, key.id, key.name, key.url);
+        }
+    };
+    QHash<CheckKey, QList<std::function<void(const SourceResult &)>>> m_checks;
     std::chrono::microseconds m_lastPassDuration{0};
     bool m_isOffline = false;
     std::optional<std::chrono::minutes> m_intervalOverride;
