@@ -196,7 +196,8 @@ public:
     std::optional<JsonArray> optionalArray(const JsonObject &object, QLatin1StringView field);
 
     QString string(const JsonObject &object, QLatin1StringView field);
-    // A string as the document holds it, in UTF-8, for a text made only where it is needed.
+    // A string as the document holds it, in UTF-8 and valid while the document lives, for a
+    // text made only where one is needed.
     QByteArrayView utf8(const JsonObject &object, QLatin1StringView field);
     std::optional<QByteArrayView> optionalUtf8(const JsonObject &object, QLatin1StringView field);
     JsonObject object(const JsonObject &object, QLatin1StringView field);
