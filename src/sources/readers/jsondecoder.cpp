@@ -233,10 +233,6 @@ QLatin1StringView typeName(JsonValue::Type type)
     }
 }
 
-} // namespace
-
-namespace {
-
 // What each kind of tape word holds, by its kind: readers ask for every value's type, often
 // several times.
 constexpr std::array<JsonValue::Type, 256> typeOfKind = [] {
@@ -466,10 +462,8 @@ JsonValue JsonDecoder::find(const JsonObject &object, QLatin1StringView field)
     const QByteArrayView name(field.data(), field.size());
     if (name.isEmpty())
         return JsonValue();
-    if (m_style == KeyStyle::exact)
-        return last(name);
     // The field's own spelling first, then its usual snake_case one ("group_id" for "groupId").
-    if (const JsonValue exact = last(name); !exact.isUndefined())
+    if (const JsonValue exact = last(name); !exact.isUndefined() || m_style == KeyStyle::exact)
         return exact;
     char snake[64];
     qsizetype length = 0;
