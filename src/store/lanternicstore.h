@@ -134,10 +134,9 @@ private:
         QString name;
         QUrl url;
         bool operator==(const CheckKey &) const = default;
-        friend size_t qHash(const CheckKey &key, size_t seed = 0)
-        {
-            return qHashMulti(seed, key.id, key.name, key.url);
-        }
+        // Ids are as good as unique: hashing the address too (seven parts) cost more than the
+        // rare shared id, and removing an entry hashes its neighbours again.
+        friend size_t qHash(const CheckKey &key, size_t seed = 0) { return qHash(key.id, seed); }
     };
     QHash<CheckKey, QList<std::function<void(const SourceResult &)>>> m_checks;
     std::chrono::microseconds m_lastPassDuration{0};
