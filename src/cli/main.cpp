@@ -22,12 +22,11 @@ int usageError(const QString &message)
 
 int report(const SourceResult &result, bool pretty)
 {
-    const QJsonDocument document(resultToJson(result));
-    std::fputs(document.toJson(pretty ? QJsonDocument::Indented : QJsonDocument::Compact)
-                   .trimmed()
-                   .append('\n')
-                   .constData(),
-               stdout);
+    const QByteArray compact = resultJson(result);
+    const QByteArray text =
+        pretty ? QJsonDocument::fromJson(compact).toJson(QJsonDocument::Indented).trimmed()
+               : compact;
+    std::fputs((text + '\n').constData(), stdout);
     return cli::exitCodeFor(result.health);
 }
 

@@ -8,6 +8,7 @@
 #include "store/silencestore.h"
 
 #include <QCoreApplication>
+#include <QDataStream>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -17,6 +18,28 @@ namespace lanternic::cli {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// The private copy is a file of this process alone, kept as Qt's binary stream of the values:
+// Qt writes its INI text at some 450 instructions a character, and a pass writes the copy
+// whole at least once.
+QSettings::Format scratchFormat()
+{
+    static const QSettings::Format format = QSettings::registerFormat(
+        u"scratch"_s,
+        [](QIODevice &device, QSettings::SettingsMap &map) {
+            if (device.atEnd())
+                return true;
+            QDataStream in(&device);
+            in >> map;
+            return in.status() == QDataStream::Ok;
+        },
+        [](QIODevice &device, const QSettings::SettingsMap &map) {
+            QDataStream out(&device);
+            out << map;
+            return out.status() == QDataStream::Ok;
+        });
+    return format;
+}
 
 QVariantHash lanternicKeys(QSettings &settings)
 {
@@ -90,7 +113,7 @@ int runPass(const Invocation &invocation)
         invocation.settingsFile
             ? std::make_unique<QSettings>(*invocation.settingsFile, QSettings::IniFormat)
             : std::make_unique<QSettings>(u"Lanternic"_s, u"Lanternic"_s);
-    QSettings work(workDir.filePath(u"settings.ini"_s), QSettings::IniFormat);
+    QSettings work(workDir.filePath(u"settings.scratch"_s), scratchFormat());
     const QVariantHash read = lanternicKeys(*origin);
     for (auto it = read.constBegin(); it != read.constEnd(); ++it)
         work.setValue(it.key(), it.value());

@@ -2,6 +2,7 @@
 
 #include "model/feedtext.h"
 #include "present/displaytext.h"
+#include "present/jsonwriter.h"
 #include "present/relaydocument.h"
 #include "present/resultjson.h"
 #include "store/lanternicstore.h"
@@ -31,7 +32,7 @@ QString healthMark(Health health)
     return u"?"_s;
 }
 
-QJsonValue untilJson(const SilenceUntil &until)
+QString untilText(const SilenceUntil &until)
 {
     switch (until.kind) {
     case SilenceUntil::Kind::resolved:
@@ -44,34 +45,41 @@ QJsonValue untilJson(const SilenceUntil &until)
     return isoTimestamp(until.date);
 }
 
+// Members in the order a QJsonObject keeps them: sorted by name.
 QByteArray jsonReport(const LanternicStore &store)
 {
-    QJsonArray results;
+    const LanternicStore::Display display = store.display();
+    JsonWriter out;
+    out.beginObject();
+    out.key("badgeCount"_L1).value(qint64(display.issueCount));
+    out.key("checkedAt"_L1).value(isoTimestamp(store.lastChecked().value_or(store.now())));
+    out.key("overallHealth"_L1).value(rawValue(display.overall));
+    out.key("results"_L1).beginArray();
     for (const SourceResult &result : store.results())
-        results.append(resultToJson(result));
-    QJsonArray rows;
-    for (const DisplayProvider &row : store.providers()) {
-        rows.append(QJsonObject{{u"id"_s, row.result.id},
-                                {u"name"_s, row.result.name},
-                                {u"health"_s, rawValue(row.health)},
-                                {u"detail"_s, row.detail}});
+        writeResult(out, result);
+    out.endArray();
+    out.key("rows"_L1).beginArray();
+    for (const DisplayProvider &row : display.providers) {
+        out.beginObject();
+        out.key("detail"_L1).value(row.detail);
+        out.key("health"_L1).value(rawValue(row.health));
+        out.key("id"_L1).value(row.result.id);
+        out.key("name"_L1).value(row.result.name);
+        out.endObject();
     }
-    QJsonArray silenced;
+    out.endArray();
+    out.key("silenced"_L1).beginArray();
     for (const SilencedItem &item : store.silencedItems()) {
-        silenced.append(QJsonObject{
-            {u"id"_s, item.id}, {u"title"_s, item.title}, {u"until"_s, untilJson(item.until)}});
+        out.beginObject();
+        out.key("id"_L1).value(item.id);
+        out.key("title"_L1).value(item.title);
+        out.key("until"_L1).value(untilText(item.until));
+        out.endObject();
     }
-    const Health overall = store.overallHealth();
-    const QJsonObject report{
-        {u"checkedAt"_s, isoTimestamp(store.lastChecked().value_or(store.now()))},
-        {u"overallHealth"_s, rawValue(overall)},
-        {u"summaryText"_s, store.summaryText()},
-        {u"badgeCount"_s, store.issueCount(overall)},
-        {u"results"_s, results},
-        {u"rows"_s, rows},
-        {u"silenced"_s, silenced},
-    };
-    return QJsonDocument(report).toJson(QJsonDocument::Compact) + '\n';
+    out.endArray();
+    out.key("summaryText"_L1).value(display.summaryText);
+    out.endObject();
+    return out.take() + '\n';
 }
 
 // Feed text on a terminal: one line, no escape sequences, a sane width.
@@ -95,7 +103,8 @@ QStringList newsLines(const SourceResult &result, const QDateTime &now)
 
 QByteArray textReport(const LanternicStore &store)
 {
-    const QList<DisplayProvider> rows = store.providers();
+    const LanternicStore::Display display = store.display();
+    const QList<DisplayProvider> &rows = display.providers;
     qsizetype width = 0;
     for (const DisplayProvider &row : rows)
         width = std::max(width, terminalText(row.result.name).size());
@@ -109,7 +118,7 @@ QByteArray textReport(const LanternicStore &store)
         for (const QString &line : newsLines(row.result, now))
             text += u"  \u21b3 "_s + line + u'\n';
     }
-    text += store.summaryText() + u'\n';
+    text += display.summaryText + u'\n';
     const QList<SilencedItem> silenced = store.silencedItems();
     if (!silenced.isEmpty()) {
         text += u"\nSilenced:\n"_s;
@@ -129,13 +138,14 @@ QByteArray compactLine(const QJsonObject &object)
 // tooltip as Pango markup, so feed text is escaped as well as cleaned.
 QByteArray waybarReport(const LanternicStore &store, bool shortText)
 {
-    const Health overall = store.overallHealth();
-    const int issues = store.issueCount(overall);
+    const LanternicStore::Display display = store.display();
+    const Health overall = display.overall;
+    const int issues = display.issueCount;
     const QString text =
         shortText ? healthMark(overall) + (issues > 0 ? u' ' + QString::number(issues) : QString())
-                  : store.summaryText();
+                  : display.summaryText;
     QStringList tooltip;
-    for (const DisplayProvider &row : store.providers()) {
+    for (const DisplayProvider &row : display.providers) {
         tooltip.append(terminalText(row.result.name) + u": "_s + terminalText(row.detail));
         for (const Incident &incident : row.result.incidents)
             tooltip.append(u"  \u21b3 "_s + terminalText(incident.name));
@@ -158,14 +168,15 @@ QByteArray nagiosReport(const LanternicStore &store)
                                                {Health::degraded, u"WARNING"_s},
                                                {Health::down, u"CRITICAL"_s},
                                                {Health::unknown, u"UNKNOWN"_s}};
-    const QList<DisplayProvider> rows = store.providers();
+    const LanternicStore::Display display = store.display();
+    const QList<DisplayProvider> &rows = display.providers;
     QHash<Health, int> counts;
     for (const DisplayProvider &row : rows)
         ++counts[row.health];
     // A "|" in feed text would end the plugin output and start its performance data.
     auto plain = [](const QString &text) { return terminalText(text).replace(u'|', u'/'); };
     QString text = u"LANTERNIC %1 - %2 | down=%3 degraded=%4 unknown=%5 operational=%6\n"_s
-                       .arg(states.value(store.overallHealth()), plain(store.summaryText()))
+                       .arg(states.value(display.overall), plain(display.summaryText))
                        .arg(counts.value(Health::down))
                        .arg(counts.value(Health::degraded))
                        .arg(counts.value(Health::unknown))
@@ -190,10 +201,11 @@ QByteArray i3blocksReport(const LanternicStore &store)
                                                    {Health::degraded, "#F58C00"},
                                                    {Health::down, "#E83A30"},
                                                    {Health::unknown, "#8E8E93"}};
-    const Health overall = store.overallHealth();
-    const int issues = store.issueCount(overall);
+    const LanternicStore::Display display = store.display();
+    const Health overall = display.overall;
+    const int issues = display.issueCount;
     const QString mark = healthMark(overall);
-    return (mark + u' ' + terminalText(store.summaryText())).toUtf8() + '\n' +
+    return (mark + u' ' + terminalText(display.summaryText)).toUtf8() + '\n' +
            (mark + (issues > 0 ? u' ' + QString::number(issues) : QString())).toUtf8() + '\n' +
            colours.value(overall) + '\n';
 }
@@ -206,17 +218,18 @@ QByteArray report(const LanternicStore &store, const ReportOptions &options)
     case ReportFormat::json:
         return jsonReport(store);
     case ReportFormat::relay:
-        return compactLine(relayDocument(store, options.relayName, options.relayUrl));
+        return relayDocument(store, options.relayName, options.relayUrl) + '\n';
     case ReportFormat::waybar:
         return waybarReport(store, options.shortText);
     case ReportFormat::nagios:
         return nagiosReport(store);
     case ReportFormat::i3blocks:
         return i3blocksReport(store);
-    case ReportFormat::line:
-        return (healthMark(store.overallHealth()) + u' ' + terminalText(store.summaryText()))
-                   .toUtf8() +
+    case ReportFormat::line: {
+        const LanternicStore::Display display = store.display();
+        return (healthMark(display.overall) + u' ' + terminalText(display.summaryText)).toUtf8() +
                '\n';
+    }
     case ReportFormat::text:
         break;
     }

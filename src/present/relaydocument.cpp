@@ -1,46 +1,61 @@
 #include "present/relaydocument.h"
 
 #include "model/feedtext.h"
+#include "present/jsonwriter.h"
 #include "present/resultjson.h"
 #include "sources/readers/relayfeed.h"
 #include "store/lanternicstore.h"
-
-#include <QJsonArray>
 
 namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-QJsonObject relayDocument(const LanternicStore &store, const QString &name,
-                          const std::optional<QUrl> &url)
+// Members in the order a QJsonObject keeps them: sorted by name.
+QByteArray relayDocument(const LanternicStore &store, const QString &name,
+                         const std::optional<QUrl> &url)
 {
-    QJsonArray components;
-    for (const DisplayProvider &row : store.providers()) {
-        components.append(QJsonObject{{u"id"_s, FeedText::clean(row.result.id)},
-                                      {u"name"_s, FeedText::clean(row.result.name)},
-                                      {u"status"_s, rawValue(row.health)},
-                                      {u"label"_s, FeedText::clean(row.detail)}});
+    const LanternicStore::Display display = store.display();
+    JsonWriter out;
+    out.beginObject();
+    out.key("components"_L1).beginArray();
+    for (const DisplayProvider &row : display.providers) {
+        out.beginObject();
+        out.key("id"_L1).value(FeedText::clean(row.result.id));
+        out.key("label"_L1).value(FeedText::clean(row.detail));
+        out.key("name"_L1).value(FeedText::clean(row.result.name));
+        out.key("status"_L1).value(rawValue(row.health));
+        out.endObject();
     }
+    out.endArray();
+    out.key("detail"_L1).value(FeedText::clean(display.summaryText));
+    out.key("health"_L1).value(rawValue(display.overall));
     // Every source's news, named after its source, so that subscribers see where it is.
-    QJsonArray incidents;
-    QJsonArray maintenances;
+    out.key("incidents"_L1).beginArray();
     for (const SourceResult &result : store.results()) {
         const QString source = FeedText::clean(result.name);
         for (Incident incident : result.incidents) {
             incident.stage = FeedText::clean(incident.stage, 40);
             incident.impact = FeedText::clean(incident.impact, 40);
             incident.update = FeedText::clean(incident.update, 1000);
-            incidents.append(incidentToJson(incident,
-                                            FeedText::clean(result.id + u"::"_s + incident.id),
-                                            source + u": "_s + FeedText::clean(incident.name)));
-        }
-        for (Maintenance window : result.maintenances) {
-            window.status = FeedText::clean(window.status, 40);
-            maintenances.append(maintenanceToJson(window,
-                                                  FeedText::clean(result.id + u"::"_s + window.id),
-                                                  source + u": "_s + FeedText::clean(window.name)));
+            writeIncident(out, incident, FeedText::clean(result.id + u"::"_s + incident.id),
+                          source + u": "_s + FeedText::clean(incident.name));
         }
     }
+    out.endArray();
+    out.key("maintenances"_L1).beginArray();
+    for (const SourceResult &result : store.results()) {
+        const QString source = FeedText::clean(result.name);
+        for (Maintenance window : result.maintenances) {
+            window.status = FeedText::clean(window.status, 40);
+            writeMaintenance(out, window, FeedText::clean(result.id + u"::"_s + window.id),
+                             source + u": "_s + FeedText::clean(window.name));
+        }
+    }
+    out.endArray();
+    out.key("name"_L1).value(FeedText::clean(name));
+    out.key("schema"_L1).value(u"lanternic.v1"_s);
+    if (url)
+        out.key("url"_L1).value(url->toString(QUrl::FullyEncoded));
     // The watchers this feed passed through, this one first, so that one that reads its own
     // feed back through others sees the loop.
     QStringList via;
@@ -49,20 +64,12 @@ QJsonObject relayDocument(const LanternicStore &store, const QString &name,
     for (const SourceResult &result : store.results())
         via += result.relayedVia;
     via.removeDuplicates();
-    QJsonArray watchers;
+    out.key("via"_L1).beginArray();
     for (const QString &watcher : via.mid(0, RelayFeedSource::maximumRelayHops))
-        watchers.append(FeedText::clean(watcher, 64));
-    QJsonObject document{{u"schema"_s, u"lanternic.v1"_s},
-                         {u"name"_s, FeedText::clean(name)},
-                         {u"health"_s, rawValue(store.overallHealth())},
-                         {u"detail"_s, FeedText::clean(store.summaryText())},
-                         {u"components"_s, components},
-                         {u"incidents"_s, incidents},
-                         {u"maintenances"_s, maintenances},
-                         {u"via"_s, watchers}};
-    if (url)
-        document.insert(u"url"_s, url->toString(QUrl::FullyEncoded));
-    return document;
+        out.value(FeedText::clean(watcher, 64));
+    out.endArray();
+    out.endObject();
+    return out.take();
 }
 
 } // namespace lanternic

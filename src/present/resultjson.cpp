@@ -1,6 +1,8 @@
 #include "present/resultjson.h"
 
-#include <QJsonArray>
+#include "present/jsonwriter.h"
+
+#include <chrono>
 
 namespace lanternic {
 
@@ -8,19 +10,53 @@ using namespace Qt::StringLiterals;
 
 QString isoTimestamp(const QDateTime &time)
 {
-    return time.toUTC().toString(Qt::ISODate);
+    // Qt converts through time zones to format a date, some ten thousand instructions: a
+    // report of a thousand results writes several thousand dates. From 1970 to the end of
+    // 9999, the digits are written here, as Qt writes them (whole seconds, "Z").
+    using namespace std::chrono;
+    const qint64 ms = time.isValid() ? time.toMSecsSinceEpoch() : -1;
+    if (ms < 0 || ms >= 253'402'300'800'000)
+        return time.toUTC().toString(Qt::ISODate);
+    const sys_seconds instant{floor<seconds>(milliseconds(ms))};
+    const sys_days day = floor<days>(instant);
+    const year_month_day date(day);
+    const hh_mm_ss clock(instant - day);
+    char16_t text[20];
+    const auto put = [&text](int at, unsigned value, int digits) {
+        for (int i = at + digits - 1; i >= at; --i, value /= 10)
+            text[i] = char16_t(u'0' + value % 10);
+    };
+    put(0, unsigned(int(date.year())), 4);
+    text[4] = u'-';
+    put(5, unsigned(date.month()), 2);
+    text[7] = u'-';
+    put(8, unsigned(date.day()), 2);
+    text[10] = u'T';
+    put(11, unsigned(clock.hours().count()), 2);
+    text[13] = u':';
+    put(14, unsigned(clock.minutes().count()), 2);
+    text[16] = u':';
+    put(17, unsigned(clock.seconds().count()), 2);
+    text[19] = u'Z';
+    return QString(reinterpret_cast<const QChar *>(text), 20);
 }
 
 namespace {
 
-QJsonValue timeOrNull(const QDateTime &time)
+void writeTime(JsonWriter &out, const QDateTime &time)
 {
-    return time.isValid() ? QJsonValue(isoTimestamp(time)) : QJsonValue();
+    if (time.isValid())
+        out.value(isoTimestamp(time));
+    else
+        out.null();
 }
 
-QJsonValue textOrNull(const QString &text)
+void writeLink(JsonWriter &out, const std::optional<WebLink> &link)
 {
-    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+    if (link)
+        out.value(link->toString(QUrl::FullyEncoded));
+    else
+        out.null();
 }
 
 } // namespace
@@ -35,55 +71,77 @@ QJsonValue urlOrNull(const std::optional<WebLink> &link)
     return urlOrNull(urlOf(link));
 }
 
-QJsonObject incidentToJson(const Incident &incident, const QString &id, const QString &name)
+// Members in the order a QJsonObject keeps them: sorted by name.
+void writeIncident(JsonWriter &out, const Incident &incident, const QString &id,
+                   const QString &name)
 {
-    return {{u"id"_s, id},
-            {u"name"_s, name},
-            {u"status"_s, incident.stage},
-            {u"impact"_s, textOrNull(incident.impact)},
-            {u"url"_s, urlOrNull(incident.url)},
-            {u"startedAt"_s, timeOrNull(incident.startedAt)},
-            {u"updatedAt"_s, timeOrNull(incident.updatedAt)},
-            {u"update"_s, textOrNull(incident.update)}};
+    out.beginObject();
+    out.key("id"_L1).value(id);
+    out.key("impact"_L1).textOrNull(incident.impact);
+    out.key("name"_L1).value(name);
+    writeTime(out.key("startedAt"_L1), incident.startedAt);
+    out.key("status"_L1).value(incident.stage);
+    out.key("update"_L1).textOrNull(incident.update);
+    writeTime(out.key("updatedAt"_L1), incident.updatedAt);
+    writeLink(out.key("url"_L1), incident.url);
+    out.endObject();
 }
 
-QJsonObject maintenanceToJson(const Maintenance &window, const QString &id, const QString &name)
+void writeMaintenance(JsonWriter &out, const Maintenance &window, const QString &id,
+                      const QString &name)
 {
-    return {{u"id"_s, id},
-            {u"name"_s, name},
-            {u"status"_s, window.status},
-            {u"startsAt"_s, timeOrNull(window.startsAt)},
-            {u"endsAt"_s, timeOrNull(window.endsAt)},
-            {u"url"_s, urlOrNull(window.url)}};
+    out.beginObject();
+    writeTime(out.key("endsAt"_L1), window.endsAt);
+    out.key("id"_L1).value(id);
+    out.key("name"_L1).value(name);
+    writeTime(out.key("startsAt"_L1), window.startsAt);
+    out.key("status"_L1).value(window.status);
+    writeLink(out.key("url"_L1), window.url);
+    out.endObject();
 }
 
-QJsonObject resultToJson(const SourceResult &result)
+void writeResult(JsonWriter &out, const SourceResult &result)
 {
-    QJsonArray incidents;
-    for (const Incident &incident : result.incidents)
-        incidents.append(incidentToJson(incident, incident.id, incident.name));
-    QJsonArray maintenances;
-    for (const Maintenance &window : result.maintenances)
-        maintenances.append(maintenanceToJson(window, window.id, window.name));
-    QJsonArray components;
+    out.beginObject();
+    out.key("checkedAt"_L1).value(isoTimestamp(result.checkedAt));
+    out.key("components"_L1).beginArray();
     for (const ComponentStatus &component : result.components) {
-        components.append(QJsonObject{{u"id"_s, component.id.toString()},
-                                      {u"name"_s, component.name},
-                                      {u"health"_s, rawValue(component.health)},
-                                      {u"status"_s, component.status}});
+        out.beginObject();
+        out.key("health"_L1).value(rawValue(component.health));
+        out.key("id"_L1).value(component.id.toString());
+        out.key("name"_L1).value(component.name);
+        out.key("status"_L1).value(component.status);
+        out.endObject();
     }
-    return QJsonObject{
-        {u"id"_s, result.id},
-        {u"name"_s, result.name},
-        {u"health"_s, rawValue(result.health)},
-        {u"detail"_s, result.detail},
-        {u"url"_s, result.url ? QJsonValue(result.url->toString()) : QJsonValue()},
-        {u"checkedAt"_s, isoTimestamp(result.checkedAt)},
-        {u"error"_s, result.error ? QJsonValue(*result.error) : QJsonValue()},
-        {u"components"_s, components},
-        {u"incidents"_s, incidents},
-        {u"maintenances"_s, maintenances},
-    };
+    out.endArray();
+    out.key("detail"_L1).value(result.detail);
+    if (result.error)
+        out.key("error"_L1).value(*result.error);
+    else
+        out.key("error"_L1).null();
+    out.key("health"_L1).value(rawValue(result.health));
+    out.key("id"_L1).value(result.id);
+    out.key("incidents"_L1).beginArray();
+    for (const Incident &incident : result.incidents)
+        writeIncident(out, incident, incident.id, incident.name);
+    out.endArray();
+    out.key("maintenances"_L1).beginArray();
+    for (const Maintenance &window : result.maintenances)
+        writeMaintenance(out, window, window.id, window.name);
+    out.endArray();
+    out.key("name"_L1).value(result.name);
+    if (result.url)
+        out.key("url"_L1).value(result.url->toString());
+    else
+        out.key("url"_L1).null();
+    out.endObject();
+}
+
+QByteArray resultJson(const SourceResult &result)
+{
+    JsonWriter out;
+    writeResult(out, result);
+    return out.take();
 }
 
 } // namespace lanternic

@@ -2,15 +2,18 @@
 
 #include "model/sourceresult.h"
 
-#include <QJsonObject>
+#include <QByteArray>
 #include <QJsonValue>
 #include <QUrl>
 #include <optional>
 
 namespace lanternic {
 
-// A result as the command-line tool prints it.
-QJsonObject resultToJson(const SourceResult &result);
+class JsonWriter;
+
+// A result as the command-line tool prints it: compact JSON.
+QByteArray resultJson(const SourceResult &result);
+void writeResult(JsonWriter &out, const SourceResult &result);
 
 QString isoTimestamp(const QDateTime &time);
 // A link as JSON, null for none.
@@ -19,7 +22,9 @@ QJsonValue urlOrNull(const std::optional<WebLink> &link);
 
 // An incident or a maintenance window in the command line's and the relay feed's form, under
 // the id and name given (the relay feed prefixes both with their source's).
-QJsonObject incidentToJson(const Incident &incident, const QString &id, const QString &name);
-QJsonObject maintenanceToJson(const Maintenance &window, const QString &id, const QString &name);
+void writeIncident(JsonWriter &out, const Incident &incident, const QString &id,
+                   const QString &name);
+void writeMaintenance(JsonWriter &out, const Maintenance &window, const QString &id,
+                      const QString &name);
 
 } // namespace lanternic

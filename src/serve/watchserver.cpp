@@ -203,8 +203,7 @@ void WatchServer::publishMetrics()
 
 void WatchServer::publishDocuments()
 {
-    const auto made = [this](const QJsonObject &object) {
-        const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    const auto made = [this](const QByteArray &body) {
         const QByteArray tag =
             QCryptographicHash::hash(body, QCryptographicHash::Sha1).toHex().left(20);
         return Document{
@@ -212,7 +211,8 @@ void WatchServer::publishDocuments()
             tag};
     };
     m_relay = made(relayDocument(m_store, m_relayName, std::nullopt));
-    m_summary = made(statuspageSummary(m_store, m_relayName, std::nullopt));
+    m_summary = made(QJsonDocument(statuspageSummary(m_store, m_relayName, std::nullopt))
+                         .toJson(QJsonDocument::Compact));
 }
 
 HttpResponse WatchServer::document(const Document &published, const HttpRequest &request,

@@ -276,6 +276,17 @@ int LanternicStore::issueCount(Health health) const
     return DisplaySummary::issueCount(providers(), health, m_silence, m_clock());
 }
 
+LanternicStore::Display LanternicStore::display() const
+{
+    Display display;
+    display.providers = providers();
+    display.overall = DisplaySummary::overallHealth(m_results, display.providers);
+    display.summaryText = DisplaySummary::summaryText(m_results, display.providers);
+    display.issueCount =
+        DisplaySummary::issueCount(display.providers, display.overall, m_silence, m_clock());
+    return display;
+}
+
 QList<SilencedItem> LanternicStore::silencedItems() const
 {
     return DisplaySummary::silencedItems(m_results, m_silence, m_clock());

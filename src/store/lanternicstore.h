@@ -70,6 +70,15 @@ public:
     QString summaryText() const;
     int issueCount(Health health) const;
     QList<SilencedItem> silencedItems() const;
+    // The rows, the overall health, the summary and the count of issues at that health,
+    // derived once for a reader that wants several: each call above derives the rows again.
+    struct Display {
+        QList<DisplayProvider> providers;
+        Health overall = Health::unknown;
+        QString summaryText;
+        int issueCount = 0;
+    };
+    Display display() const;
 
     // A change to the sources text starts a pass once the text has been still this long, so
     // that a new source shows up at once rather than at the next interval.

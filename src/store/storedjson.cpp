@@ -11,48 +11,74 @@ namespace {
 
 constexpr qint64 referenceEpochMs = 978'307'200'000;
 
-void appendUnicodeEscape(QByteArray &out, char16_t unit)
+char *writeUnicodeEscape(char *to, char16_t unit)
 {
     static const char hex[] = "0123456789abcdef";
-    out += "\\u";
+    *to++ = '\\';
+    *to++ = 'u';
     for (int shift = 12; shift >= 0; shift -= 4)
-        out += hex[(unit >> shift) & 0xf];
+        *to++ = hex[(unit >> shift) & 0xf];
+    return to;
 }
 
-void appendEscaped(QByteArray &out, QStringView text)
+// Writes text escaped at to, which has room for six bytes a unit (the longest escape), and
+// gives where it ended. The escapes and the UTF-8 are QJsonDocument's, so that a report reads
+// the same byte for byte whichever wrote it.
+char *writeEscaped(char *to, QStringView text)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
+        char escape = 0;
         switch (c) {
         case u'"':
-            out += "\\\"";
-            continue;
+            escape = '"';
+            break;
         case u'\\':
-            out += "\\\\";
-            continue;
+            escape = '\\';
+            break;
+        case u'\b':
+            escape = 'b';
+            break;
+        case u'\f':
+            escape = 'f';
+            break;
         case u'\n':
-            out += "\\n";
-            continue;
+            escape = 'n';
+            break;
         case u'\r':
-            out += "\\r";
-            continue;
+            escape = 'r';
+            break;
         case u'\t':
-            out += "\\t";
-            continue;
+            escape = 't';
+            break;
         }
-        if (c < 0x20) {
-            appendUnicodeEscape(out, c);
+        if (escape) {
+            *to++ = '\\';
+            *to++ = escape;
+        } else if (c < 0x20) {
+            to = writeUnicodeEscape(to, c);
+        } else if (c < 0x80) {
+            *to++ = char(c);
+        } else if (c < 0x800) {
+            *to++ = char(0xc0 | (c >> 6));
+            *to++ = char(0x80 | (c & 0x3f));
+        } else if (!QChar::isSurrogate(c)) {
+            *to++ = char(0xe0 | (c >> 12));
+            *to++ = char(0x80 | ((c >> 6) & 0x3f));
+            *to++ = char(0x80 | (c & 0x3f));
         } else if (QChar::isHighSurrogate(c) && i + 1 < text.size() &&
                    QChar::isLowSurrogate(text[i + 1].unicode())) {
-            out += text.sliced(i, 2).toUtf8();
-            ++i;
-        } else if (QChar::isSurrogate(c)) {
-            // UTF-8 cannot hold a lone surrogate; escaped, it reads back as it was.
-            appendUnicodeEscape(out, c);
+            const char32_t point = QChar::surrogateToUcs4(c, text[++i].unicode());
+            *to++ = char(0xf0 | (point >> 18));
+            *to++ = char(0x80 | ((point >> 12) & 0x3f));
+            *to++ = char(0x80 | ((point >> 6) & 0x3f));
+            *to++ = char(0x80 | (point & 0x3f));
         } else {
-            out += text.sliced(i, 1).toUtf8();
+            // UTF-8 cannot hold a lone surrogate; escaped, it reads back as it was.
+            to = writeUnicodeEscape(to, c);
         }
     }
+    return to;
 }
 
 } // namespace
@@ -74,21 +100,24 @@ QDateTime fromReferenceSeconds(double seconds)
 
 void appendJsonString(QByteArray &out, QStringView text)
 {
-    out += '"';
-    // Ids and health words are nearly always plain ASCII with nothing to escape: copy them.
+    // Room for the longest escapes, given back after: appending byte by byte cost more than
+    // the escaping.
     const qsizetype start = out.size();
-    out.resize(start + text.size());
-    char *to = out.data() + start;
-    for (QChar c : text) {
-        const char16_t u = c.unicode();
-        if (u < 0x20 || u >= 0x80 || u == u'"' || u == u'\\') {
-            out.truncate(start);
-            appendEscaped(out, text);
+    out.resize(start + text.size() * 6 + 2);
+    char *const begin = out.data() + start;
+    char *to = begin;
+    *to++ = '"';
+    // Ids and health words are nearly always plain ASCII with nothing to escape: copy them.
+    qsizetype plain = 0;
+    for (; plain < text.size(); ++plain) {
+        const char16_t u = text[plain].unicode();
+        if (u < 0x20 || u >= 0x80 || u == u'"' || u == u'\\')
             break;
-        }
         *to++ = char(u);
     }
-    out += '"';
+    to = writeEscaped(to, text.sliced(plain));
+    *to++ = '"';
+    out.truncate(start + (to - begin));
 }
 
 void appendJsonNumber(QByteArray &out, double value)

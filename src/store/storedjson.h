@@ -10,8 +10,9 @@ namespace lanternic {
 double referenceSeconds(const QDateTime &time);
 QDateTime fromReferenceSeconds(double seconds);
 
-// Pieces of compact JSON for the stored documents, written directly for speed. Numbers keep
-// a fraction (816541200.0), as the stored form has always had them.
+// Pieces of compact JSON for the stored documents and the reports, written directly for speed,
+// strings escaped as QJsonDocument escapes them. Numbers keep a fraction (816541200.0), as the
+// stored form has always had them.
 void appendJsonString(QByteArray &out, QStringView text);
 void appendJsonNumber(QByteArray &out, double value);
 
