@@ -1,11 +1,16 @@
 // Stored history, health log and silences as anything may have left them: whatever decodes
-// must survive being written and read back unchanged.
+// must survive being written and read back unchanged. And the input as UTF-16, lone surrogates
+// and all, must be written as JSON as QJsonDocument writes it.
 
+#include "present/jsonwriter.h"
 #include "store/checkhistory.h"
 #include "store/healthlog.h"
 #include "store/silencestore.h"
 
 #include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <cstring>
 
 using namespace lanternic;
 
@@ -28,5 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (!again || *again != *silences)
             __builtin_trap();
     }
+    QString text(qsizetype(size / 2), Qt::Uninitialized);
+    std::memcpy(text.data(), data, size_t(text.size()) * 2);
+    JsonWriter out;
+    out.beginArray().value(text).endArray();
+    if (out.take() != QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact))
+        __builtin_trap();
     return 0;
 }

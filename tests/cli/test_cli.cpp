@@ -7,6 +7,7 @@
 #include "support/loopbackserver.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QSettings>
@@ -58,6 +59,7 @@ private Q_SLOTS:
         QCOMPARE(incident[u"name"_s], u"Ok: Queue backlog"_s);
         QVERIFY(incident[u"id"_s].toString().endsWith(u"/ok::i1"_s));
         QCOMPARE(feed[u"maintenances"_s].toArray().size(), 0);
+        QCOMPARE(r.out, QJsonDocument::fromJson(r.out).toJson(QJsonDocument::Compact) + '\n');
     }
 
     // Planned work alone has its own mark and words; its health, and so the exit status, stay.
@@ -87,6 +89,11 @@ private Q_SLOTS:
         QCOMPARE(r.exitCode, 2);
         QCOMPARE(QString::fromUtf8(r.out),
                  u"\u2717 Evil  x y [2J \u2713 GitHub  Operational\n1 down\n"_s);
+        // As JSON, the same text, written as QJsonDocument would write it.
+        const Run json = run({u"--json"_s, u"--source"_s, line(u"E"_s, "/evil?")});
+        QCOMPARE(json.out,
+                 QJsonDocument::fromJson(json.out).toJson(QJsonDocument::Compact) + '\n');
+        QCOMPARE(json.json()[u"rows"_s].toArray().first()[u"name"_s], u"Evil\u202e"_s);
     }
 
     // One pass over the same sources, with one component silenced, in every report format.
@@ -149,6 +156,7 @@ private Q_SLOTS:
         QCOMPARE(keys, (QStringList{u"badgeCount"_s, u"checkedAt"_s, u"overallHealth"_s,
                                     u"results"_s, u"rows"_s, u"silenced"_s, u"summaryText"_s}));
         QCOMPARE(report[u"badgeCount"_s], 1);
+        QCOMPARE(r.out, QJsonDocument::fromJson(r.out).toJson(QJsonDocument::Compact) + '\n');
         const QJsonObject down = report[u"results"_s].toArray().last().toObject();
         QCOMPARE(down[u"incidents"_s].toArray().size(), 0);
         QCOMPARE(down[u"maintenances"_s].toArray().size(), 0);

@@ -1,10 +1,16 @@
 #include "present/changenotice.h"
 #include "present/displaytext.h"
 #include "present/forwardevent.h"
+#include "present/jsonwriter.h"
+#include "present/resultjson.h"
 #include "present/sourcelines.h"
 #include "support/fixtures.h"
 #include "support/results.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRandomGenerator>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -338,6 +344,56 @@ private Q_SLOTS:
                      ? DisplayText::timeLeftText(SilenceUntil::until(now.addSecs(seconds)), now)
                      : DisplayText::lastCheckText(now.addSecs(-seconds), now),
                  text);
+    }
+
+    // Reports are written directly, and must read byte for byte as QJsonDocument wrote them.
+    void jsonAsQtWritesIt_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("plain") << u"127.0.0.1:8080/feed.json::abc"_s;
+        QTest::newRow("quotes and backslashes") << u"a\"b\\c/"_s;
+        QTest::newRow("named escapes") << u"\b\f\n\r\t"_s;
+        QTest::newRow("other controls") << u"\u0001x\u001f\u007f"_s + QChar(0);
+        QTest::newRow("two and three bytes") << u"caf\u00e9 \u2014 \u20ac \u2028 \ufffd"_s;
+        QTest::newRow("a pair") << u"x\U0001F600y"_s;
+        QTest::newRow("lone high, then a letter") << u"a"_s + QChar(0xd800) + u"b"_s;
+        QTest::newRow("lone high at the end") << u"a"_s + QChar(0xdbff);
+        QTest::newRow("lone low") << QString(QChar(0xdc00)) + u"z"_s;
+        QTest::newRow("low before high") << QString(QChar(0xdc00)) + QChar(0xd800);
+    }
+
+    void jsonAsQtWritesIt()
+    {
+        QFETCH(QString, text);
+        JsonWriter out;
+        out.beginObject().key("a"_L1).beginArray().value(text).null().value(qint64(-42));
+        out.beginObject().endObject().beginArray().endArray().endArray();
+        out.key("b"_L1).textOrNull(text).endObject();
+        const QJsonObject qt{{u"a"_s, QJsonArray{text, QJsonValue(), -42, QJsonObject(),
+                                                 QJsonArray()}},
+                             {u"b"_s, text.isEmpty() ? QJsonValue() : QJsonValue(text)}};
+        QCOMPARE(out.take(), QJsonDocument(qt).toJson(QJsonDocument::Compact));
+    }
+
+    // Dates as Qt writes them, its way of converting time zones spared where it can be.
+    void isoTimestamps()
+    {
+        QList<QDateTime> times{
+            QDateTime(),
+            QDateTime::fromMSecsSinceEpoch(0, Qt::UTC),
+            QDateTime::fromMSecsSinceEpoch(-1, Qt::UTC),
+            QDateTime::fromString(u"2024-02-29T23:59:59.999Z"_s, Qt::ISODateWithMs),
+            QDateTime::fromString(u"9999-12-31T23:59:59Z"_s, Qt::ISODate),
+            QDateTime::fromString(u"1969-07-20T20:17:40Z"_s, Qt::ISODate),
+            QDateTime(QDate(2026, 3, 29), QTime(1, 30), Qt::OffsetFromUTC, 5400),
+            QDateTime(QDate(10000, 1, 1), QTime(0, 0), Qt::UTC)};
+        QRandomGenerator random(39);
+        for (int i = 0; i < 2000; ++i)
+            times.append(QDateTime::fromMSecsSinceEpoch(
+                qint64(random.bounded(Q_INT64_C(260'000'000'000'000))), Qt::UTC));
+        for (const QDateTime &time : times)
+            QCOMPARE(isoTimestamp(time), time.toUTC().toString(Qt::ISODate));
     }
 };
 
