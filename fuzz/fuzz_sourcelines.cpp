@@ -24,12 +24,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         __builtin_trap();
     SourceRegistry::baseHosts(text);
     // A bare host's address is made from its parts, not parsed: it must be what parsing gives.
-    // A plain link is known one without a parse: it must be one when parsed.
+    // A plain link is known one without a parse: it must be one when parsed...
     for (const SourceEntry &entry : SourceRegistry::entries(text)) {
         const QString &value = entry.value;
         for (const QString &link : {value, QStringLiteral("https://") + value}) {
-            if (WebLink::parse(link).has_value() != parseWebUrl(link).has_value())
+            const std::optional<WebLink> parsed = WebLink::parse(link);
+            if (parsed.has_value() != parseWebUrl(link).has_value())
                 __builtin_trap();
+            // ... and reads back as parsing would write it.
+            for (auto options : {QUrl::PrettyDecoded, QUrl::FullyEncoded}) {
+                if (parsed && parsed->toString(options) != parsed->url().toString(options))
+                    __builtin_trap();
+            }
         }
         const bool bare =
             value.front().isLetterOrNumber() &&

@@ -84,6 +84,13 @@ std::optional<WebLink> WebLink::parse(const QString &text)
     return WebLink(text);
 }
 
+QString WebLink::toString(QUrl::ComponentFormattingOption options) const
+{
+    if (!m_text.isNull() && plainWebAddressHost(m_text))
+        return m_text;
+    return url().toString(options);
+}
+
 bool WebLink::operator==(const WebLink &other) const
 {
     if (m_text.isNull() && other.m_text.isNull())

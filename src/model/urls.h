@@ -22,10 +22,10 @@ public:
     static std::optional<WebLink> parse(const QString &text);
 
     QUrl url() const { return m_text.isNull() ? m_url : QUrl(m_text, QUrl::StrictMode); }
-    QString toString(QUrl::FormattingOptions options = QUrl::PrettyDecoded) const
-    {
-        return url().toString(options);
-    }
+    // A plain address (lower-case host labels, a port, a path of unreserved characters and
+    // slashes) reads back as it was written however its parts are formatted: it is given
+    // unparsed.
+    QString toString(QUrl::ComponentFormattingOption options = QUrl::PrettyDecoded) const;
 
     bool operator==(const WebLink &other) const;
 

@@ -91,8 +91,7 @@ private Q_SLOTS:
                  u"\u2717 Evil  x y [2J \u2713 GitHub  Operational\n1 down\n"_s);
         // As JSON, the same text, written as QJsonDocument would write it.
         const Run json = run({u"--json"_s, u"--source"_s, line(u"E"_s, "/evil?")});
-        QCOMPARE(json.out,
-                 QJsonDocument::fromJson(json.out).toJson(QJsonDocument::Compact) + '\n');
+        QCOMPARE(json.out, QJsonDocument::fromJson(json.out).toJson(QJsonDocument::Compact) + '\n');
         QCOMPARE(json.json()[u"rows"_s].toArray().first()[u"name"_s], u"Evil\u202e"_s);
     }
 

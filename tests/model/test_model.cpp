@@ -162,6 +162,7 @@ private Q_SLOTS:
         const QUrl parsed(text, QUrl::StrictMode);
         QCOMPARE(read->url(), parsed);
         QCOMPARE(read->toString(QUrl::FullyEncoded), parsed.toString(QUrl::FullyEncoded));
+        QCOMPARE(read->toString(), parsed.toString());
         QVERIFY(*read == WebLink(parsed));
         QVERIFY(!(*read == WebLink(home)));
         QCOMPARE(pageAddress(parsed, text).url(), parsed);

@@ -370,9 +370,9 @@ private Q_SLOTS:
         out.beginObject().key("a"_L1).beginArray().value(text).null().value(qint64(-42));
         out.beginObject().endObject().beginArray().endArray().endArray();
         out.key("b"_L1).textOrNull(text).endObject();
-        const QJsonObject qt{{u"a"_s, QJsonArray{text, QJsonValue(), -42, QJsonObject(),
-                                                 QJsonArray()}},
-                             {u"b"_s, text.isEmpty() ? QJsonValue() : QJsonValue(text)}};
+        const QJsonObject qt{
+            {u"a"_s, QJsonArray{text, QJsonValue(), -42, QJsonObject(), QJsonArray()}},
+            {u"b"_s, text.isEmpty() ? QJsonValue() : QJsonValue(text)}};
         QCOMPARE(out.take(), QJsonDocument(qt).toJson(QJsonDocument::Compact));
     }
 
