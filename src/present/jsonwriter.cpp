@@ -60,6 +60,13 @@ JsonWriter &JsonWriter::value(qint64 number)
     return *this;
 }
 
+JsonWriter &JsonWriter::boolean(bool value)
+{
+    separate();
+    m_out += value ? "true" : "false";
+    return *this;
+}
+
 JsonWriter &JsonWriter::null()
 {
     separate();

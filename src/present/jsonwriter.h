@@ -21,6 +21,7 @@ public:
     JsonWriter &value(QStringView text);
     JsonWriter &value(const QString &text) { return value(QStringView(text)); }
     JsonWriter &value(qint64 number);
+    JsonWriter &boolean(bool value);
     JsonWriter &null();
     // Null for an empty text, as a page that gives none.
     JsonWriter &textOrNull(const QString &text) { return text.isEmpty() ? null() : value(text); }

@@ -7,7 +7,6 @@
 #include "present/resultjson.h"
 #include "store/lanternicstore.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 

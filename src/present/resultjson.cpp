@@ -8,20 +8,21 @@ namespace lanternic {
 
 using namespace Qt::StringLiterals;
 
-QString isoTimestamp(const QDateTime &time)
+QString isoTimestamp(const QDateTime &time, Qt::DateFormat format)
 {
     // Qt converts through time zones to format a date, some ten thousand instructions: a
     // report of a thousand results writes several thousand dates. From 1970 to the end of
-    // 9999, the digits are written here, as Qt writes them (whole seconds, "Z").
+    // 9999, the digits are written here, as Qt writes them ("Z" at the end).
     using namespace std::chrono;
     const qint64 ms = time.isValid() ? time.toMSecsSinceEpoch() : -1;
-    if (ms < 0 || ms >= 253'402'300'800'000)
-        return time.toUTC().toString(Qt::ISODate);
+    const bool withMs = format == Qt::ISODateWithMs;
+    if (ms < 0 || ms >= 253'402'300'800'000 || (!withMs && format != Qt::ISODate))
+        return time.toUTC().toString(format);
     const sys_seconds instant{floor<seconds>(milliseconds(ms))};
     const sys_days day = floor<days>(instant);
     const year_month_day date(day);
     const hh_mm_ss clock(instant - day);
-    char16_t text[20];
+    char16_t text[24];
     const auto put = [&text](int at, unsigned value, int digits) {
         for (int i = at + digits - 1; i >= at; --i, value /= 10)
             text[i] = char16_t(u'0' + value % 10);
@@ -37,8 +38,14 @@ QString isoTimestamp(const QDateTime &time)
     put(14, unsigned(clock.minutes().count()), 2);
     text[16] = u':';
     put(17, unsigned(clock.seconds().count()), 2);
-    text[19] = u'Z';
-    return QString(reinterpret_cast<const QChar *>(text), 20);
+    int end = 19;
+    if (withMs) {
+        text[end++] = u'.';
+        put(end, unsigned(ms % 1000), 3);
+        end += 3;
+    }
+    text[end++] = u'Z';
+    return QString(reinterpret_cast<const QChar *>(text), end);
 }
 
 namespace {
@@ -51,6 +58,8 @@ void writeTime(JsonWriter &out, const QDateTime &time)
         out.null();
 }
 
+} // namespace
+
 void writeLink(JsonWriter &out, const std::optional<WebLink> &link)
 {
     if (link)
@@ -59,16 +68,9 @@ void writeLink(JsonWriter &out, const std::optional<WebLink> &link)
         out.null();
 }
 
-} // namespace
-
 QJsonValue urlOrNull(const std::optional<QUrl> &url)
 {
     return url ? QJsonValue(url->toString(QUrl::FullyEncoded)) : QJsonValue();
-}
-
-QJsonValue urlOrNull(const std::optional<WebLink> &link)
-{
-    return urlOrNull(urlOf(link));
 }
 
 // Members in the order a QJsonObject keeps them: sorted by name.

@@ -15,10 +15,11 @@ class JsonWriter;
 QByteArray resultJson(const SourceResult &result);
 void writeResult(JsonWriter &out, const SourceResult &result);
 
-QString isoTimestamp(const QDateTime &time);
+// A date in UTC as Qt::ISODate or Qt::ISODateWithMs writes it.
+QString isoTimestamp(const QDateTime &time, Qt::DateFormat format = Qt::ISODate);
 // A link as JSON, null for none.
 QJsonValue urlOrNull(const std::optional<QUrl> &url);
-QJsonValue urlOrNull(const std::optional<WebLink> &link);
+void writeLink(JsonWriter &out, const std::optional<WebLink> &link);
 
 // An incident or a maintenance window in the command line's and the relay feed's form, under
 // the id and name given (the relay feed prefixes both with their source's).

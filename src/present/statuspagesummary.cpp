@@ -1,10 +1,9 @@
 #include "present/statuspagesummary.h"
 
 #include "model/feedtext.h"
+#include "present/jsonwriter.h"
 #include "present/resultjson.h"
 #include "store/lanternicstore.h"
-
-#include <QJsonArray>
 
 namespace lanternic {
 
@@ -45,99 +44,120 @@ QString indicator(Health health)
 }
 
 // With milliseconds, as Statuspage writes its times.
-QJsonValue instant(const QDateTime &time)
+void writeInstant(JsonWriter &out, const QDateTime &time)
 {
-    return time.isValid() ? QJsonValue(time.toUTC().toString(Qt::ISODateWithMs)) : QJsonValue();
+    if (time.isValid())
+        out.value(isoTimestamp(time, Qt::ISODateWithMs));
+    else
+        out.null();
 }
 
-QJsonObject component(const QString &id, const QString &name, const QString &status,
-                      const QDateTime &updated)
+// Members in the order a QJsonObject keeps them, here and below: sorted by name.
+void writeComponent(JsonWriter &out, const QString &id, const QString &name, const QString &status,
+                    const QDateTime &updated)
 {
-    return {{u"id"_s, FeedText::clean(id)},
-            {u"name"_s, name},
-            {u"status"_s, status},
-            {u"group"_s, false},
-            {u"group_id"_s, QJsonValue()},
-            {u"only_show_if_degraded"_s, false},
-            {u"updated_at"_s, instant(updated)}};
+    out.beginObject();
+    out.key("group"_L1).boolean(false);
+    out.key("group_id"_L1).null();
+    out.key("id"_L1).value(FeedText::clean(id));
+    out.key("name"_L1).value(name);
+    out.key("only_show_if_degraded"_L1).boolean(false);
+    out.key("status"_L1).value(status);
+    writeInstant(out.key("updated_at"_L1), updated);
+    out.endObject();
 }
 
-QJsonArray components(const LanternicStore &store)
+void writeComponents(JsonWriter &out, const QList<DisplayProvider> &rows)
 {
-    QJsonArray out;
-    for (const DisplayProvider &row : store.providers()) {
+    out.beginArray();
+    for (const DisplayProvider &row : rows) {
         const QString source = FeedText::clean(row.result.name);
-        out.append(component(row.result.id, source, statusWord(row.health, row.maintenance),
-                             row.result.checkedAt));
+        writeComponent(out, row.result.id, source, statusWord(row.health, row.maintenance),
+                       row.result.checkedAt);
         for (const ComponentStatus &affected : row.result.affectedComponents()) {
-            out.append(component(affected.id.toString(),
-                                 source + u" \u00b7 "_s + FeedText::clean(affected.name),
-                                 statusWord(affected.health, isMaintenanceStatus(affected.status)),
-                                 row.result.checkedAt));
+            writeComponent(out, affected.id.toString(),
+                           source + u" \u00b7 "_s + FeedText::clean(affected.name),
+                           statusWord(affected.health, isMaintenanceStatus(affected.status)),
+                           row.result.checkedAt);
         }
     }
-    return out;
+    out.endArray();
 }
 
-QJsonArray incidents(const LanternicStore &store)
+void writeIncidents(JsonWriter &out, const LanternicStore &store)
 {
-    QJsonArray out;
+    out.beginArray();
     for (const SourceResult &result : store.results()) {
         for (const Incident &incident : result.incidents) {
-            const QJsonArray updates{
-                QJsonObject{{u"body"_s, FeedText::clean(incident.update, 1000)},
-                            {u"status"_s, incident.stage},
-                            {u"updated_at"_s, instant(incident.updatedAt)}}};
-            out.append(QJsonObject{
-                {u"id"_s, FeedText::clean(result.id + u"::"_s + incident.id)},
-                {u"name"_s,
-                 FeedText::clean(result.name) + u": "_s + FeedText::clean(incident.name)},
-                {u"status"_s, FeedText::clean(incident.stage, 40)},
-                {u"impact"_s,
-                 incident.impact.isEmpty() ? u"none"_s : FeedText::clean(incident.impact, 40)},
-                {u"shortlink"_s, urlOrNull(incident.url)},
-                {u"started_at"_s, instant(incident.startedAt)},
-                {u"created_at"_s, instant(incident.startedAt)},
-                {u"updated_at"_s, instant(incident.updatedAt)},
-                {u"incident_updates"_s, updates}});
+            out.beginObject();
+            writeInstant(out.key("created_at"_L1), incident.startedAt);
+            out.key("id"_L1).value(FeedText::clean(result.id + u"::"_s + incident.id));
+            out.key("impact"_L1)
+                .value(incident.impact.isEmpty() ? u"none"_s
+                                                 : FeedText::clean(incident.impact, 40));
+            out.key("incident_updates"_L1).beginArray().beginObject();
+            out.key("body"_L1).value(FeedText::clean(incident.update, 1000));
+            out.key("status"_L1).value(incident.stage);
+            writeInstant(out.key("updated_at"_L1), incident.updatedAt);
+            out.endObject().endArray();
+            out.key("name"_L1).value(FeedText::clean(result.name) + u": "_s +
+                                     FeedText::clean(incident.name));
+            writeLink(out.key("shortlink"_L1), incident.url);
+            writeInstant(out.key("started_at"_L1), incident.startedAt);
+            out.key("status"_L1).value(FeedText::clean(incident.stage, 40));
+            writeInstant(out.key("updated_at"_L1), incident.updatedAt);
+            out.endObject();
         }
     }
-    return out;
+    out.endArray();
 }
 
-QJsonArray maintenances(const LanternicStore &store)
+void writeMaintenances(JsonWriter &out, const LanternicStore &store)
 {
-    QJsonArray out;
+    out.beginArray();
     for (const SourceResult &result : store.results()) {
         for (const Maintenance &window : result.maintenances) {
-            out.append(QJsonObject{
-                {u"id"_s, FeedText::clean(result.id + u"::"_s + window.id)},
-                {u"name"_s, FeedText::clean(result.name) + u": "_s + FeedText::clean(window.name)},
-                {u"status"_s, FeedText::clean(window.status, 40)},
-                {u"shortlink"_s, urlOrNull(window.url)},
-                {u"scheduled_for"_s, instant(window.startsAt)},
-                {u"scheduled_until"_s, instant(window.endsAt)}});
+            out.beginObject();
+            out.key("id"_L1).value(FeedText::clean(result.id + u"::"_s + window.id));
+            out.key("name"_L1).value(FeedText::clean(result.name) + u": "_s +
+                                     FeedText::clean(window.name));
+            writeInstant(out.key("scheduled_for"_L1), window.startsAt);
+            writeInstant(out.key("scheduled_until"_L1), window.endsAt);
+            writeLink(out.key("shortlink"_L1), window.url);
+            out.key("status"_L1).value(FeedText::clean(window.status, 40));
+            out.endObject();
         }
     }
-    return out;
+    out.endArray();
 }
 
 } // namespace
 
-QJsonObject statuspageSummary(const LanternicStore &store, const QString &name,
-                              const std::optional<QUrl> &url)
+QByteArray statuspageSummary(const LanternicStore &store, const QString &name,
+                             const std::optional<QUrl> &url)
 {
-    QJsonObject page{{u"id"_s, u"lanternic"_s},
-                     {u"name"_s, FeedText::clean(name)},
-                     {u"url"_s, urlOrNull(url)},
-                     {u"time_zone"_s, u"Etc/UTC"_s},
-                     {u"updated_at"_s, instant(store.lastChecked().value_or(QDateTime()))}};
-    return {{u"page"_s, page},
-            {u"components"_s, components(store)},
-            {u"incidents"_s, incidents(store)},
-            {u"scheduled_maintenances"_s, maintenances(store)},
-            {u"status"_s, QJsonObject{{u"indicator"_s, indicator(store.overallHealth())},
-                                      {u"description"_s, FeedText::clean(store.summaryText())}}}};
+    const LanternicStore::Display display = store.display();
+    JsonWriter out;
+    out.beginObject();
+    writeComponents(out.key("components"_L1), display.providers);
+    writeIncidents(out.key("incidents"_L1), store);
+    out.key("page"_L1).beginObject();
+    out.key("id"_L1).value(u"lanternic"_s);
+    out.key("name"_L1).value(FeedText::clean(name));
+    out.key("time_zone"_L1).value(u"Etc/UTC"_s);
+    writeInstant(out.key("updated_at"_L1), store.lastChecked().value_or(QDateTime()));
+    if (url)
+        out.key("url"_L1).value(url->toString(QUrl::FullyEncoded));
+    else
+        out.key("url"_L1).null();
+    out.endObject();
+    writeMaintenances(out.key("scheduled_maintenances"_L1), store);
+    out.key("status"_L1).beginObject();
+    out.key("description"_L1).value(FeedText::clean(display.summaryText));
+    out.key("indicator"_L1).value(indicator(display.overall));
+    out.endObject();
+    out.endObject();
+    return out.take();
 }
 
 } // namespace lanternic

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QJsonObject>
+#include <QByteArray>
 #include <QString>
 #include <QUrl>
 #include <optional>
@@ -14,8 +14,8 @@ class LanternicStore;
 // of a source, in Statuspage's status words; the page's indicator and description from the
 // overall health and the summary; the open incidents and the maintenance windows, named after
 // their sources. Statuspage has no word for a health not known: such a source reads back as
-// degraded, as a Statuspage reader takes any word it does not know.
-QJsonObject statuspageSummary(const LanternicStore &store, const QString &name,
-                              const std::optional<QUrl> &url);
+// degraded, as a Statuspage reader takes any word it does not know. Compact JSON.
+QByteArray statuspageSummary(const LanternicStore &store, const QString &name,
+                             const std::optional<QUrl> &url);
 
 } // namespace lanternic

@@ -6,7 +6,6 @@
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
-#include <QJsonDocument>
 #include <QLocale>
 #include <QTimer>
 #include <zlib.h>
@@ -211,8 +210,7 @@ void WatchServer::publishDocuments()
             tag};
     };
     m_relay = made(relayDocument(m_store, m_relayName, std::nullopt));
-    m_summary = made(QJsonDocument(statuspageSummary(m_store, m_relayName, std::nullopt))
-                         .toJson(QJsonDocument::Compact));
+    m_summary = made(statuspageSummary(m_store, m_relayName, std::nullopt));
 }
 
 HttpResponse WatchServer::document(const Document &published, const HttpRequest &request,

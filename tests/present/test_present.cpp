@@ -392,8 +392,11 @@ private Q_SLOTS:
         for (int i = 0; i < 2000; ++i)
             times.append(QDateTime::fromMSecsSinceEpoch(
                 qint64(random.bounded(Q_INT64_C(260'000'000'000'000))), Qt::UTC));
-        for (const QDateTime &time : times)
+        for (const QDateTime &time : times) {
             QCOMPARE(isoTimestamp(time), time.toUTC().toString(Qt::ISODate));
+            QCOMPARE(isoTimestamp(time, Qt::ISODateWithMs),
+                     time.toUTC().toString(Qt::ISODateWithMs));
+        }
     }
 };
 

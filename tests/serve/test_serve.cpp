@@ -10,6 +10,7 @@
 #include "support/storefixture.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTcpServer>
@@ -193,6 +194,33 @@ private Q_SLOTS:
         QCOMPARE(ask(port, get("/api/v2/summary.json", "If-None-Match: " + summary.etag() + "\r\n"))
                      .status,
                  304);
+    }
+
+    // Both documents are written directly, and read byte for byte as QJsonDocument writes
+    // them, news with every field included.
+    void documentsAsQtWritesThem()
+    {
+        fixture->addSource(
+            u"Deploys"_s, "degraded", "[]", {},
+            ",\"incidents\":[{\"id\":\"i2\",\"name\":\"Paused\",\"status\":\"identified\","
+            "\"impact\":\"major\",\"url\":\"https://status.example.com/i2\","
+            "\"startedAt\":\"2026-11-16T16:00:00.250Z\",\"updatedAt\":\"2026-11-16T16:30:00Z\","
+            "\"update\":\"Rolling back\"}],\"maintenances\":[{\"id\":\"m1\",\"name\":\"Upgrade\","
+            "\"status\":\"scheduled\",\"startsAt\":\"2026-11-18T00:00:00Z\","
+            "\"endsAt\":\"2026-11-18T02:00:00.5Z\",\"url\":\"https://status.example.com/m1\"}]");
+        fixture->runPass();
+        for (const QByteArray path : {"/lanternic.json", "/api/v2/summary.json"}) {
+            const QByteArray body = ask(port, get(path)).body;
+            QCOMPARE(body, QJsonDocument::fromJson(body).toJson(QJsonDocument::Compact));
+        }
+        const QJsonObject summary =
+            QJsonDocument::fromJson(ask(port, get("/api/v2/summary.json")).body).object();
+        const QJsonObject window = summary[u"scheduled_maintenances"_s][0].toObject();
+        QCOMPARE(window[u"scheduled_until"_s], u"2026-11-18T02:00:00.500Z"_s);
+        QCOMPARE(window[u"shortlink"_s], u"https://status.example.com/m1"_s);
+        const QJsonObject incident = summary[u"incidents"_s].toArray().last().toObject();
+        QCOMPARE(incident[u"started_at"_s], u"2026-11-16T16:00:00.250Z"_s);
+        QCOMPARE(incident[u"incident_updates"_s][0][u"body"_s], u"Rolling back"_s);
     }
 
     // The changes between passes as an Atom feed that feed readers, chat tools and Lanternic's
