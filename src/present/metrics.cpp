@@ -23,11 +23,18 @@ void sample(QByteArray &out, const char *name,
         out += separator;
         out += label;
         out += "=\"";
-        for (const char c : FeedText::clean(text, 200).toUtf8()) {
-            if (c == '\\' || c == '"')
+        // Copied in runs between the characters escaped: appending byte by byte was a tenth
+        // of a watcher's instructions at a thousand sources.
+        const QByteArray cleaned = FeedText::clean(text, 200).toUtf8();
+        qsizetype from = 0;
+        for (qsizetype i = 0; i < cleaned.size(); ++i) {
+            if (cleaned[i] == '\\' || cleaned[i] == '"') {
+                out.append(cleaned.constData() + from, i - from);
                 out += '\\';
-            out += c;
+                from = i;
+            }
         }
+        out.append(cleaned.constData() + from, cleaned.size() - from);
         out += '"';
         separator = ',';
     }
