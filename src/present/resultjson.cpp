@@ -48,17 +48,13 @@ QString isoTimestamp(const QDateTime &time, Qt::DateFormat format)
     return QString(reinterpret_cast<const QChar *>(text), end);
 }
 
-namespace {
-
-void writeTime(JsonWriter &out, const QDateTime &time)
+void writeTime(JsonWriter &out, const QDateTime &time, Qt::DateFormat format)
 {
     if (time.isValid())
-        out.value(isoTimestamp(time));
+        out.value(isoTimestamp(time, format));
     else
         out.null();
 }
-
-} // namespace
 
 void writeLink(JsonWriter &out, const std::optional<WebLink> &link)
 {

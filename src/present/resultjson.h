@@ -17,6 +17,8 @@ void writeResult(JsonWriter &out, const SourceResult &result);
 
 // A date in UTC as Qt::ISODate or Qt::ISODateWithMs writes it.
 QString isoTimestamp(const QDateTime &time, Qt::DateFormat format = Qt::ISODate);
+// That date as JSON, null for none.
+void writeTime(JsonWriter &out, const QDateTime &time, Qt::DateFormat format = Qt::ISODate);
 // A link as JSON, null for none.
 QJsonValue urlOrNull(const std::optional<QUrl> &url);
 void writeLink(JsonWriter &out, const std::optional<WebLink> &link);

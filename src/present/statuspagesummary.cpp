@@ -46,10 +46,7 @@ QString indicator(Health health)
 // With milliseconds, as Statuspage writes its times.
 void writeInstant(JsonWriter &out, const QDateTime &time)
 {
-    if (time.isValid())
-        out.value(isoTimestamp(time, Qt::ISODateWithMs));
-    else
-        out.null();
+    writeTime(out, time, Qt::ISODateWithMs);
 }
 
 // Members in the order a QJsonObject keeps them, here and below: sorted by name.
